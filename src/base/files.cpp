@@ -1,0 +1,180 @@
+#include "base/files.h"
+
+#include "base/codepage.h"
+#include "base/files_platform.h"
+
+#include <cerrno>
+#include <cstdarg>
+#include <cstdio>
+#include <cstring>
+#include <system_error>
+
+namespace kigumi {
+
+namespace {
+
+std::string& error_text() {
+    static std::string text;
+    return text;
+}
+
+// Describes a failure of the system for people.
+std::string reason_of(int code) {
+    switch (code) {
+    case ENOENT:
+        return "ファイルまたはフォルダがありません";
+    case EACCES:
+    case EPERM:
+        return "アクセスが許可されていません";
+    case EROFS:
+        return "読み取り専用です";
+    case ENOSPC:
+        return "ディスクの空きがありません";
+    case EISDIR:
+        return "フォルダです";
+    default:
+        return std::strerror(code);
+    }
+}
+
+std::nullopt_t refuse(const fs::path& path, const std::string& why) {
+    error_text() = utf8_of(path) + ": " + why;
+    return std::nullopt;
+}
+
+int refuse_save(const fs::path& path, const std::string& why) {
+    error_text() = utf8_of(path) + ": " + why;
+    return -1;
+}
+
+} // namespace
+
+fs::path& work_dir() {
+    static fs::path folder = [] {
+        std::error_code ignored;
+        return fs::current_path(ignored);
+    }();
+    return folder;
+}
+
+fs::path work_file(std::string_view name) {
+    return work_dir() / path_of(name);
+}
+
+fs::path path_of(std::string_view utf8) {
+    return fs::path(std::u8string(utf8.begin(), utf8.end()));
+}
+
+std::string utf8_of(const fs::path& path) {
+    const std::u8string text = path.u8string();
+    return std::string(text.begin(), text.end());
+}
+
+std::optional<std::string> read_file(const fs::path& path) {
+    std::error_code code;
+    const fs::file_status status = fs::status(path, code);
+    if (fs::is_directory(status)) {
+        return refuse(path, reason_of(EISDIR));
+    }
+    if (!fs::exists(status)) {
+        return refuse(path, reason_of(code && code.value() != 0 ? code.value() : ENOENT));
+    }
+    std::FILE* file = open_binary(path, "rb");
+    if (file == nullptr) {
+        return refuse(path, reason_of(errno));
+    }
+    std::string bytes;
+    const std::uintmax_t size = fs::is_regular_file(status) ? fs::file_size(path, code) : 0;
+    if (!code && size <= largest_file) {
+        bytes.reserve(static_cast<size_t>(size) + 1);
+    }
+    char piece[1 << 16];
+    size_t got = 0;
+    while ((got = std::fread(piece, 1, sizeof piece, file)) > 0 && bytes.size() <= largest_file) {
+        bytes.append(piece, got);
+    }
+    const bool failed = std::ferror(file) != 0;
+    const int why = errno;
+    std::fclose(file);
+    if (failed) {
+        return refuse(path, reason_of(why));
+    }
+    if (bytes.size() > largest_file) {
+        return refuse(path, "ファイルが大きすぎます");
+    }
+    return bytes;
+}
+
+int save_file(const fs::path& path, std::string_view bytes, bool sync) {
+    std::error_code code;
+    fs::path target = path;
+    if (fs::is_symlink(fs::symlink_status(path, code))) {
+        target = fs::weakly_canonical(path, code);
+    }
+    const fs::file_status status = fs::status(target, code);
+    if (fs::is_directory(status)) {
+        return refuse_save(path, reason_of(EISDIR));
+    }
+    const bool in_place = fs::exists(status) && !fs::is_regular_file(status);
+    fs::path written = target;
+    std::FILE* file = in_place ? open_binary(target, "wb") : create_beside(target, written);
+    if (file == nullptr) {
+        return refuse_save(path, reason_of(errno));
+    }
+    errno = 0;
+    bool good = std::fwrite(bytes.data(), 1, bytes.size(), file) == bytes.size();
+    good = std::fflush(file) == 0 && good;
+    good = good && (in_place || !sync || sync_to_disk(file));
+    int why = errno;
+    good = std::fclose(file) == 0 && good;
+    if (good && !in_place) {
+        keep_permissions(target, written);
+        fs::rename(written, target, code);
+        good = !code;
+        why = code.value();
+    }
+    if (!good) {
+        if (!in_place) {
+            fs::remove(written, code);
+        }
+        return refuse_save(path, reason_of(why != 0 ? why : EIO));
+    }
+    return 0;
+}
+
+const std::string& file_error() {
+    return error_text();
+}
+
+void TextWriter::line(const char* format, ...) {
+    const size_t start = bytes_.size();
+    constexpr size_t usual = 192;
+    bytes_.resize(start + usual);
+    va_list args;
+    va_start(args, format);
+    va_list again;
+    va_copy(again, args);
+    const int length = std::vsnprintf(bytes_.data() + start, usual, format, args);
+    va_end(args);
+    const size_t needed = length > 0 ? static_cast<size_t>(length) : 0;
+    if (needed >= usual) {
+        bytes_.resize(start + needed + 1);
+        std::vsnprintf(bytes_.data() + start, needed + 1, format, again);
+    }
+    va_end(again);
+    bytes_.resize(start + needed);
+    for (size_t i = start; i < bytes_.size(); ++i) {
+        if (static_cast<unsigned char>(bytes_[i]) >= 0x80) {
+            const std::string converted = to_cp932(std::string_view(bytes_).substr(start));
+            bytes_.replace(start, std::string::npos, converted);
+            break;
+        }
+    }
+    bytes_ += "\r\n";
+}
+
+void TextWriter::text(std::string_view utf8) {
+    bytes_ += to_cp932(utf8);
+}
+
+} // namespace kigumi

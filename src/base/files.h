@@ -1,0 +1,60 @@
+// Whole files: read with a bound, written beside the target and renamed.
+#pragma once
+
+#include "base/format.h"
+
+#include <cstdint>
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace kigumi {
+
+namespace fs = std::filesystem;
+
+// The folder of the fixed file names (FRAMESLV.IN, TRIO.DAT, ...). The current directory at start.
+fs::path& work_dir();
+
+// `name` in the working directory.
+fs::path work_file(std::string_view name);
+
+// Opens `path` as UTF-8 whatever the platform's own encoding is.
+fs::path path_of(std::string_view utf8);
+std::string utf8_of(const fs::path& path);
+
+// The largest file that any reader takes, bytes.
+constexpr std::uintmax_t largest_file = 512u << 20;
+
+// Reads a whole file. Nothing when it is missing, a directory, unreadable or larger than
+// `largest_file`; file_error() then says why.
+std::optional<std::string> read_file(const fs::path& path);
+
+// Writes `bytes` beside `path`, syncs and renames, so that a failure leaves the old file whole.
+// Returns 0, or -1 with file_error() saying why. A target that is not a regular file (a device, a
+// pipe) is written in place. `sync` false leaves out the wait for the disk, for working files that
+// can be made again.
+int save_file(const fs::path& path, std::string_view bytes, bool sync = true);
+
+// Why the last read_file or save_file failed, in Japanese.
+const std::string& file_error();
+
+// A text file in the making: lines end in CR LF and are code page 932, as all files of the program.
+class TextWriter {
+  public:
+    // Adds one formatted line (UTF-8) and its line end.
+    void line(const char* format, ...) KIGUMI_PRINTF(2, 3);
+    // Adds text (UTF-8) as it stands, without a line end.
+    void text(std::string_view utf8);
+    // Makes room beforehand, bytes.
+    void reserve(size_t bytes) { bytes_.reserve(bytes); }
+    // All that was added, in file encoding.
+    const std::string& bytes() const { return bytes_; }
+    // Writes the file as save_file does.
+    int save(const fs::path& path) const { return save_file(path, bytes_); }
+
+  private:
+    std::string bytes_;
+};
+
+} // namespace kigumi

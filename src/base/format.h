@@ -1,0 +1,17 @@
+// printf formatting into std::string.
+#pragma once
+
+#include <string>
+
+#if defined(__GNUC__)
+#define KIGUMI_PRINTF(format_at, args_at) __attribute__((format(printf, format_at, args_at)))
+#else
+#define KIGUMI_PRINTF(format_at, args_at)
+#endif
+
+namespace kigumi {
+
+// The text that printf would print for these arguments.
+std::string text_format(const char* format, ...) KIGUMI_PRINTF(1, 2);
+
+} // namespace kigumi

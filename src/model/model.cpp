@@ -1,0 +1,69 @@
+#include "model/model.h"
+
+#include "model/lookup.h"
+
+#include <cstdio>
+
+namespace kigumi {
+
+Model model;
+
+namespace {
+
+constexpr const char* labels[kind_count] = {
+    "// 無印",
+    "// スペース床の柱部",
+    "// スペース床の枠材",
+    "// スペース床の弦材",
+    "// スペース床の斜材",
+    "// スペース床の筋交",
+    "// 小屋組の柱",
+    "// 屋根柱",
+    "// 屋根桁",
+    "// 隅合掌",
+    "// 平合掌",
+    "// 火打平合掌",
+    "// 母屋",
+};
+
+} // namespace
+
+const char* kind_label(int kind) {
+    return kind >= 0 && kind < kind_count ? labels[kind] : nullptr;
+}
+
+const char* kind_name(int kind) {
+    const char* label = kind_label(kind);
+    return label != nullptr ? label + 3 : "区分外";
+}
+
+void reset_model() {
+    model.N_Node = model.N_Beam = 0;
+    model.N_Size = model.N_Mat = 0;
+    model.N_Fix = model.N_Load = 0;
+    model.N_X = model.N_Y = model.N_Z = 0;
+    model.fix_load_edited = 0;
+    reset_bounds();
+    forget_node_index();
+}
+
+void reset_bounds() {
+    model.X_MIN = model.Y_MIN = model.Z_MIN = 9999.9f;
+    model.X_MAX = model.Y_MAX = model.Z_MAX = -9999.9f;
+}
+
+void widen_bounds(float x, float y, float z) {
+    const auto widen = [](float& low, float& high, float value) {
+        low = value < low ? value : low;
+        high = value > high ? value : high;
+    };
+    widen(model.X_MIN, model.X_MAX, x);
+    widen(model.Y_MIN, model.Y_MAX, y);
+    widen(model.Z_MIN, model.Z_MAX, z);
+}
+
+void set_name(char (&field)[name_bytes], const char* name) {
+    std::snprintf(field, sizeof field, "%s", name);
+}
+
+} // namespace kigumi

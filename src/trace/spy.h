@@ -1,0 +1,74 @@
+// The trace log SPY.TXT with its shared line buffer.
+//
+// Nearly every function leaves trace lines, each replacing the one before; only spy_write puts the
+// line that stands in the buffer into the file. A line is therefore kept as its format and values
+// and is formatted only when it is written.
+#pragma once
+
+#include "base/files.h"
+
+#include <cstdio>
+#include <new>
+#include <string>
+#include <tuple>
+#include <type_traits>
+#include <utility>
+
+namespace kigumi {
+
+namespace spy_detail {
+
+struct PendingLine {
+    using Formatter = std::string (*)(const void* kept);
+    alignas(16) unsigned char kept[192];
+    Formatter formatter = nullptr;
+};
+
+inline PendingLine pending;
+
+template <class... Values> struct Kept {
+    const char* format;
+    std::tuple<Values...> values;
+};
+
+} // namespace spy_detail
+
+// Puts a line into the buffer. `format` and all texts among the values must be literals, since
+// they are looked at later.
+template <class... Values> void spy(const char* format, Values... values) {
+    static_assert((std::is_trivially_copyable_v<Values> && ...));
+    using Line = spy_detail::Kept<Values...>;
+    static_assert(sizeof(Line) <= sizeof(spy_detail::PendingLine::kept));
+    new (spy_detail::pending.kept) Line{format, {values...}};
+    spy_detail::pending.formatter = [](const void* kept) {
+        const Line& line = *static_cast<const Line*>(kept);
+        return std::apply(
+            [&line](auto... all) {
+                char text[256];
+                if constexpr (sizeof...(all) == 0) {
+                    std::snprintf(text, sizeof text, "%s", line.format);
+                } else {
+                    std::snprintf(text, sizeof text, line.format, all...);
+                }
+                return std::string(text);
+            },
+            line.values);
+    };
+}
+
+// Creates the log anew in `folder` and writes "Spy Start"; false when it cannot be created.
+bool spy_open(const fs::path& folder);
+
+// Writes the line in the buffer to the log (nothing when no log is open).
+void spy_write();
+
+// Puts a line together, and writes it at once.
+template <class... Values> void spy_now(const char* format, Values... values) {
+    spy(format, values...);
+    spy_write();
+}
+
+// Closes the log; nothing is written after that.
+void spy_close();
+
+} // namespace kigumi

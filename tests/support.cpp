@@ -1,0 +1,103 @@
+#include "support.h"
+
+#include "base/message.h"
+#include "geometry/projection.h"
+#include "model/lookup.h"
+
+#include <cstdlib>
+#include <fstream>
+
+namespace kigumi::test {
+
+void CoreTest::SetUp() {
+    reset_model();
+    view = View{};
+    snap_radius = 10.0f;
+    old_work_dir_ = work_dir();
+    const auto* info = ::testing::UnitTest::GetInstance()->current_test_info();
+    std::string name = std::string(info->test_suite_name()) + "." + info->name();
+    for (char& c : name) {
+        c = c == '/' ? '_' : c;
+    }
+    work_dir() = fs::temp_directory_path() / ("kigumi-test-" + name);
+    fs::remove_all(work_dir());
+    fs::create_directories(work_dir());
+    set_message_sink([this](std::string_view text) { messages_.emplace_back(text); });
+}
+
+void CoreTest::TearDown() {
+    for (const std::string& message : messages_) {
+        ADD_FAILURE() << "unexpected message: " << message;
+    }
+    set_message_sink({});
+    std::error_code ignored;
+    fs::remove_all(work_dir(), ignored);
+    work_dir() = old_work_dir_;
+}
+
+std::vector<std::string> CoreTest::take_messages() {
+    return std::exchange(messages_, {});
+}
+
+namespace {
+
+std::string line_at(const std::string& text, size_t from) {
+    return from < text.size() ? text.substr(from, text.find('\n', from) - from) : "(end of text)";
+}
+
+} // namespace
+
+void expect_golden(const std::string& name, const std::string& text) {
+    const fs::path path = fs::path(KIGUMI_GOLDEN_DIR) / name;
+    if (std::getenv("KIGUMI_ACCEPT") != nullptr) {
+        ASSERT_EQ(save_file(path, text), 0) << file_error();
+        return;
+    }
+    const auto expected = read_file(path);
+    if (expected && *expected == text) {
+        return;
+    }
+    const fs::path beside = fs::path("golden-new") / name;
+    fs::create_directories(beside.parent_path());
+    std::ofstream(beside, std::ios::binary) << text;
+    ASSERT_TRUE(expected.has_value()) << "no golden file " << name;
+    size_t start = 0;
+    int line = 1;
+    while (line_at(*expected, start) == line_at(text, start) && start < text.size()) {
+        start += line_at(text, start).size() + 1;
+        ++line;
+    }
+    ADD_FAILURE() << name << " differs at line " << line
+                  << "\n  expected: " << line_at(*expected, start)
+                  << "\n  now:      " << line_at(text, start);
+}
+
+fs::path broken_file(const std::string& name) {
+    return fs::path(KIGUMI_BROKEN_DIR) / name;
+}
+
+void RecorderCanvas::set_pen(int style, int width, int colour) {
+    text += text_format("pen %d %d %d\n", style, width, colour);
+}
+
+void RecorderCanvas::draw_line(Pixel from, Pixel to) {
+    text += text_format("line %d %d %d %d\n", from.x, from.y, to.x, to.y);
+}
+
+void RecorderCanvas::draw_circle(Pixel centre, int half, bool filled) {
+    text += text_format("circle %d %d %d %d\n", centre.x, centre.y, half, filled ? 1 : 0);
+}
+
+void RecorderCanvas::draw_square(Pixel centre, int half, bool filled) {
+    text += text_format("square %d %d %d %d\n", centre.x, centre.y, half, filled ? 1 : 0);
+}
+
+void RecorderCanvas::draw_polygon(std::span<const Pixel> points) {
+    text += "polygon";
+    for (const Pixel& p : points) {
+        text += text_format(" %d %d", p.x, p.y);
+    }
+    text += "\n";
+}
+
+} // namespace kigumi::test
