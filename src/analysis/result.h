@@ -10,41 +10,41 @@ constexpr int result_capacity = 3000;
 // Names of results are matched in their first nine characters only.
 constexpr int matched_name_length = 9;
 
-struct Setuten { // result node
+struct Setuten {            // result node
     char pname[name_bytes]; // node name as the solver echoes it
     std::int32_t OldNo;     // the model's node number
     float x, y, z;          // cm
 };
 
-struct Stress { // member result
-    std::int32_t no;                // member number as read
-    char iname[name_bytes];         // name of end I
-    char jname[name_bytes];         // name of end J
-    std::int32_t old_noi, old_noj;  // model node numbers of the ends
-    float xi, yi, zi;               // end I, cm, from setuten
-    float xj, yj, zj;               // end J
-    float force;                    // axial force, tension positive, kgf
-    float percent;                  // |force| in percent of force_max; 0 when that is 0
-    float p1, p2;                   // axial force at the ends
-    float xv1, xv2, yv1, yv2;       // shear across the width and along the depth, at I and J
-    float xm1, xm2;                 // moment about the width axis at I and J, kgf·cm
-    float ym1, ym2;                 // moment about the depth axis; ym1 with the file's sign reversed
-    float zm;                       // torsion
+struct Stress {                    // member result
+    std::int32_t no;               // member number as read
+    char iname[name_bytes];        // name of end I
+    char jname[name_bytes];        // name of end J
+    std::int32_t old_noi, old_noj; // model node numbers of the ends
+    float xi, yi, zi;              // end I, cm, from setuten
+    float xj, yj, zj;              // end J
+    float force;                   // axial force, tension positive, kgf
+    float percent;                 // |force| in percent of force_max; 0 when that is 0
+    float p1, p2;                  // axial force at the ends
+    float xv1, xv2, yv1, yv2;      // shear across the width and along the depth, at I and J
+    float xm1, xm2;                // moment about the width axis at I and J, kgf·cm
+    float ym1, ym2;                // moment about the depth axis; ym1 with the file's sign reversed
+    float zm;                      // torsion
 };
 
-struct Disp { // node displacement
-    std::int32_t old_no;            // model node number
+struct Disp {            // node displacement
+    std::int32_t old_no; // model node number
     char name[name_bytes];
-    float disp_x, disp_y, disp_z;   // translations, cm
-    float rad_x, rad_y, rad_z;      // rotations, rad
-    float mag;                      // length of the translation, cm
+    float disp_x, disp_y, disp_z; // translations, cm
+    float rad_x, rad_y, rad_z;    // rotations, rad
+    float mag;                    // length of the translation, cm
 };
 
 // A displaced node or member of the displacement picture (get_new_beam).
 struct HeniNode {
-    std::int32_t no;        // model node number; 0 while unset
+    std::int32_t no; // model node number; 0 while unset
     char name[name_bytes];
-    float x, y, z;          // displaced place, cm
+    float x, y, z; // displaced place, cm
 };
 struct HeniBeam {
     float xs, ys, zs, xl, yl, zl; // displaced ends, cm
@@ -55,8 +55,8 @@ struct Result {
     std::int32_t N_Setuten = 0;                   // count of setuten and of disp
     std::array<Stress, result_capacity> stress;   // descending by percent
     std::int32_t N_Stress = 0;
-    std::array<Disp, result_capacity> disp;       // descending by mag
-    float force_max = 0.0f;                       // largest |force|
+    std::array<Disp, result_capacity> disp; // descending by mag
+    float force_max = 0.0f;                 // largest |force|
 
     std::array<HeniNode, result_capacity> heni_node;
     std::array<HeniBeam, result_capacity> heni_beam;

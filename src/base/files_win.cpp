@@ -9,7 +9,8 @@
 namespace kigumi {
 
 std::FILE* open_binary(const std::filesystem::path& path, const char* mode) {
-    return _wfopen(path.c_str(), std::wstring(mode, mode + std::char_traits<char>::length(mode)).c_str());
+    return _wfopen(path.c_str(),
+                   std::wstring(mode, mode + std::char_traits<char>::length(mode)).c_str());
 }
 
 std::FILE* create_beside(const std::filesystem::path& target, std::filesystem::path& created) {

@@ -10,10 +10,10 @@ struct View {
     float TAU = 30.0f; // azimuth of the parallel projection, degrees
     float FAI = 30.0f; // elevation, degrees
 
-    double Rho = 4000.0;  // distance of the eye from the origin, cm
-    double Theta = 20.0;  // turn of the eye about the vertical axis, degrees
-    double Phi = 70.0;    // angle of the eye from the vertical, degrees
-    int perspective = 0;  // 1 once the viewpoint dialog asked for the perspective picture
+    double Rho = 4000.0; // distance of the eye from the origin, cm
+    double Theta = 20.0; // turn of the eye about the vertical axis, degrees
+    double Phi = 70.0;   // angle of the eye from the vertical, degrees
+    int perspective = 0; // 1 once the viewpoint dialog asked for the perspective picture
 };
 
 extern View view;

@@ -2,7 +2,8 @@
 // loads and the grid levels, in tables of fixed capacity with a count beside each.
 //
 // Positions are 0-based; every `no` is the 1-based number of its record (position + 1), and every
-// reference from one table to another is such a number. Lengths are cm, z is vertical, right-handed.
+// reference from one table to another is such a number. Lengths are cm, z is vertical,
+// right-handed.
 #pragma once
 
 #include <array>
@@ -24,19 +25,19 @@ constexpr int name_bytes = 32;
 
 // A member's category (`kind`): who made it. The axis data file groups members by it.
 enum Kind : std::int32_t {
-    kind_none = 0,       // 無印: read from a file or drawn by hand
-    kind_post = 1,       // スペース床の柱部
-    kind_frame = 2,      // スペース床の枠材
-    kind_chord = 3,      // スペース床の弦材, and the terrace
-    kind_diagonal = 4,   // スペース床の斜材
-    kind_brace = 5,      // スペース床の筋交
-    kind_column = 6,     // 小屋組の柱: outer columns and their braces
-    kind_roof_post = 7,  // 屋根柱
-    kind_girder = 8,     // 屋根桁
-    kind_hip = 9,        // 隅合掌
-    kind_rafter = 10,    // 平合掌
-    kind_angle = 11,     // 火打平合掌
-    kind_purlin = 12,    // 母屋
+    kind_none = 0,      // 無印: read from a file or drawn by hand
+    kind_post = 1,      // スペース床の柱部
+    kind_frame = 2,     // スペース床の枠材
+    kind_chord = 3,     // スペース床の弦材, and the terrace
+    kind_diagonal = 4,  // スペース床の斜材
+    kind_brace = 5,     // スペース床の筋交
+    kind_column = 6,    // 小屋組の柱: outer columns and their braces
+    kind_roof_post = 7, // 屋根柱
+    kind_girder = 8,    // 屋根桁
+    kind_hip = 9,       // 隅合掌
+    kind_rafter = 10,   // 平合掌
+    kind_angle = 11,    // 火打平合掌
+    kind_purlin = 12,   // 母屋
 };
 constexpr int kind_count = 13;
 
@@ -49,29 +50,29 @@ enum NodeRole : std::int32_t {
 };
 
 struct Node {
-    char id[name_bytes];  // name, normally "X%02dY%02dZ%02d"; may be empty
-    std::int32_t no;      // position + 1
-    float x, y, z;        // cm; -1 each while a hand-drawn node's place is unknown
-    float X, Y;           // plane coordinates of the last projection, or place on the drawing sheet
-    std::int32_t flag;    // NodeRole; in the hand-drawn editor 0 drawn, 1 used, 2 place known
+    char id[name_bytes]; // name, normally "X%02dY%02dZ%02d"; may be empty
+    std::int32_t no;     // position + 1
+    float x, y, z;       // cm; -1 each while a hand-drawn node's place is unknown
+    float X, Y;          // plane coordinates of the last projection, or place on the drawing sheet
+    std::int32_t flag;   // NodeRole; in the hand-drawn editor 0 drawn, 1 used, 2 place known
 };
 static_assert(sizeof(Node) == 60);
 
 struct Beam {
-    std::int32_t no;          // position + 1
-    char idi[name_bytes];     // name of the start node
-    char idj[name_bytes];     // name of the end node
-    std::int32_t noi, noj;    // numbers of the start and end node
-    float xs, ys, zs;         // start point, cm
-    float xl, yl, zl;         // end point, cm
-    std::int32_t size;        // section number; -1 while unassigned
-    std::int32_t mat;         // material number; -1 while unassigned
-    float haba;               // section width 巾, cm (diameter of a circular member)
-    float atumi;              // section thickness 厚み, cm
-    std::int32_t kind;        // Kind
-    float XS, YS;             // plane coordinates of the start, last projection
-    float XL, YL;             // plane coordinates of the end
-    std::int32_t flag;        // 0 first end placed, 1 both ends placed, 2 data set
+    std::int32_t no;       // position + 1
+    char idi[name_bytes];  // name of the start node
+    char idj[name_bytes];  // name of the end node
+    std::int32_t noi, noj; // numbers of the start and end node
+    float xs, ys, zs;      // start point, cm
+    float xl, yl, zl;      // end point, cm
+    std::int32_t size;     // section number; -1 while unassigned
+    std::int32_t mat;      // material number; -1 while unassigned
+    float haba;            // section width 巾, cm (diameter of a circular member)
+    float atumi;           // section thickness 厚み, cm
+    std::int32_t kind;     // Kind
+    float XS, YS;          // plane coordinates of the start, last projection
+    float XL, YL;          // plane coordinates of the end
+    std::int32_t flag;     // 0 first end placed, 1 both ends placed, 2 data set
 };
 static_assert(sizeof(Beam) == 140);
 
@@ -81,10 +82,10 @@ struct SizeTable {
     std::array<float, size_capacity> atumi;  // thickness, cm
     std::array<float, size_capacity> length; // length of the member it was made for, cm
     std::array<float, size_capacity> A;      // area, cm²
-    std::array<float, size_capacity> Iy;     // haba·atumi³/12, cm⁴: bending in the vertical plane
-    std::array<float, size_capacity> Iz;     // atumi·haba³/12, cm⁴: bending in the horizontal plane
-    std::array<float, size_capacity> J;      // torsion constant, cm⁴
-    std::array<float, size_capacity> angle;  // turn about the member's axis, degrees; 0 when made
+    std::array<float, size_capacity> Iy; // haba·atumi³/12, cm⁴: bending in the vertical plane
+    std::array<float, size_capacity> Iz; // atumi·haba³/12, cm⁴: bending in the horizontal plane
+    std::array<float, size_capacity> J;  // torsion constant, cm⁴
+    std::array<float, size_capacity> angle; // turn about the member's axis, degrees; 0 when made
 };
 
 // Materials; entry k is material number k + 1.
@@ -142,8 +143,12 @@ struct Model {
 extern Model model;
 
 // Node or member number (1-based) and table position (0-based).
-constexpr int position_of(int no) { return no - 1; }
-constexpr int number_at(int position) { return position + 1; }
+constexpr int position_of(int no) {
+    return no - 1;
+}
+constexpr int number_at(int position) {
+    return position + 1;
+}
 
 // The group label of a category as the axis data file writes it ("// スペース床の柱部"), or null
 // when there is no such category.

@@ -21,6 +21,10 @@ bool spy_open(const fs::path& folder) {
     return log_file() != nullptr;
 }
 
+bool spy_is_open() {
+    return log_file() != nullptr;
+}
+
 void spy_write() {
     std::FILE* file = log_file();
     const spy_detail::PendingLine& line = spy_detail::pending;

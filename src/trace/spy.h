@@ -59,6 +59,9 @@ template <class... Values> void spy(const char* format, Values... values) {
 // Creates the log anew in `folder` and writes "Spy Start"; false when it cannot be created.
 bool spy_open(const fs::path& folder);
 
+// True while a log is open.
+bool spy_is_open();
+
 // Writes the line in the buffer to the log (nothing when no log is open).
 void spy_write();
 

@@ -1,0 +1,7 @@
+#include "analysis/result.h"
+
+namespace kigumi {
+
+Result result;
+
+} // namespace kigumi

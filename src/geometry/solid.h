@@ -1,0 +1,68 @@
+// Solid members: triangles of boxes and prisms, the triangle file TRIO.DAT and the point table.
+#pragma once
+
+#include "geometry/projection.h"
+
+#include <cstdint>
+#include <vector>
+
+namespace kigumi {
+
+// One triangle, as TRIO.DAT holds it (little-endian). Bytes that the builders do not set are zero.
+struct Trio {
+    std::int32_t no;          // 1-based triangle number
+    std::int32_t hyoji;       // visible edges: 4 vertex 1-2, 2 vertex 2-3, 1 vertex 3-1
+    float vertex[3][3];       // x, y, z of the three vertices, cm
+    std::int32_t bangou[3];   // point-table numbers of the vertices
+    unsigned char work1[104]; // working area of the perspective picture
+    double plane[3][2];       // perspective plane coordinates of the vertices
+    unsigned char work2[64];
+};
+static_assert(sizeof(Trio) == 272);
+
+// A registered vertex.
+struct SolidPoint {
+    std::int32_t no;
+    float x, y, z; // cm
+};
+
+// 14 points a round member.
+constexpr int point_capacity = 14 * beam_capacity;
+
+// Triangles of the last build, in memory and (after save_trio_file) in TRIO.DAT.
+struct Solids {
+    std::vector<Trio> trio;
+    std::int32_t n_trio = 0;        // records of the last build
+    float Volume = 0.0f;            // timber of the last build, m³
+    std::vector<SolidPoint> points; // distinct vertices of all builds of this model
+};
+
+extern Solids solids;
+
+// Number of the first registered point exactly equal to (x, y, z); registers it when there is none.
+// -1, with a message, when the point table is full.
+int register_point(float x, float y, float z);
+
+// Empties the triangles and Volume; the points stay (a new model clears them: clear_points).
+void reset_solids();
+void clear_points();
+
+// Builders: a box of 12 triangles (width across, depth up, cm); a hexagonal prism of 24 triangles
+// (`radius`, cm). They append to `solids` and add to Volume. -1 when the point table is full.
+int make_kakuzai3(float xs, float ys, float zs, float xl, float yl, float zl, float width,
+                  float depth);
+int make_enchu2(float xs, float ys, float zs, float xl, float yl, float zl, float radius,
+                float depth);
+
+// Boxes of all generated members in memory; stops at the first member of width or thickness 0 with
+// a console line (its member index).
+void make_men();
+
+// Writes the triangles in memory to TRIO.DAT in the working directory. 0, or -1 after the message
+// "Error: Unable to open TRIO_FILE 01".
+int save_trio_file();
+
+// Rebuilds TRIO.DAT with a box for every member. 0, or -1 after the same message.
+int build_trio_file();
+
+} // namespace kigumi
