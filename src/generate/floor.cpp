@@ -26,9 +26,9 @@ float half_pitch(int m) {
     return static_cast<float>(static_cast<double>(m) * param.TukaHaba * 0.5);
 }
 
-int emit_beam(FramePoint start, FramePoint end, float width, int kind) {
+int emit_beam(FramePoint start, FramePoint end, float haba, float atumi, int kind) {
     const int at =
-        append_beam({start.x, start.y, start.z}, {end.x, end.y, end.z}, width, width, kind, 2);
+        append_beam({start.x, start.y, start.z}, {end.x, end.y, end.z}, haba, atumi, kind, 2);
     if (at < 0) {
         return -1;
     }
