@@ -1,0 +1,249 @@
+#include "files/tegaki.h"
+
+#include "model/lookup.h"
+#include "support.h"
+
+#include <algorithm>
+#include <cstring>
+
+namespace kigumi {
+namespace {
+
+class Tegaki : public test::CoreTest {
+  protected:
+    void SetUp() override {
+        CoreTest::SetUp();
+        forget_old_node();
+    }
+
+    fs::path file_ = work_file("sketch.tgk");
+
+    std::string saved() {
+        EXPECT_EQ(save_tegaki_data(file_), 0);
+        return read_file(file_).value_or("(unreadable)");
+    }
+    int load(const std::string& bytes) {
+        EXPECT_EQ(save_file(file_, bytes), 0);
+        return load_tegaki_data(file_);
+    }
+};
+
+void draw_node(float X, float Y, int flag) {
+    Node& node = model.node[model.N_Node];
+    node = Node{};
+    node.no = ++model.N_Node;
+    node.x = node.y = node.z = -1.0f;
+    node.X = X;
+    node.Y = Y;
+    node.flag = flag;
+}
+
+void draw_beam(int noi, int noj) {
+    Beam& beam = model.beam[model.N_Beam];
+    beam = Beam{};
+    beam.no = ++model.N_Beam;
+    beam.noi = noi;
+    beam.noj = noj;
+    beam.size = beam.mat = -1;
+    beam.haba = beam.atumi = 12.0f;
+    beam.XS = model.node[position_of(noi)].X;
+    beam.YS = model.node[position_of(noi)].Y;
+    beam.XL = model.node[position_of(noj)].X;
+    beam.YL = model.node[position_of(noj)].Y;
+    beam.flag = 1;
+}
+
+// Two nodes, the first of known place and named, and the member between them.
+void draw_sketch() {
+    draw_node(100.0f, 200.5f, 2);
+    set_name(model.node[0].id, "柱A");
+    model.node[0].x = 0.0f;
+    model.node[0].y = 90.9f;
+    model.node[0].z = 240.0f;
+    draw_node(300.0f, 40.25f, 0);
+    draw_beam(1, 2);
+    set_name(model.beam[0].idi, "柱A");
+    model.beam[0].ys = 90.9f;
+    model.beam[0].zs = 240.0f;
+}
+
+// What a view from another side does to the plane points.
+void project_elsewhere() {
+    for (int i = 0; i < model.N_Node; ++i) {
+        model.node[i].X = model.node[i].Y = -7.0f;
+    }
+    for (int i = 0; i < model.N_Beam; ++i) {
+        Beam& beam = model.beam[i];
+        beam.XS = beam.YS = beam.XL = beam.YL = -7.0f;
+    }
+}
+
+constexpr const char* sketch_bytes =
+    "     2\r\n"
+    " 1 \"\x92\x8c"
+    "A\" 0.000000 90.900002 240.000000 100.000000 200.500000 2\r\n"
+    " 2 \"\" -1.000000 -1.000000 -1.000000 300.000000 40.250000 0\r\n"
+    "     1\r\n"
+    " 1 \"\x92\x8c"
+    "A\" \"\" 1 2 0.000000 90.900002 240.000000 0.000000 0.000000 0.000000 -1 -1"
+    " 12.000000 12.000000 100.000000 200.500000 300.000000 40.250000 1\r\n";
+
+TEST_F(Tegaki, WritesEveryFieldInPlace) {
+    draw_sketch();
+    EXPECT_EQ(saved(), sketch_bytes);
+}
+
+TEST_F(Tegaki, ReadsBackWhatItWrote) {
+    ASSERT_EQ(load(sketch_bytes), 0);
+    EXPECT_STREQ(model.node[0].id, "柱A");
+    EXPECT_STREQ(model.node[1].id, "");
+    EXPECT_EQ(model.beam[0].flag, 1);
+    EXPECT_EQ(find_or_add_node(0.0f, 90.9f, 240.0f), 1);
+    EXPECT_EQ(saved(), sketch_bytes);
+}
+
+TEST_F(Tegaki, EmptySketch) {
+    EXPECT_EQ(saved(), "     0\r\n     0\r\n");
+    draw_sketch();
+    ASSERT_EQ(load_tegaki_data(file_), 0);
+    EXPECT_EQ(model.N_Node + model.N_Beam, 0);
+}
+
+TEST_F(Tegaki, ReadingReplacesSupportsLoadsAndSections) {
+    draw_sketch();
+    append_fix(1, 1, 1, 1);
+    append_load(2, 0.0f, 0.0f, -200.0f);
+    check_size();
+    ASSERT_EQ(load(sketch_bytes), 0);
+    EXPECT_EQ(model.N_Fix + model.N_Load + model.N_Size + model.N_Mat, 0);
+}
+
+TEST_F(Tegaki, KeptPositionsAreWrittenAfterAView) {
+    draw_sketch();
+    save_old_node();
+    project_elsewhere();
+    EXPECT_EQ(saved(), sketch_bytes);
+    load_old_node();
+    forget_old_node();
+    EXPECT_EQ(saved(), sketch_bytes);
+}
+
+TEST_F(Tegaki, NothingKeptMeansThePresentPositions) {
+    save_old_node(); // without a node there is nothing to keep
+    draw_sketch();
+    project_elsewhere();
+    load_old_node();
+    EXPECT_EQ(OnSaveOld, 0);
+    EXPECT_FLOAT_EQ(model.node[0].X, -7.0f);
+    EXPECT_NE(saved().find(" -7.000000 -7.000000 2\r\n"), std::string::npos);
+}
+
+TEST_F(Tegaki, NodesDrawnAfterReadingKeepTheirPlaces) {
+    ASSERT_EQ(load(sketch_bytes), 0);
+    draw_node(55.0f, 66.0f, 0);
+    draw_beam(2, 3);
+    const std::string before_keeping = saved();
+    append_old_node();
+    project_elsewhere();
+    EXPECT_EQ(saved(), before_keeping);
+    EXPECT_NE(before_keeping.find(" 3 \"\" -1.000000 -1.000000 -1.000000 55.000000 66.000000 0"),
+              std::string::npos);
+    EXPECT_NE(before_keeping.find(" 300.000000 40.250000 55.000000 66.000000 1\r\n"),
+              std::string::npos);
+    load_old_node();
+    EXPECT_FLOAT_EQ(model.beam[1].XL, 55.0f);
+}
+
+TEST_F(Tegaki, ForgettingEndsTheKeeping) {
+    ASSERT_EQ(load(sketch_bytes), 0);
+    forget_old_node();
+    project_elsewhere();
+    load_old_node();
+    EXPECT_FLOAT_EQ(model.node[0].X, -7.0f);
+}
+
+TEST_F(Tegaki, NameThatCouldNotBeReadBackIsNotWritten) {
+    draw_sketch();
+    const std::string good = saved();
+    for (const char* name : {"A 1", "A\"1", "A\t1"}) {
+        set_name(model.beam[0].idj, name);
+        EXPECT_EQ(save_tegaki_data(file_), -1);
+        EXPECT_EQ(take_messages().size(), 1u);
+        EXPECT_EQ(read_file(file_), good);
+    }
+}
+
+TEST_F(Tegaki, FileThatCannotBeOpened) {
+    draw_sketch();
+    EXPECT_EQ(load_tegaki_data(work_file("missing.tgk")), -1);
+    EXPECT_EQ(save_tegaki_data(work_dir() / "missing" / "a.tgk"), -1);
+    const std::vector<std::string> expected(2, "Can't open TEGAKI_FILE");
+    EXPECT_EQ(take_messages(), expected);
+    EXPECT_EQ(model.N_Node, 2);
+}
+
+TEST_F(Tegaki, EndMarkOfOldEditorsIsPassedOver) {
+    EXPECT_EQ(load(std::string(sketch_bytes) + "\x1a"), 0);
+}
+
+struct Broken {
+    const char* name;
+    const char* from; // the part of sketch_bytes that is replaced; null cuts the file at `to`
+    const char* to;
+    int line;
+};
+
+class BrokenTegaki : public Tegaki, public ::testing::WithParamInterface<Broken> {};
+
+TEST_P(BrokenTegaki, IsRefusedAndLeavesTheModel) {
+    std::string bytes = sketch_bytes;
+    if (GetParam().from == nullptr) {
+        bytes.resize(bytes.find(GetParam().to));
+    } else {
+        bytes.replace(bytes.find(GetParam().from), std::strlen(GetParam().from), GetParam().to);
+    }
+    draw_sketch();
+    draw_node(1.0f, 2.0f, 0);
+    save_old_node();
+    append_fix(3, 1, 1, 1);
+    EXPECT_EQ(load(bytes), -1);
+    const auto messages = take_messages();
+    ASSERT_EQ(messages.size(), 1u);
+    EXPECT_NE(messages[0].find(text_format(" %d 行目: ", GetParam().line)), std::string::npos)
+        << messages[0];
+    EXPECT_EQ(model.N_Node, 3);
+    EXPECT_EQ(model.N_Fix, 1);
+    project_elsewhere();
+    load_old_node();
+    EXPECT_FLOAT_EQ(model.node[2].Y, 2.0f);
+}
+
+const Broken broken[] = {
+    {"empty", nullptr, "     2", 1},
+    {"cut_in_nodes", nullptr, " 2 \"\" -1", 3},
+    {"cut_in_member", nullptr, " 300.000000 40.250000 1\r", 5},
+    {"node_count_above_the_table", "     2\r", " 10001\r", 1},
+    {"node_count_negative", "     2\r", "    -1\r", 1},
+    {"node_count_too_small", "     2\r", "     1\r", 3},
+    {"node_count_no_number", "     2\r", "  many\r", 1},
+    {"node_numbers_repeat", " 2 \"\" -1", " 1 \"\" -1", 3},
+    {"node_name_without_quotes", " 2 \"\" -1", " 2 AB -1", 3},
+    {"node_name_with_blank", "\"\x92\x8c", "\"\x92\x8c ", 2},
+    {"node_name_too_long", "\"\" -1", "\"A234567890B234567890C234567890D2\" -1", 3},
+    {"node_name_no_text", "\"\x92\x8c", "\"\x92\x20", 2},
+    {"node_place_infinite", "240.000000", "inf", 2},
+    {"node_state", "40.250000 0\r", "40.250000 3\r", 3},
+    {"member_count_above_the_table", "     1\r", " 10001\r", 4},
+    {"member_end_zero", "\"\" 1 2 ", "\"\" 0 2 ", 5},
+    {"member_end_beyond", "\"\" 1 2 ", "\"\" 1 3 ", 5},
+    {"member_section_zero", " -1 -1", " 0 -1", 5},
+    {"member_material_beyond", " -1 -1", " -1 1001", 5},
+    {"member_state", "40.250000 1\r", "40.250000 -1\r", 5},
+    {"more_members_than_counted", "     1\r", "     0\r", 5},
+};
+
+INSTANTIATE_TEST_SUITE_P(Faults, BrokenTegaki, ::testing::ValuesIn(broken),
+                         [](const auto& fault) { return std::string(fault.param.name); });
+
+} // namespace
+} // namespace kigumi
