@@ -25,6 +25,31 @@ int yane_mode(int choice) {
     return choice == 2 ? -1 : choice;
 }
 
+void apply_yane_choice(int choice) {
+    param.YaneMode = yane_mode(choice);
+    if (choice != 1) {
+        param.YaneHashira = 0.0f;
+        param.YaneTakasa = 0.0f;
+        return;
+    }
+    if (param.N_Sou == 1) {
+        param.HashiraHeight2 = 0.0f;
+    }
+    param.HashiraHeight3 = 0.0f;
+}
+
+bool roof_dimensions_ok() {
+    for (const float value :
+         {param.YaneTakasa, param.YaneHashiraHaba, param.KetaHaba, param.KetaAtumi,
+          param.SumiGashoHaba, param.SumiGashoAtumi, param.HiraGashoHaba, param.HiraGashoAtumi,
+          param.HiuchiHaba, param.HiuchiAtumi, param.MoyaHaba, param.MoyaAtumi}) {
+        if (!(value > 0.0f)) {
+            return false;
+        }
+    }
+    return param.YaneHashira >= 0.0f && (param.YaneType == 1 || param.YaneType == 2);
+}
+
 namespace {
 
 int refuse(const char* message) {
@@ -125,7 +150,13 @@ int check_param(const KihonChoice& choice) {
     if (overall_height(choice, height)) {
         param.Takasa = height;
     }
-    return check_dimensions() < 0 ? -1 : check_capacity();
+    if (check_dimensions() < 0) {
+        return -1;
+    }
+    if (choice.yane == 1 && !roof_dimensions_ok()) {
+        return refuse("屋根データに誤りがあります");
+    }
+    return check_capacity();
 }
 
 FrameSize predict_frame_size() {

@@ -1,5 +1,7 @@
 #include "geometry/projection.h"
 
+#include "trace/spy.h"
+
 #include <cmath>
 
 namespace kigumi {
@@ -93,10 +95,12 @@ void aspect_fit(DrawArea& area, const PlaneBounds& b) {
     const float ratio_crt = static_cast<float>(area.crt.right - area.crt.left) /
                             static_cast<float>(area.crt.bottom - area.crt.top);
     if (ratio >= ratio_crt) {
+        spy("横長");
         const float cy = (b.ymin + b.ymax) * 0.5f;
         const float half = (b.xmax - b.xmin) / (2.0f * ratio_crt);
         area.world = {b.xmin, cy - half, b.xmax, cy + half};
     } else {
+        spy("縦長");
         const float cx = (b.xmin + b.xmax) * 0.5f;
         const float half = (b.ymax - b.ymin) * ratio_crt * 0.5f;
         area.world = {cx - half, b.ymin, cx + half, b.ymax};

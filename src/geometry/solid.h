@@ -1,9 +1,14 @@
 // Solid members: triangles of boxes and prisms, the triangle file TRIO.DAT and the point table.
+//
+// Triangles and points belong to one model: once reset_model was called, the next call of any
+// function here first empties them.
 #pragma once
 
 #include "geometry/projection.h"
 
 #include <cstdint>
+#include <optional>
+#include <span>
 #include <vector>
 
 namespace kigumi {
@@ -20,6 +25,14 @@ struct Trio {
 };
 static_assert(sizeof(Trio) == 272);
 
+// The three edges of a triangle in drawing order: the bit of `hyoji` that shows the edge, and the
+// vertices (0-based) between which it runs.
+struct TrioEdge {
+    std::int32_t bit;
+    int from, to;
+};
+constexpr TrioEdge trio_edges[3] = {{4, 0, 1}, {2, 1, 2}, {1, 2, 0}};
+
 // A registered vertex.
 struct SolidPoint {
     std::int32_t no;
@@ -35,12 +48,17 @@ struct Solids {
     std::int32_t n_trio = 0;        // records of the last build
     float Volume = 0.0f;            // timber of the last build, m³
     std::vector<SolidPoint> points; // distinct vertices of all builds of this model
+    bool saved = false;             // the triangles were written to TRIO.DAT as they are
 };
 
 extern Solids solids;
 
-// Number of the first registered point exactly equal to (x, y, z); registers it when there is none.
-// -1, with a message, when the point table is full.
+// Empties triangles, Volume and points when they belong to an earlier model. Only needed by code
+// that reads `solids` itself.
+void follow_model();
+
+// Number of the first registered point exactly equal to (x, y, z), cm; registers it when there is
+// none. -1, with a message, when the point table is full.
 int register_point(float x, float y, float z);
 
 // Empties the triangles and Volume; the points stay (a new model clears them: clear_points).
@@ -48,7 +66,9 @@ void reset_solids();
 void clear_points();
 
 // Builders: a box of 12 triangles (width across, depth up, cm); a hexagonal prism of 24 triangles
-// (`radius`, cm). They append to `solids` and add to Volume. -1 when the point table is full.
+// (`radius`, cm; `depth` has no meaning for it). They append to `solids` and add to Volume: a box
+// its m³; a prism 0.01·length·radius·π, the required figure, linear in the radius. A member without
+// length is built along x. -1, with a message, when the point table is full.
 int make_kakuzai3(float xs, float ys, float zs, float xl, float yl, float zl, float width,
                   float depth);
 int make_enchu2(float xs, float ys, float zs, float xl, float yl, float zl, float radius,
@@ -62,7 +82,13 @@ void make_men();
 // "Error: Unable to open TRIO_FILE 01".
 int save_trio_file();
 
-// Rebuilds TRIO.DAT with a box for every member. 0, or -1 after the same message.
+// Rebuilds TRIO.DAT with a box for every member. 0, or -1 after the same message. When the points
+// of this build have no room beside those of earlier builds, the earlier ones are dropped.
 int build_trio_file();
+
+// The records of TRIO.DAT; the file is read only when it is not what the memory holds. Nothing, and
+// no message, when the file is missing, its length is not that of `n_trio` records or a vertex has
+// a number outside the point table. Valid until the next call of a function that builds or reads.
+std::optional<std::span<const Trio>> read_trio_file();
 
 } // namespace kigumi

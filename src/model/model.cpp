@@ -10,6 +10,8 @@ Model model;
 
 namespace {
 
+std::uint32_t edition = 0;
+
 constexpr const char* labels[kind_count] = {
     "// 無印",
     "// スペース床の柱部",
@@ -38,6 +40,7 @@ const char* kind_name(int kind) {
 }
 
 void reset_model() {
+    ++edition;
     model.N_Node = model.N_Beam = 0;
     model.N_Size = model.N_Mat = 0;
     model.N_Fix = model.N_Load = 0;
@@ -45,6 +48,10 @@ void reset_model() {
     model.fix_load_edited = 0;
     reset_bounds();
     forget_node_index();
+}
+
+std::uint32_t model_edition() {
+    return edition;
 }
 
 void reset_bounds() {

@@ -161,6 +161,10 @@ const char* kind_name(int kind);
 // supports and loads were edited. Every command that makes a model starts with it.
 void reset_model();
 
+// How often reset_model was called. What is derived from one model remembers this number and is
+// void once it has changed.
+std::uint32_t model_edition();
+
 // Widens the model bounds (X_MIN ... Z_MAX) by a point, cm.
 void widen_bounds(float x, float y, float z);
 

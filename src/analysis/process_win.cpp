@@ -1,0 +1,34 @@
+#include "analysis/process.h"
+
+#define NOMINMAX
+#include <windows.h>
+// After windows.h, whose types it needs.
+#include <shellapi.h>
+
+namespace kigumi {
+
+int run_program(const fs::path& program, const fs::path& folder) {
+    SHELLEXECUTEINFOW request{};
+    request.cbSize = sizeof request;
+    request.fMask = SEE_MASK_NOCLOSEPROCESS | SEE_MASK_FLAG_NO_UI;
+    request.lpVerb = L"open";
+    request.lpFile = program.c_str();
+    request.lpDirectory = folder.c_str();
+    request.nShow = SW_SHOWDEFAULT;
+    if (ShellExecuteExW(&request) == 0 || request.hProcess == nullptr) {
+        return -1;
+    }
+    WaitForSingleObject(request.hProcess, INFINITE);
+    DWORD status = 0;
+    GetExitCodeProcess(request.hProcess, &status);
+    CloseHandle(request.hProcess);
+    // A crash leaves a status beyond int; the start itself did not fail.
+    return status <= 255 ? static_cast<int>(status) : 255;
+}
+
+bool is_program(const fs::path& path) {
+    std::error_code code;
+    return fs::is_regular_file(path, code);
+}
+
+} // namespace kigumi

@@ -1,0 +1,127 @@
+#include "analysis/solver_run.h"
+
+#include "analysis/process.h"
+#include "analysis/result_reader.h"
+#include "analysis/solver_input.h"
+#include "base/files_platform.h"
+#include "base/format.h"
+#include "base/message.h"
+#include "trace/spy.h"
+
+#include <chrono>
+#include <ctime>
+
+namespace kigumi {
+
+SolverSeams solver_seams{run_program, hundredths_of_day};
+
+namespace {
+
+#ifdef _WIN32
+constexpr const char* bundled_solver = "frameslv.exe";
+#else
+constexpr const char* bundled_solver = "frameslv";
+#endif
+
+// Reads one of the result files and parses it by `parse` (text -> 0 or -1), with the two messages.
+template <class Parse> int read_result_file(const char* name, Parse parse) {
+    const auto text = read_file(work_file(name));
+    if (!text) {
+        show_message(text_format("ファイル%sをオ－プンできません", name));
+        return -1;
+    }
+    if (parse(*text) < 0) {
+        show_message(text_format("ファイル%sの読み込みに失敗しました", name));
+        return -1;
+    }
+    return 0;
+}
+
+} // namespace
+
+int hundredths_of_day() {
+    using namespace std::chrono;
+    const auto now = system_clock::now().time_since_epoch();
+    const std::time_t whole =
+        system_clock::to_time_t(system_clock::time_point(floor<seconds>(now)));
+    const std::tm* local = std::localtime(&whole);
+    const auto rest = duration_cast<milliseconds>(now - floor<seconds>(now)).count() / 10;
+    return local->tm_hour * 360000 + local->tm_min * 6000 + local->tm_sec * 100 +
+           static_cast<int>(rest);
+}
+
+fs::path find_solver() {
+    for (const fs::path& path : {work_file("FRAMESLV.EXE"), program_dir() / bundled_solver}) {
+        if (is_program(path)) {
+            return path;
+        }
+    }
+    return {};
+}
+
+int run_solver(SolverOutcome& outcome) {
+    spy("Enter run_solver()");
+    outcome = {};
+    if (save_honegumi(work_file("FRAMESLV.IN")) < 0) {
+        return -1;
+    }
+    const fs::path solver = find_solver();
+    const int start = solver_seams.hundredths();
+    outcome.status = solver.empty() ? -1 : solver_seams.start(solver, work_dir());
+    if (outcome.status < 0) {
+        show_message("Could not create process");
+        return -1;
+    }
+    outcome.seconds = (solver_seams.hundredths() - start) * 0.01;
+    return 0;
+}
+
+void show_solver_time(const SolverOutcome& outcome) {
+    show_message(text_format("解析計算を終了しまし %7.2f sec", outcome.seconds));
+}
+
+int FrameSlv() {
+    spy("Enter FrameSlv()");
+    Levels levels;
+    Listing listing;
+    std::vector<Disp> disp;
+    if (read_result_file("frameslv.zlv",
+                         [&](std::string_view text) { return parse_levels(text, levels); }) < 0 ||
+        read_result_file("frameslv.lst",
+                         [&](std::string_view text) { return parse_listing(text, listing); }) < 0) {
+        return -1;
+    }
+    const auto parse_disp = [&](std::string_view text) {
+        return parse_displacements(text, disp) < 0 || disp.size() != listing.setuten.size() ? -1
+                                                                                            : 0;
+    };
+    if (read_result_file("frameslv.dsp", parse_disp) < 0) {
+        return -1;
+    }
+    store_levels(levels);
+    store_listing(listing);
+    store_displacements(disp);
+    return 0;
+}
+
+int save_results(const fs::path& path) {
+    spy("Enter save_results()");
+    const auto listing = read_file(work_file("frameslv.lst"));
+    if (!listing) {
+        show_message("Error: Unable to open LST_FILE");
+        return -1;
+    }
+    const auto displacements = read_file(work_file("frameslv.dsp"));
+    if (!displacements) {
+        show_message("Error: Unable to open DSP_FILE");
+        return -1;
+    }
+    if (save_file(path, *listing + *displacements) < 0) {
+        show_message("Error: Unable to open OutFile");
+        return -1;
+    }
+    show_message("解析結果を保存しました");
+    return 0;
+}
+
+} // namespace kigumi

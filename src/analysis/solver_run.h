@@ -1,0 +1,48 @@
+// The solver: found, started on the model, waited for, and its result files read or kept.
+#pragma once
+
+#include "base/files.h"
+
+namespace kigumi {
+
+// How a run of the solver went.
+struct SolverOutcome {
+    double seconds = 0.0; // by the time of day; negative when the run passed midnight
+    int status = -1;      // exit status of the solver, -1 when it did not start
+};
+
+// What a run needs of the outside; tests put their own in place.
+struct SolverSeams {
+    int (*start)(const fs::path& program, const fs::path& folder); // as run_program
+    int (*hundredths)();                                           // as hundredths_of_day
+};
+
+extern SolverSeams solver_seams;
+
+// Hundredths of a second since midnight, local time of day.
+int hundredths_of_day();
+
+// The solver to run: FRAMESLV.EXE in the working directory when that can be started, else the
+// bundled frameslv beside this program. An empty path when there is neither.
+fs::path find_solver();
+
+// Writes FRAMESLV.IN into the working directory, starts the solver there and waits for it without
+// limit. Reads the whole model. 0, or -1 after a message: that of save_honegumi when the input
+// could not be written (the solver would work on an old one), "Could not create process" when there
+// is no solver or it does not start. The exit status decides nothing here.
+int run_solver(SolverOutcome& outcome);
+
+// Shows "解析計算を終了しまし %7.2f sec".
+void show_solver_time(const SolverOutcome& outcome);
+
+// Reads frameslv.zlv, frameslv.lst and frameslv.dsp of the working directory into `result` and the
+// level tables of `model`; the selection (kensaku) is emptied. 0, or -1 after a message; all tables
+// are then as before.
+int FrameSlv();
+
+// Copies frameslv.lst and, directly behind it, frameslv.dsp of the working directory into one file
+// (解析結果保存, .out). 0 after "解析結果を保存しました"; -1 after a message, an old file is then
+// whole.
+int save_results(const fs::path& path);
+
+} // namespace kigumi

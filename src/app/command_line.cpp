@@ -1,0 +1,277 @@
+#include "app/command_line.h"
+
+#include "app/commands.h"
+#include "base/files.h"
+#include "base/message.h"
+#include "base/scan.h"
+
+#include <CLI/CLI.hpp>
+
+#include <QGuiApplication>
+
+#include <cstdio>
+
+namespace kigumi {
+
+namespace {
+
+constexpr int status_failed = 1;
+constexpr int status_usage = 2;
+
+// Splits at a comma into numbers; false when there are more, fewer, or something else.
+template <class... Numbers> bool parse_list(std::string text, Numbers&... numbers) {
+    for (char& c : text) {
+        c = c == ',' ? ' ' : c;
+    }
+    Scanner scan(text);
+    return (scan.next(numbers) && ...) && scan.at_end();
+}
+
+void require(bool good, const char* option, const std::string& value) {
+    if (!good) {
+        throw CLI::ValidationError(option, "「" + value + "」を読めません");
+    }
+}
+
+RoleOption load_role(const std::string& text) {
+    const size_t colon = text.rfind(':');
+    RoleOption role;
+    role.load = true;
+    require(colon != std::string::npos && colon > 0 &&
+                parse_list(text.substr(colon + 1), role.fx, role.fy, role.fz),
+            "--load", text);
+    role.selector = text.substr(0, colon);
+    return role;
+}
+
+// The options of a command that marks supports and loads, kept in the order they were given.
+struct RoleArguments {
+    std::vector<std::string> fix, load;
+    CLI::Option* fix_option = nullptr;
+    CLI::Option* load_option = nullptr;
+
+    void add_to(CLI::App& command) {
+        fix_option =
+            command.add_option("--fix", fix, "固定節点 bottom、top、または節点名（* と ?）");
+        load_option = command.add_option("--load", load, "荷重節点 SEL:FX,FY,FZ（kgf）");
+        for (CLI::Option* option : {fix_option, load_option}) {
+            option->type_size(1)->expected(1)->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
+        }
+    }
+    std::vector<RoleOption> in_order(const CLI::App& command) const {
+        std::vector<RoleOption> roles;
+        size_t fixes = 0;
+        size_t loads = 0;
+        for (const CLI::Option* option : command.parse_order()) {
+            if (option == fix_option) {
+                RoleOption role;
+                role.selector = fix[fixes++];
+                roles.push_back(role);
+            } else if (option == load_option) {
+                roles.push_back(load_role(load[loads++]));
+            }
+        }
+        return roles;
+    }
+};
+
+// The arguments of all commands, and which of them was chosen.
+class CommandLine {
+  public:
+    CommandLine();
+    int run(int argc, char** argv);
+
+  private:
+    void add_generate();
+    void add_info();
+    void add_convert();
+    void add_solve();
+    void add_draw();
+    void add_listing();
+    void add_demo();
+    int run_chosen();
+    void read_draw_texts();
+
+    CLI::App app_{"kigumi - 木造スペース床の設計\n"
+                  "コマンドなしで起動すると、今のフォルダでウィンドウを開きます。"};
+    CLI::App* generate_ = nullptr;
+    CLI::App* info_ = nullptr;
+    CLI::App* convert_ = nullptr;
+    CLI::App* solve_ = nullptr;
+    CLI::App* draw_ = nullptr;
+    CLI::App* listing_ = nullptr;
+    CLI::App* demo_ = nullptr;
+    GenerateOptions generate_options_;
+    DrawOptions draw_options_;
+    RoleArguments convert_roles_, solve_roles_;
+    std::string input_, output_, dir_, move_, band_, size_, label_list_;
+    int colour_ = 2;
+};
+
+CommandLine::CommandLine() {
+    app_.require_subcommand(1);
+    app_.set_help_flag("-h,--help", "この説明を表示します");
+    app_.set_version_flag("--version", "kigumi " KIGUMI_VERSION);
+    add_generate();
+    add_info();
+    add_convert();
+    add_solve();
+    add_draw();
+    add_listing();
+    add_demo();
+}
+
+void CommandLine::add_generate() {
+    generate_ = app_.add_subcommand("generate", "寸法から骨組を作り、軸データを保存します");
+    generate_->add_option("NAME=VALUE", generate_options_.settings,
+                          "パラメータ（NX=12 TukaHaba=90.9 SumiType=1 N_Sou=2 YaneMode=-1 など）");
+    generate_->add_option("-o,--output", generate_options_.output, "軸データ（.jik）")->required();
+    generate_->add_option("--move", move_, "座標移動 DX,DY,DZ（cm）");
+}
+
+void CommandLine::add_info() {
+    info_ = app_.add_subcommand("info", "骨組の数量を表示します");
+    info_->add_option("FILE", input_, "軸データ（.jik）または手書データ（.tgk）")->required();
+}
+
+void CommandLine::add_convert() {
+    convert_ = app_.add_subcommand("convert", "骨組を別の形式で保存します");
+    convert_->add_option("IN", input_, "軸データ（.jik）または手書データ（.tgk）")->required();
+    convert_->add_option("-o,--output", output_, "出力（.jik .bon .ydu .tgk .dxf .dat .w3d）")
+        ->required();
+    convert_->add_option("--colour", colour_, "DXF の線の色 1..6")->check(CLI::Range(1, 6));
+    convert_roles_.add_to(*convert_);
+}
+
+void CommandLine::add_solve() {
+    solve_ = app_.add_subcommand("solve", "構造解析を行います");
+    solve_->add_option("IN", input_, "軸データ（.jik）または手書データ（.tgk）")->required();
+    solve_->add_option("--dir", dir_, "解析を行うフォルダ");
+    solve_roles_.add_to(*solve_);
+}
+
+void CommandLine::add_draw() {
+    draw_ = app_.add_subcommand("draw", "図を描きます");
+    draw_->add_option("IN", draw_options_.input, "軸データ（.jik）または手書データ（.tgk）");
+    draw_->add_option("--dir", draw_options_.dir, "計算結果のフォルダ");
+    draw_->add_option("--mode", draw_options_.mode, "図の種類")
+        ->check(CLI::IsMember(
+            {"wire", "force", "band", "width", "axis", "perspective", "heni", "solid"}));
+    draw_->add_option("--band", band_, "軸力の範囲 LO,HI（％）");
+    draw_->add_option("--tau", draw_options_.tau, "視線の方位角 TAU（度）");
+    draw_->add_option("--fai", draw_options_.fai, "視線の仰角 FAI（度）");
+    draw_->add_option("--rho", draw_options_.rho, "視点の距離 Rho（cm）");
+    draw_->add_option("--theta", draw_options_.theta, "視点の方位 Theta（度）");
+    draw_->add_option("--phi", draw_options_.phi, "視点の天頂角 Phi（度）");
+    draw_->add_option("--scale", draw_options_.scale, "変位の倍率")
+        ->check(CLI::IsMember({1, 5, 10}));
+    draw_->add_option("--labels", label_list_, "文字 nodes,members,fix,load");
+    draw_->add_option("--size", size_, "図の大きさ WxH（ピクセル）");
+    draw_->add_option("-o,--output", draw_options_.output, "図（.png .svg .pdf）")->required();
+}
+
+void CommandLine::add_listing() {
+    listing_ = app_.add_subcommand("listing", "計算結果の一覧を保存します");
+    listing_->add_option("--dir", dir_, "計算結果のフォルダ")->required();
+    listing_->add_option("-o,--output", output_, "一覧のファイル")->required();
+}
+
+void CommandLine::add_demo() {
+    demo_ = app_.add_subcommand("demo", "見本の骨組を作り、解析し、図を描きます");
+    demo_->add_option("DIR", dir_, "フォルダ（なければ kigumi-demo）");
+}
+
+void CommandLine::read_draw_texts() {
+    DrawOptions& o = draw_options_;
+    require(band_.empty() || parse_list(band_, o.low, o.high), "--band", band_);
+    std::string size = size_;
+    const size_t cross = size.find('x');
+    if (cross != std::string::npos) {
+        size[cross] = ',';
+    }
+    require(size_.empty() || (parse_list(size, o.width, o.height) && o.width > 0 && o.height > 0 &&
+                              o.width <= 20000 && o.height <= 20000),
+            "--size", size_);
+    std::string labels = label_list_;
+    std::replace(labels.begin(), labels.end(), ',', ' ');
+    Scanner scan(labels);
+    for (std::string_view label; scan.next(label);) {
+        const bool known =
+            label == "nodes" || label == "members" || label == "fix" || label == "load";
+        require(known, "--labels", std::string(label));
+        o.labels.emplace_back(label);
+    }
+}
+
+int CommandLine::run_chosen() {
+    if (generate_->parsed()) {
+        GenerateOptions& o = generate_options_;
+        require(move_.empty() || parse_list(move_, o.dx, o.dy, o.dz), "--move", move_);
+        return run_generate(o);
+    }
+    if (info_->parsed()) {
+        return run_info(input_);
+    }
+    if (convert_->parsed()) {
+        return run_convert(input_, output_, convert_roles_.in_order(*convert_), colour_);
+    }
+    if (solve_->parsed()) {
+        const auto roles = solve_roles_.in_order(*solve_);
+        std::error_code code;
+        return run_solve(utf8_of(fs::absolute(path_of(input_), code)), dir_, roles);
+    }
+    if (draw_->parsed()) {
+        read_draw_texts();
+        return run_draw(draw_options_);
+    }
+    return listing_->parsed() ? run_listing(dir_, output_) : run_demo(dir_);
+}
+
+int CommandLine::run(int argc, char** argv) {
+    // Pictures are painted without any display.
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    std::vector<std::string> messages;
+    set_message_sink([&messages](std::string_view text) { messages.emplace_back(text); });
+    int status = 0;
+    try {
+        app_.parse(argc, argv);
+        if (draw_->parsed() || demo_->parsed()) {
+            QGuiApplication gui(argc, argv);
+            status = run_chosen();
+        } else {
+            status = run_chosen();
+        }
+    } catch (const CLI::CallForHelp& help) {
+        return app_.exit(help);
+    } catch (const CLI::CallForVersion& version) {
+        return app_.exit(version);
+    } catch (const CLI::ParseError& error) {
+        std::fprintf(stderr, "kigumi: 使い方が違います: %s（kigumi --help）\n", error.what());
+        return status_usage;
+    }
+    set_message_sink({});
+    if (status >= 0) {
+        for (const std::string& message : messages) {
+            write_console(message);
+        }
+        return 0;
+    }
+    std::string line;
+    for (const std::string& message : messages) {
+        line += (line.empty() ? "" : " ") + message;
+    }
+    if (!file_error().empty() && line.find(file_error()) == std::string::npos) {
+        line += (line.empty() ? "" : "（") + file_error() + (line.empty() ? "" : "）");
+    }
+    std::fprintf(stderr, "%s\n", line.empty() ? "失敗しました" : line.c_str());
+    return status_failed;
+}
+
+} // namespace
+
+int run_command_line(int argc, char** argv) {
+    CommandLine command_line;
+    return command_line.run(argc, argv);
+}
+
+} // namespace kigumi

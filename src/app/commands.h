@@ -1,0 +1,47 @@
+// The commands of the command line: each works without a display.
+#pragma once
+
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace kigumi {
+
+// A --fix or --load option, in the order of the command line.
+struct RoleOption {
+    bool load = false;    // false: support
+    std::string selector; // see select_nodes
+    float fx = 0.0f, fy = 0.0f, fz = 0.0f;
+};
+
+struct GenerateOptions {
+    std::vector<std::string> settings; // NAME=VALUE
+    std::string output;
+    float dx = 0.0f, dy = 0.0f, dz = 0.0f;
+};
+
+struct DrawOptions {
+    std::string dir;   // folder of the result files; empty for a frame alone
+    std::string input; // frame file; may be empty with dir
+    std::string mode = "wire";
+    float low = 0.0f, high = 100.0f; // band, percent
+    float tau = 30.0f, fai = 30.0f;  // degrees
+    double rho = 4000.0, theta = 20.0, phi = 70.0;
+    int scale = 1; // magnification of displacements
+    std::vector<std::string> labels;
+    int width = 1280, height = 800;
+    std::string output;
+};
+
+// Each returns 0, or -1 after a message.
+int run_generate(const GenerateOptions& options);
+int run_info(const std::string& input);
+int run_convert(const std::string& input, const std::string& output,
+                const std::vector<RoleOption>& roles, int colour);
+int run_solve(const std::string& input, const std::string& dir,
+              const std::vector<RoleOption>& roles);
+int run_draw(const DrawOptions& options);
+int run_listing(const std::string& dir, const std::string& output);
+int run_demo(const std::string& dir);
+
+} // namespace kigumi

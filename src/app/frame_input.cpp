@@ -1,0 +1,152 @@
+#include "app/frame_input.h"
+
+#include "base/files.h"
+#include "base/message.h"
+#include "files/jiku.h"
+#include "files/tegaki.h"
+#include "generate/param.h"
+#include "geometry/solid.h"
+#include "model/lookup.h"
+#include "model/select.h"
+
+#include <algorithm>
+
+namespace kigumi {
+
+namespace {
+
+int refuse(const std::string& message) {
+    show_message(message);
+    return -1;
+}
+
+// One setting, NAME=VALUE.
+int set_one(const std::string& setting, bool& yane_said) {
+    const size_t equals = setting.find('=');
+    if (equals == std::string::npos) {
+        return refuse(text_format("%s: 名前=値 の形で指定してください", setting.c_str()));
+    }
+    const std::string name = setting.substr(0, equals);
+    const std::string value = setting.substr(equals + 1);
+    switch (set_param(name, value)) {
+    case SetParam::unknown_name:
+        return refuse(text_format("%s: 知らないパラメータ名です", name.c_str()));
+    case SetParam::not_a_number:
+        return refuse(text_format("%s: 「%s」は数値として読めません", name.c_str(), value.c_str()));
+    case SetParam::done:
+        break;
+    }
+    yane_said = yane_said || name == "YaneMode";
+    return 0;
+}
+
+int check_choices() {
+    if (param.SumiType < 0 || param.SumiType > 2) {
+        return refuse("SumiType: 0、1、2 のどれかにしてください");
+    }
+    if (param.N_Sou < 1 || param.N_Sou > 3) {
+        return refuse("N_Sou: 1、2、3 のどれかにしてください");
+    }
+    if (param.YaneMode < -1 || param.YaneMode > 1) {
+        return refuse("YaneMode: -1、0、1 のどれかにしてください");
+    }
+    return 0;
+}
+
+bool has_ending(const std::string& name, std::string_view ending) {
+    std::string own = utf8_of(path_of(name).extension());
+    std::transform(own.begin(), own.end(), own.begin(), [](unsigned char c) {
+        return static_cast<char>(c >= 'A' && c <= 'Z' ? c - 'A' + 'a' : c);
+    });
+    return own == ending;
+}
+
+} // namespace
+
+int set_parameters(const std::vector<std::string>& settings) {
+    set_default_param();
+    param.N_Sou = 1;
+    bool yane_said = false;
+    for (const std::string& setting : settings) {
+        if (set_one(setting, yane_said) < 0) {
+            return -1;
+        }
+    }
+    if (!yane_said) {
+        param.YaneMode = param.SumiType == 0 ? 0 : -1;
+    }
+    if (check_choices() < 0) {
+        return -1;
+    }
+    const KihonChoice choice{param.SumiType, param.N_Sou - 1, yane_choice(param.YaneMode)};
+    apply_yane_choice(choice.yane);
+    return check_param(choice);
+}
+
+int read_frame(const std::string& input) {
+    std::string reasons;
+    MessageSink outer = set_message_sink([&reasons](std::string_view text) {
+        reasons += (reasons.empty() ? "" : " ") + std::string(text);
+    });
+    reset_model();
+    reset_solids();
+    clear_points();
+    const bool drawn = has_ending(input, ".tgk");
+    const int status = drawn ? load_tegaki_data(path_of(input)) : load_jiku_data(path_of(input));
+    const bool empty = status >= 0 && model.N_Beam == 0;
+    const bool rebuilt = status >= 0 && !empty && rebuild_tables() == 0;
+    set_message_sink(std::move(outer));
+    if (rebuilt) {
+        if (!reasons.empty()) {
+            show_message(reasons);
+        }
+        return 0;
+    }
+    if (reasons.empty()) {
+        reasons = empty ? input + ": 部材がありません" : file_error();
+    }
+    const char* what =
+        drawn ? "手書データ読みこみに失敗しました" : "軸データ読みこみに失敗しました";
+    return refuse(text_format("%s（%s）", what, reasons.c_str()));
+}
+
+int mark_roles(const std::vector<RoleOption>& roles) {
+    std::vector<const RoleOption*> role_of(model.N_Node, nullptr);
+    for (const RoleOption& role : roles) {
+        const std::vector<int> nodes = select_nodes(role.selector);
+        if (nodes.empty()) {
+            return refuse(text_format("%s: 該当する節点がありません", role.selector.c_str()));
+        }
+        for (const int at : nodes) {
+            role_of[at] = &role;
+        }
+    }
+    model.N_Fix = model.N_Load = 0;
+    for (int i = 0; i < model.N_Node; ++i) {
+        const RoleOption* role = role_of[i];
+        Node& node = model.node[i];
+        node.flag = role == nullptr ? role_plain : role->load ? role_loaded : role_fixed;
+        if (role == nullptr) {
+            continue;
+        }
+        const int status = role->load ? append_load(node.no, role->fx, role->fy, role->fz)
+                                      : append_fix(node.no, 1, 1, 1);
+        if (status < 0) {
+            return -1;
+        }
+    }
+    return 0;
+}
+
+int enter_dir(const std::string& dir) {
+    std::error_code code;
+    const fs::path folder = dir.empty() ? fs::current_path(code) : fs::absolute(path_of(dir), code);
+    fs::create_directories(folder, code);
+    if (!fs::is_directory(folder, code)) {
+        return refuse(text_format("%s: フォルダを使えません", dir.c_str()));
+    }
+    work_dir() = folder;
+    return 0;
+}
+
+} // namespace kigumi

@@ -1,0 +1,24 @@
+// Frames for the commands: read, with tables rebuilt and supports and loads marked.
+#pragma once
+
+#include "app/commands.h"
+
+namespace kigumi {
+
+// Sets the parameters from NAME=VALUE texts over their defaults and checks them as the basic data
+// dialog does. 0, or -1 after a message naming the setting.
+int set_parameters(const std::vector<std::string>& settings);
+
+// Reads a frame (.jik axis data, .tgk hand-drawn data) into the emptied model and rebuilds levels,
+// names, sections and materials. 0, or -1 after one message.
+int read_frame(const std::string& input);
+
+// Marks supports (held in x, y and z) and loads in the order of the options, the last role of a
+// node holding, and makes both tables in node order. 0, or -1 after a message.
+int mark_roles(const std::vector<RoleOption>& roles);
+
+// Takes an existing folder as the working directory, making it when it is not there. 0, or -1
+// after a message.
+int enter_dir(const std::string& dir);
+
+} // namespace kigumi

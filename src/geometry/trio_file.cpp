@@ -1,0 +1,151 @@
+// Builds over all members, and the triangle file TRIO.DAT.
+#include "base/files.h"
+#include "base/float.h"
+#include "base/format.h"
+#include "base/message.h"
+#include "geometry/solid_store.h"
+#include "trace/spy.h"
+
+#include <algorithm>
+#include <bit>
+#include <cstring>
+
+namespace kigumi {
+
+static_assert(std::endian::native == std::endian::little,
+              "TRIO.DAT is written as it lies in memory");
+
+namespace {
+
+constexpr const char* trio_name = "TRIO.DAT";
+
+// Tells one writing of a file from the next.
+struct FileStamp {
+    fs::path path;
+    std::uintmax_t size;
+    fs::file_time_type time;
+    bool operator==(const FileStamp&) const = default;
+};
+
+std::optional<FileStamp> stamp_of_file() {
+    const fs::path path = work_file(trio_name);
+    std::error_code no_size, no_time;
+    FileStamp stamp{path, fs::file_size(path, no_size), fs::last_write_time(path, no_time)};
+    if (no_size || no_time) {
+        return std::nullopt;
+    }
+    return stamp;
+}
+
+// The file as it was when the triangles in memory were saved.
+std::optional<FileStamp>& saved_stamp() {
+    static std::optional<FileStamp> stamp;
+    return stamp;
+}
+
+// Records read from a file that is not what the memory holds.
+struct LoadedFile {
+    std::vector<Trio> records;
+    std::optional<FileStamp> stamp;
+};
+
+LoadedFile& loaded_file() {
+    static LoadedFile loaded;
+    return loaded;
+}
+
+bool names_points(const Trio& trio) {
+    const int count = static_cast<int>(solids.points.size());
+    return std::all_of(std::begin(trio.bangou), std::end(trio.bangou),
+                       [count](int no) { return no >= 1 && no <= count; });
+}
+
+// Builds boxes of the first `count` members; -1 when the point table is full.
+int append_boxes(int count) {
+    reset_solids();
+    solids.trio.reserve(static_cast<size_t>(count) * 12);
+    for (int i = 0; i < count; ++i) {
+        if (solid_store::append_box(model.beam[i]) < 0) {
+            return -1;
+        }
+    }
+    return 0;
+}
+
+// The same, dropping the points of earlier builds when there is no room beside them. The points of
+// one build always fit.
+void build_boxes(int count) {
+    if (append_boxes(count) < 0) {
+        clear_points();
+        append_boxes(count);
+    }
+}
+
+} // namespace
+
+void make_men() {
+    spy("Enter make_men()");
+    if (model.N_Beam == 0) {
+        write_console("N_Beam == 0\n");
+        return;
+    }
+    int count = 0;
+    while (count < model.N_Beam && !same_float(model.beam[count].haba, 0.0f) &&
+           !same_float(model.beam[count].atumi, 0.0f)) {
+        ++count;
+    }
+    build_boxes(count);
+    if (count < model.N_Beam) {
+        write_console(text_format("width or depth = 0.0 at %5d\n", count));
+    }
+}
+
+int save_trio_file() {
+    spy("Enter save_trio_file()");
+    follow_model();
+    const std::string_view bytes(reinterpret_cast<const char*>(solids.trio.data()),
+                                 solids.trio.size() * sizeof(Trio));
+    solids.saved = save_file(work_file(trio_name), bytes, false) == 0;
+    if (!solids.saved) {
+        show_message("Error: Unable to open TRIO_FILE 01");
+        return -1;
+    }
+    saved_stamp() = stamp_of_file();
+    return 0;
+}
+
+int build_trio_file() {
+    spy("Enter build_trio_file()");
+    build_boxes(model.N_Beam);
+    return save_trio_file();
+}
+
+std::optional<std::span<const Trio>> read_trio_file() {
+    follow_model();
+    const size_t size = static_cast<size_t>(solids.n_trio) * sizeof(Trio);
+    const std::optional<FileStamp> stamp = stamp_of_file();
+    if (!stamp || stamp->size != size) {
+        return std::nullopt;
+    }
+    if (solids.saved && stamp == saved_stamp()) {
+        return solids.trio;
+    }
+    LoadedFile& loaded = loaded_file();
+    if (stamp != loaded.stamp) {
+        const auto bytes = read_file(stamp->path);
+        if (!bytes || bytes->size() != size) {
+            return std::nullopt;
+        }
+        loaded.stamp = stamp;
+        loaded.records.resize(static_cast<size_t>(solids.n_trio));
+        if (size > 0) {
+            std::memcpy(loaded.records.data(), bytes->data(), size);
+        }
+    }
+    if (!std::all_of(loaded.records.begin(), loaded.records.end(), names_points)) {
+        return std::nullopt;
+    }
+    return loaded.records;
+}
+
+} // namespace kigumi

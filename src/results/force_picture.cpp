@@ -1,0 +1,254 @@
+#include "results/force_picture.h"
+
+#include "analysis/result_reader.h"
+#include "base/format.h"
+#include "results/stroke_font.h"
+#include "trace/spy.h"
+
+#include <string>
+
+namespace kigumi {
+
+namespace {
+
+struct Pen {
+    int style, width, colour;
+};
+
+constexpr Pen thin_black{pen_solid, 1, colour_black};
+
+void set_pen(Canvas& canvas, Pen pen) {
+    canvas.set_pen(pen.style, pen.width, pen.colour);
+}
+
+void draw_between(Canvas& canvas, PlanePoint from, PlanePoint to) {
+    canvas.move(from.X, from.Y);
+    canvas.line(to.X, to.Y);
+}
+
+void draw_member(Canvas& canvas, const Projector& plane, const Stress& s) {
+    draw_between(canvas, plane(s.xi, s.yi, s.zi), plane(s.xj, s.yj, s.zj));
+}
+
+void draw_axes(Canvas& canvas, const Projector& plane) {
+    constexpr float length = 100.0f; // cm
+    const PlanePoint origin = plane(0.0f, 0.0f, 0.0f);
+    set_pen(canvas, {pen_solid, 1, colour_blue});
+    draw_between(canvas, origin, plane(length, 0.0f, 0.0f));
+    set_pen(canvas, {pen_solid, 1, colour_green});
+    draw_between(canvas, origin, plane(0.0f, length, 0.0f));
+    set_pen(canvas, {pen_solid, 1, colour_red});
+    draw_between(canvas, origin, plane(0.0f, 0.0f, length));
+}
+
+// A zero force counts as compression.
+int sign_colour(float force) {
+    return force > 0.0f ? colour_red : colour_blue;
+}
+
+Pen band_pen(const Stress& s, const ResultView& shown) {
+    if (s.percent > shown.upper || s.percent < shown.lower) {
+        return thin_black;
+    }
+    return {pen_solid, 1, sign_colour(s.force)};
+}
+
+Pen width_pen(const Stress& s) {
+    const int width = static_cast<int>(0.1 * s.percent);
+    return width < 1 ? thin_black : Pen{pen_solid, width, sign_colour(s.force)};
+}
+
+Pen force_pen(const Stress& s, const ResultView& shown) {
+    switch (shown.mode) {
+    case mode_band:
+        return band_pen(s, shown);
+    case mode_width:
+        return width_pen(s);
+    default:
+        return {pen_solid, 1, sign_colour(s.force)};
+    }
+}
+
+// Draws labels at plane points of one fitted window.
+struct Labeller {
+    Canvas& canvas;
+    const Projector plane;
+    const float window_height; // plane units
+
+    float name_height() const { return window_height / 75.0f; }
+    float other_height() const { return window_height * 0.01f; }
+
+    // `clear` times the height is left free to the right of the point.
+    int put(const std::string& text, int length, PlanePoint at, float height, float clear) const {
+        return draw_text(canvas, text, length, at.X + clear * height, at.Y, 0.0f, height);
+    }
+};
+
+constexpr float beside_node = 2.0f;
+constexpr float at_point = 0.0f;
+
+int label_names(const Labeller& labeller) {
+    for (int i = 0; i < result.N_Setuten; ++i) {
+        const Setuten& node = result.setuten[i];
+        if (labeller.put(node.pname, matched_name_length, labeller.plane(node.x, node.y, node.z),
+                         labeller.name_height(), beside_node) < 0) {
+            return -1;
+        }
+    }
+    return 0;
+}
+
+int label_members(const Labeller& labeller) {
+    for (int i = 0; i < result.N_Stress; ++i) {
+        const Stress& s = result.stress[i];
+        const PlanePoint middle =
+            labeller.plane((s.xi + s.xj) * 0.5f, (s.yi + s.yj) * 0.5f, (s.zi + s.zj) * 0.5f);
+        const std::string text = text_format("%5d", s.no);
+        if (labeller.put(text, static_cast<int>(text.size()), middle, labeller.other_height(),
+                         at_point) < 0) {
+            return -1;
+        }
+    }
+    return 0;
+}
+
+// Puts a label at the model's node number `no`; nothing for a node that is nowhere.
+int label_node(const Labeller& labeller, int no, const std::string& text, float clear) {
+    PlanePoint at{};
+    if (const Setuten* node = find_setuten(no)) {
+        at = labeller.plane(node->x, node->y, node->z);
+    } else if (no >= 1 && no <= model.N_Node) {
+        const Node& own = model.node[position_of(no)];
+        at = labeller.plane(own.x, own.y, own.z);
+    } else {
+        return 0;
+    }
+    return labeller.put(text, static_cast<int>(text.size()), at, labeller.other_height(), clear);
+}
+
+int label_fixes(const Labeller& labeller) {
+    for (int i = 0; i < model.N_Fix; ++i) {
+        const Fix& f = model.fix[i];
+        const std::string text = text_format("Fix %1d%1d%1d111", f.ix, f.iy, f.iz);
+        if (label_node(labeller, f.no, text, beside_node) < 0) {
+            return -1;
+        }
+    }
+    return 0;
+}
+
+int label_loads(const Labeller& labeller) {
+    for (int i = 0; i < model.N_Load; ++i) {
+        const Load& p = model.load[i];
+        const std::string text = text_format("Load x %8.1f y %5.1f z %8.1f", p.fx, p.fy, p.fz);
+        if (label_node(labeller, p.no, text, at_point) < 0) {
+            return -1;
+        }
+    }
+    return 0;
+}
+
+bool has_room(const Viewport& crt) {
+    return crt.right > crt.left && crt.bottom > crt.top;
+}
+
+bool is_fitted(const DrawArea& area) {
+    return result.N_Stress > 0 && has_room(area.crt) && can_map(area);
+}
+
+} // namespace
+
+bool fit_result(Canvas& canvas, ResultView& shown) {
+    const Projector plane(shown.TAU, shown.FAI);
+    PlaneBounds bounds = aspect_fit_start;
+    for (int i = 0; i < result.N_Stress; ++i) {
+        const Stress& s = result.stress[i];
+        bounds.widen(plane(s.xi, s.yi, s.zi));
+        bounds.widen(plane(s.xj, s.yj, s.zj));
+    }
+    aspect_fit(shown.area, bounds);
+    canvas.set_area(shown.area);
+    return is_fitted(shown.area);
+}
+
+void make_wire(Canvas& canvas, ResultView& shown) {
+    spy("Enter make_wire()");
+    if (!fit_result(canvas, shown)) {
+        return;
+    }
+    const Projector plane(shown.TAU, shown.FAI);
+    set_pen(canvas, thin_black);
+    for (int i = 0; i < result.N_Stress; ++i) {
+        draw_member(canvas, plane, result.stress[i]);
+    }
+    draw_axes(canvas, plane);
+    set_pen(canvas, thin_black);
+}
+
+void make_force_wire(Canvas& canvas, ResultView& shown) {
+    spy("Enter make_force_wire()");
+    if (!fit_result(canvas, shown)) {
+        return;
+    }
+    const Projector plane(shown.TAU, shown.FAI);
+    for (int i = 0; i < result.N_Stress; ++i) {
+        set_pen(canvas, force_pen(result.stress[i], shown));
+        draw_member(canvas, plane, result.stress[i]);
+    }
+    set_pen(canvas, thin_black);
+}
+
+void make_heni(Canvas& canvas, ResultView& shown) {
+    spy("Enter make_heni()");
+    if (!fit_result(canvas, shown)) {
+        return;
+    }
+    const Projector plane(shown.TAU, shown.FAI);
+    set_pen(canvas, thin_black);
+    for (int i = 0; i < result.N_Stress; ++i) {
+        draw_member(canvas, plane, result.stress[i]);
+    }
+    set_pen(canvas, {pen_solid, 1, colour_red});
+    for (int i = 0; i < result.N_Stress; ++i) {
+        const HeniBeam& b = result.heni_beam[i];
+        draw_between(canvas, plane(b.xs, b.ys, b.zs), plane(b.xl, b.yl, b.zl));
+    }
+    set_pen(canvas, thin_black);
+}
+
+int draw_result_labels(Canvas& canvas, const ResultView& shown) {
+    if (!is_fitted(shown.area)) {
+        return 0;
+    }
+    const World& world = shown.area.world;
+    const Labeller labeller{canvas, Projector(shown.TAU, shown.FAI), world.ymax - world.ymin};
+    constexpr int (*put_labels[])(const Labeller&) = {label_names, label_members, label_fixes,
+                                                      label_loads};
+    for (int kind = 0; kind < result_label_count; ++kind) {
+        if (shown.label[kind] != 0 && put_labels[kind](labeller) < 0) {
+            return -1;
+        }
+    }
+    return 0;
+}
+
+int draw_result_picture(Canvas& canvas, ResultView& shown) {
+    switch (shown.mode) {
+    case mode_wire:
+        make_wire(canvas, shown);
+        break;
+    case mode_sign:
+    case mode_band:
+    case mode_width:
+        make_force_wire(canvas, shown);
+        break;
+    case mode_displaced:
+        make_heni(canvas, shown);
+        break;
+    default:
+        return 0;
+    }
+    return draw_result_labels(canvas, shown);
+}
+
+} // namespace kigumi

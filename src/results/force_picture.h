@@ -1,0 +1,61 @@
+// The pictures of the results window: wires, axial forces, and the labels on top of them.
+#pragma once
+
+#include "analysis/result.h"
+#include "geometry/canvas.h"
+
+namespace kigumi {
+
+// What a repaint of the results window draws.
+enum ResultMode {
+    mode_wire = 2,   // members in black, and the axes
+    mode_sign = 3,   // red or blue by the sign of the axial force
+    mode_band = 4,   // as mode_sign within the bounds, else black
+    mode_width = 5,  // 太さ色分: as mode_sign, width by percent
+    mode_solids = 6, // hidden-line picture, drawn elsewhere
+    mode_displaced = 9,
+};
+
+enum ResultLabel {
+    label_node_names = 0,
+    label_member_numbers = 1,
+    label_fixed_nodes = 2,
+    label_loaded_nodes = 3,
+    result_label_count = 4,
+};
+
+// The state of one results window.
+struct ResultView {
+    int mode = mode_sign; // ResultMode
+    float upper = 100.0f; // bounds of mode_band, percent, inclusive
+    float lower = 0.0f;
+    int label[result_label_count] = {}; // 1 shows the labels of a ResultLabel
+    float TAU = 30.0f;                  // azimuth, degrees
+    float FAI = 30.0f;                  // elevation, degrees
+    DrawArea area; // xScreen and yScreen, pixels, are set by the window, the rest by each fit
+};
+
+// Fits the window around all result members (aspect fit) and hands the fit to the canvas. False
+// when the members or the client size cannot be mapped; nothing is drawn then.
+bool fit_result(Canvas& canvas, ResultView& shown);
+
+// Fits, then draws mode 2: every result member in black and the axes, 100 cm each, from the origin.
+void make_wire(Canvas& canvas, ResultView& shown);
+
+// Fits, then draws mode 3, 4 or 5: every result member with a pen by its force and percent.
+void make_force_wire(Canvas& canvas, ResultView& shown);
+
+// Fits, then draws mode 9: the members in black and, over them, the displaced members of
+// get_new_beam in red.
+void make_heni(Canvas& canvas, ResultView& shown);
+
+// Draws the labels whose flags are set into the window fitted before: node names, member numbers,
+// supports and loads (`fix` and `load` of the model; their nodes are looked for among the result
+// nodes, then in the model). 0, or -1 after a message when there is no stroke font.
+int draw_result_labels(Canvas& canvas, const ResultView& shown);
+
+// One repaint: the picture of the mode and its labels. Nothing for mode_solids and unknown modes.
+// 0, or -1 as draw_result_labels.
+int draw_result_picture(Canvas& canvas, ResultView& shown);
+
+} // namespace kigumi

@@ -1,0 +1,92 @@
+#include "solver/element.h"
+
+#include <cmath>
+#include <numbers>
+
+namespace frameslv {
+
+namespace {
+
+// A member whose horizontal run is below this part of its length counts as vertical: coordinates of
+// single precision carry seven digits.
+constexpr double vertical_run = 1e-6;
+
+} // namespace
+
+Eigen::Matrix3d local_axes(const Point& at_i, const Point& at_j, double angle) {
+    const Eigen::Vector3d run(at_j.x - at_i.x, at_j.y - at_i.y, at_j.z - at_i.z);
+    const Eigen::Vector3d x = run.stableNormalized();
+    const bool vertical = std::hypot(x.x(), x.y()) <= vertical_run;
+    const Eigen::Vector3d level = vertical ? Eigen::Vector3d::UnitY().eval()
+                                           : Eigen::Vector3d(-x.y(), x.x(), 0.0).normalized();
+    const Eigen::Vector3d up = x.cross(level);
+    const double turn = std::fmod(angle, 360.0) * (std::numbers::pi / 180.0);
+    Eigen::Matrix3d axes;
+    axes.row(0) = x;
+    axes.row(1) = std::cos(turn) * level + std::sin(turn) * up;
+    axes.row(2) = std::cos(turn) * up - std::sin(turn) * level;
+    return axes;
+}
+
+Element make_element(const Model& model, int no) {
+    const Member& member = model.member[index_of(no)];
+    const Point& at_i = model.node[index_of(member.noi)].at;
+    const Point& at_j = model.node[index_of(member.noj)].at;
+    const Section& section = model.section[index_of(member.size)];
+    const Material& material = model.material[index_of(member.mat)];
+    Element element;
+    element.axes = local_axes(at_i, at_j, member.angle);
+    element.length = distance(at_i, at_j);
+    element.axial = material.E * section.A / element.length;
+    element.torsion = material.G() * section.J / element.length;
+    element.bending_y = material.E * section.Iy / element.length;
+    element.bending_z = material.E * section.Iz / element.length;
+    return element;
+}
+
+StiffnessBlocks stiffness_blocks(const Element& element) {
+    const double L = element.length;
+    const double ky = element.bending_y;
+    const double kz = element.bending_z;
+    const Eigen::Matrix3d& T = element.axes;
+    const auto turned = [&T](double a, double b, double c) -> Eigen::Matrix3d {
+        return T.transpose() * Eigen::Vector3d(a, b, c).asDiagonal() * T;
+    };
+    // Force by displacement, moment by rotation of the same and of the other end.
+    const Eigen::Matrix3d force = turned(element.axial, 12.0 * kz / (L * L), 12.0 * ky / (L * L));
+    const Eigen::Matrix3d near = turned(element.torsion, 4.0 * ky, 4.0 * kz);
+    const Eigen::Matrix3d far = turned(-element.torsion, 2.0 * ky, 2.0 * kz);
+    // Force by rotation: v with the rotation about z, w with minus the rotation about y.
+    const Eigen::Matrix3d cross = T.row(1).transpose() * (6.0 * kz / L) * T.row(2) -
+                                  T.row(2).transpose() * (6.0 * ky / L) * T.row(1);
+    StiffnessBlocks blocks;
+    blocks.ii << force, cross, cross.transpose(), near;
+    blocks.ij << -force, cross, -cross.transpose(), far;
+    blocks.jj << force, -cross, -cross.transpose(), near;
+    return blocks;
+}
+
+EndForces end_forces(const Element& element, const Vector6& moved_i, const Vector6& moved_j) {
+    const double L = element.length;
+    const Eigen::Matrix3d& T = element.axes;
+    const Eigen::Vector3d shift = T * (moved_j.head<3>() - moved_i.head<3>());
+    const Eigen::Vector3d twist = T * (moved_j.tail<3>() - moved_i.tail<3>());
+    const Eigen::Vector3d turn_i = T * moved_i.tail<3>();
+    // Rotation of end I against the chord; end J has turned by `twist` more.
+    const double about_y = turn_i.y() + shift.z() / L;
+    const double about_z = turn_i.z() - shift.y() / L;
+    const double my_i = element.bending_y * (6.0 * about_y + 2.0 * twist.y());
+    const double my_j = element.bending_y * (6.0 * about_y + 4.0 * twist.y());
+    const double mz_i = element.bending_z * (6.0 * about_z + 2.0 * twist.z());
+    const double mz_j = element.bending_z * (6.0 * about_z + 4.0 * twist.z());
+    const double normal = element.axial * shift.x();
+    const double torque = element.torsion * twist.x();
+    const double shear_y = (mz_i + mz_j) / L;
+    const double shear_z = -(my_i + my_j) / L;
+    EndForces forces;
+    forces.i << -normal, shear_y, shear_z, -torque, my_i, mz_i;
+    forces.j << normal, -shear_y, -shear_z, torque, my_j, mz_j;
+    return forces;
+}
+
+} // namespace frameslv

@@ -1,0 +1,55 @@
+// The straight Euler-Bernoulli member with twelve unknowns.
+//
+// Local axes: x from I to J, y horizontal, z = x times y upward; for a vertical member y is global
+// Y. The section angle turns y and z about x by the right-hand rule. Iy resists bending about y (in
+// the vertical plane), Iz bending about z. Unknowns of an end: u v w along x y z, then the
+// rotations about x y z. Stiffness: J. S. Przemieniecki, Theory of Matrix Structural Analysis
+// (1968), section 5.6, without shear deformation.
+#pragma once
+
+#include "solver/model.h"
+
+#include <Eigen/Dense>
+
+namespace frameslv {
+
+using Matrix6 = Eigen::Matrix<double, 6, 6>;
+using Matrix12 = Eigen::Matrix<double, 12, 12>;
+using Vector6 = Eigen::Matrix<double, 6, 1>;
+
+// A member ready for computing.
+struct Element {
+    Eigen::Matrix3d axes; // rows: local x, y, z in global components
+    double length = 0.0;
+    double axial = 0.0;     // E A / L
+    double torsion = 0.0;   // G J / L
+    double bending_y = 0.0; // E Iy / L, about local y
+    double bending_z = 0.0; // E Iz / L, about local z
+};
+
+// The forces and moments that the nodes exert on the member's ends, in local axes.
+struct EndForces {
+    Vector6 i;
+    Vector6 j;
+};
+
+// The stiffness in global axes as the 6 x 6 blocks of its ends; ji is the transpose of ij.
+struct StiffnessBlocks {
+    Matrix6 ii;
+    Matrix6 ij;
+    Matrix6 jj;
+};
+
+// `at_i` and `at_j` must differ; `angle` is in degrees.
+Eigen::Matrix3d local_axes(const Point& at_i, const Point& at_j, double angle);
+
+// The member of number `no`; its references must have been checked.
+Element make_element(const Model& model, int no);
+
+StiffnessBlocks stiffness_blocks(const Element& element);
+
+// End forces for end displacements in global axes. Evaluated from the difference of the ends, so
+// that the large common motion of a frame does not cancel, and in equilibrium by construction.
+EndForces end_forces(const Element& element, const Vector6& moved_i, const Vector6& moved_j);
+
+} // namespace frameslv

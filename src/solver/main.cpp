@@ -1,0 +1,7 @@
+#include "solver/run.h"
+
+#include <iostream>
+
+int main() {
+    return frameslv::run(".", std::cout, std::cerr);
+}

@@ -1,0 +1,51 @@
+// The three result files.
+#pragma once
+
+#include "solver/fault.h"
+#include "solver/solve.h"
+
+#include <filesystem>
+#include <string>
+
+namespace frameslv {
+
+// The texts of frameslv.zlv (level tables), frameslv.lst (nodes and member forces) and frameslv.dsp
+// (displacements): ASCII as far as the names are, CR LF, nine significant digits. docs/solver.md
+// gives the fields and the sign convention.
+struct ResultTexts {
+    std::string zlv;
+    std::string lst;
+    std::string dsp;
+};
+
+// The names under which nodes go out. Readers split at blanks and compare the first nine bytes
+// only, so a name that is empty, or agrees with an earlier one in nine bytes, is replaced by
+// "N%08d" of the node's number (or the next such name that is free).
+std::vector<std::string> result_names(const Model& model);
+
+// Section forces of one member: on a section with the outward normal I -> J, what the part beyond
+// exerts; x across the width (local y), y along the depth (local z), z along the member (local x).
+// 1 at I, 2 at J.
+struct SectionForces {
+    double p1, p2;   // axial, tension positive
+    double xv1, xv2; // shear across the width
+    double yv1, yv2; // shear along the depth
+    double xm1, xm2; // moment about the width axis
+    double ym1, ym2; // moment about the depth axis
+    double zm;       // torsion
+};
+SectionForces section_forces(const EndForces& forces);
+
+ResultTexts result_texts(const Model& model, const Solution& solution);
+
+// Removes the result files and the error file of an earlier run.
+Fault remove_old_results(const std::filesystem::path& folder);
+
+// Writes the three files under temporary names and renames them together; after a failure none of
+// them is left.
+Fault write_results(const std::filesystem::path& folder, const ResultTexts& texts);
+
+// Writes frameslv.err; a failure is passed over, as the text goes to standard error too.
+void write_error_file(const std::filesystem::path& folder, const std::string& text);
+
+} // namespace frameslv

@@ -1,0 +1,104 @@
+#include "solver/run.h"
+
+#include "solver/check.h"
+#include "solver/input.h"
+#include "solver/output.h"
+#include "solver/solve.h"
+
+#include <fstream>
+#include <new>
+#include <ostream>
+#include <stdexcept>
+#include <system_error>
+
+namespace frameslv {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr const char* input_file = "FRAMESLV.IN";
+
+Fault read_text(const fs::path& folder, std::string& text) {
+    const fs::path path = folder / input_file;
+    std::error_code error;
+    if (fs::is_directory(path, error))
+        return {Exit::no_input, text_of("%s はフォルダです", input_file)};
+    const std::uintmax_t size = fs::file_size(path, error);
+    std::ifstream file(path, std::ios::binary);
+    if (error || !file)
+        return {Exit::no_input, text_of("%s を開けません", input_file)};
+    text.resize(static_cast<size_t>(size));
+    file.read(text.data(), static_cast<std::streamsize>(text.size()));
+    if (file.gcount() != static_cast<std::streamsize>(text.size()))
+        return {Exit::no_input, text_of("%s を読めません", input_file)};
+    if (text.empty())
+        return {Exit::no_input, text_of("%s が空です", input_file)};
+    return {};
+}
+
+void print_resultant(std::ostream& out, const char* title, const Resultant& sum) {
+    out << text_of("%s: %14.6g %14.6g %14.6g  モーメント: %14.6g %14.6g %14.6g\n", title, sum(0),
+                   sum(1), sum(2), sum(3), sum(4), sum(5));
+}
+
+void print_summary(std::ostream& out, const Model& model, const Solution& solution) {
+    out << text_of("節点 %zu  部材 %zu  支点 %d  荷重 %d  未知数 %d\n", model.node.size(),
+                   model.member.size(), model.N_Fix, model.N_Load, solution.unknowns);
+    if (solution.repeated_members > 0)
+        out << text_of("注意: 同じ 2 節点を結ぶ部材が %zu 本重なっています\n",
+                       solution.repeated_members);
+    if (model.N_Load == 0)
+        out << "注意: 荷重がありません\n";
+    for (const std::string& warning : solution.warnings)
+        out << "警告 (WARNING): " << warning << "\n";
+    print_resultant(out, "荷重の合計", solution.loads);
+    print_resultant(out, "反力の合計", solution.reactions);
+    out << text_of("釣合いの残差 %.1e  荷重と反力の差 %.1e (荷重に対する比)\n", solution.residual,
+                   solution.imbalance);
+}
+
+Fault run_steps(const fs::path& folder, std::ostream& out) {
+    std::string text;
+    Model model;
+    Solution solution;
+    if (Fault fault = remove_old_results(folder))
+        return fault;
+    if (Fault fault = read_text(folder, text))
+        return fault;
+    if (Fault fault = read_input(text, model))
+        return fault;
+    snap_to_levels(model);
+    if (Fault fault = check_model(model))
+        return fault;
+    if (Fault fault = check_held(model))
+        return fault;
+    if (Fault fault = solve(model, solution))
+        return fault;
+    print_summary(out, model, solution);
+    return write_results(folder, result_texts(model, solution));
+}
+
+// The last stand against what a file of any size may do to the memory.
+Fault guarded_steps(const fs::path& folder, std::ostream& out) {
+    try {
+        return run_steps(folder, out);
+    } catch (const std::bad_alloc&) {
+        return {Exit::no_memory, "メモリが足りません"};
+    } catch (const std::length_error&) {
+        return {Exit::no_memory, "メモリが足りません"};
+    }
+}
+
+} // namespace
+
+int run(const fs::path& folder, std::ostream& out, std::ostream& err) {
+    const Fault fault = guarded_steps(folder, out);
+    if (fault) {
+        err << fault.text << "\n";
+        write_error_file(folder, fault.text);
+    }
+    return static_cast<int>(fault.code);
+}
+
+} // namespace frameslv

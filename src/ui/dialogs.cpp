@@ -1,0 +1,142 @@
+#include "ui/dialogs.h"
+
+#include "base/message.h"
+#include "base/scan.h"
+
+#include <QApplication>
+#include <QFileDialog>
+#include <QLineEdit>
+#include <QMessageBox>
+#include <QPushButton>
+
+namespace kigumi {
+
+namespace {
+
+// "軸データ(*.JIK)|*.jik" as the toolkit wants it: the text before the bar, with patterns for both
+// cases of the ending.
+QString toolkit_filter(const QString& filter) {
+    const QString name = filter.section('|', 0, 0).section('(', 0, 0).trimmed();
+    const QString pattern = filter.section('|', 1, 1).trimmed();
+    const QString upper = pattern.toUpper();
+    const QString patterns = pattern == upper ? pattern : pattern + ' ' + upper;
+    return name + " (" + patterns + ")";
+}
+
+void prepare(QFileDialog& dialog, const QString& caption, const QString& filter) {
+    dialog.setWindowTitle(caption);
+    dialog.setNameFilter(toolkit_filter(filter));
+    dialog.setDirectory(qt_path(work_dir()));
+    dialog.setOption(QFileDialog::DontUseNativeDialog, qEnvironmentVariable("KIGUMI_TEST") == "1");
+}
+
+fs::path run(QFileDialog& dialog) {
+    if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty()) {
+        return {};
+    }
+    return path_of_qt(dialog.selectedFiles().constFirst());
+}
+
+template <class Number> bool read_any(QLineEdit* box, const QString& label, Number& value) {
+    const QString text = box->text().normalized(QString::NormalizationForm_KC).trimmed();
+    const std::string bytes = text.toStdString();
+    if (parse_number(bytes, value)) {
+        return true;
+    }
+    show_message(QString("%1: 「%2」は数値ではありません").arg(label, box->text()).toStdString());
+    box->setFocus();
+    box->selectAll();
+    return false;
+}
+
+} // namespace
+
+void show_messages_in_boxes() {
+    set_message_sink([](std::string_view text) {
+        QMessageBox box(QApplication::activeWindow());
+        box.setWindowTitle("kigumi");
+        box.setText(qt_text(text));
+        box.setTextFormat(Qt::PlainText);
+        box.setStandardButtons(QMessageBox::Ok);
+        const bool busy = QApplication::overrideCursor() != nullptr;
+        if (busy) {
+            QApplication::setOverrideCursor(Qt::ArrowCursor);
+        }
+        box.exec();
+        if (busy) {
+            QApplication::restoreOverrideCursor();
+        }
+    });
+}
+
+fs::path ask_open_file(QWidget* parent, const QString& caption, const QString& filter) {
+    QFileDialog dialog(parent);
+    prepare(dialog, caption, filter);
+    dialog.setAcceptMode(QFileDialog::AcceptOpen);
+    dialog.setFileMode(QFileDialog::ExistingFile);
+    return run(dialog);
+}
+
+fs::path ask_save_file(QWidget* parent, const QString& caption, const QString& filter,
+                       const QString& extension) {
+    QFileDialog dialog(parent);
+    prepare(dialog, caption, filter);
+    dialog.setAcceptMode(QFileDialog::AcceptSave);
+    dialog.setFileMode(QFileDialog::AnyFile);
+    dialog.setDefaultSuffix(extension);
+    return run(dialog);
+}
+
+UnsavedAnswer ask_unsaved(QWidget* parent, const QString& text, const QString& save,
+                          const QString& discard, const QString& cancel) {
+    QMessageBox box(parent);
+    box.setWindowTitle("kigumi");
+    box.setIcon(QMessageBox::Question);
+    box.setText(text);
+    QPushButton* save_button = nullptr;
+    if (!save.isEmpty()) {
+        save_button = box.addButton(save, QMessageBox::AcceptRole);
+    }
+    QPushButton* discard_button = box.addButton(discard, QMessageBox::DestructiveRole);
+    if (!cancel.isEmpty()) {
+        QPushButton* cancel_button = box.addButton(cancel, QMessageBox::RejectRole);
+        box.setEscapeButton(cancel_button);
+        box.setDefaultButton(save_button != nullptr ? save_button : cancel_button);
+    }
+    box.exec();
+    if (box.clickedButton() == discard_button) {
+        return UnsavedAnswer::discard;
+    }
+    return save_button != nullptr && box.clickedButton() == save_button ? UnsavedAnswer::save
+                                                                        : UnsavedAnswer::cancel;
+}
+
+bool read_box(QLineEdit* box, const QString& label, float& value) {
+    return read_any(box, label, value);
+}
+
+bool read_box(QLineEdit* box, const QString& label, int& value) {
+    return read_any(box, label, value);
+}
+
+BusyCursor::BusyCursor() {
+    QApplication::setOverrideCursor(Qt::WaitCursor);
+}
+
+BusyCursor::~BusyCursor() {
+    QApplication::restoreOverrideCursor();
+}
+
+QString qt_text(std::string_view utf8) {
+    return QString::fromUtf8(utf8.data(), static_cast<qsizetype>(utf8.size()));
+}
+
+QString qt_path(const fs::path& path) {
+    return qt_text(utf8_of(path));
+}
+
+fs::path path_of_qt(const QString& path) {
+    return path_of(path.toStdString());
+}
+
+} // namespace kigumi

@@ -1,0 +1,21 @@
+// A picture as a file: PNG, SVG or PDF.
+#pragma once
+
+#include "base/files.h"
+#include "geometry/canvas.h"
+
+#include <functional>
+
+namespace kigumi {
+
+// Draws on the canvas it is given.
+using PictureFunction = std::function<void(Canvas&)>;
+
+// Largest width or height of a picture file, pixels.
+constexpr int largest_picture = 20000;
+
+// Paints a picture of width × height pixels on white and writes it to `path`, whose ending (.png,
+// .svg, .pdf) says the format. 0, or -1 after a message; an old file stays whole then.
+int save_picture(const fs::path& path, int width, int height, const PictureFunction& draw);
+
+} // namespace kigumi
