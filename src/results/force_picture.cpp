@@ -158,7 +158,7 @@ bool is_fitted(const DrawArea& area) {
 
 } // namespace
 
-bool fit_result(Canvas& canvas, ResultView& shown) {
+bool fit_result(ResultView& shown) {
     const Projector plane(shown.TAU, shown.FAI);
     PlaneBounds bounds = aspect_fit_start;
     for (int i = 0; i < result.N_Stress; ++i) {
@@ -167,15 +167,15 @@ bool fit_result(Canvas& canvas, ResultView& shown) {
         bounds.widen(plane(s.xj, s.yj, s.zj));
     }
     aspect_fit(shown.area, bounds);
-    canvas.set_area(shown.area);
     return is_fitted(shown.area);
 }
 
 void make_wire(Canvas& canvas, ResultView& shown) {
     spy("Enter make_wire()");
-    if (!fit_result(canvas, shown)) {
+    if (!fit_result(shown)) {
         return;
     }
+    canvas.set_area(shown.area);
     const Projector plane(shown.TAU, shown.FAI);
     set_pen(canvas, thin_black);
     for (int i = 0; i < result.N_Stress; ++i) {
@@ -187,9 +187,10 @@ void make_wire(Canvas& canvas, ResultView& shown) {
 
 void make_force_wire(Canvas& canvas, ResultView& shown) {
     spy("Enter make_force_wire()");
-    if (!fit_result(canvas, shown)) {
+    if (!fit_result(shown)) {
         return;
     }
+    canvas.set_area(shown.area);
     const Projector plane(shown.TAU, shown.FAI);
     for (int i = 0; i < result.N_Stress; ++i) {
         set_pen(canvas, force_pen(result.stress[i], shown));
@@ -200,9 +201,10 @@ void make_force_wire(Canvas& canvas, ResultView& shown) {
 
 void make_heni(Canvas& canvas, ResultView& shown) {
     spy("Enter make_heni()");
-    if (!fit_result(canvas, shown)) {
+    if (!fit_result(shown)) {
         return;
     }
+    canvas.set_area(shown.area);
     const Projector plane(shown.TAU, shown.FAI);
     set_pen(canvas, thin_black);
     for (int i = 0; i < result.N_Stress; ++i) {
