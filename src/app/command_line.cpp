@@ -9,7 +9,7 @@
 
 #include <QGuiApplication>
 
-#include <cstdio>
+#include <memory>
 
 namespace kigumi {
 
@@ -216,9 +216,7 @@ int CommandLine::run_chosen() {
         return run_convert(input_, output_, convert_roles_.in_order(*convert_), colour_);
     }
     if (solve_->parsed()) {
-        const auto roles = solve_roles_.in_order(*solve_);
-        std::error_code code;
-        return run_solve(utf8_of(fs::absolute(path_of(input_), code)), dir_, roles);
+        return run_solve(input_, dir_, solve_roles_.in_order(*solve_));
     }
     if (draw_->parsed()) {
         read_draw_texts();
@@ -227,44 +225,67 @@ int CommandLine::run_chosen() {
     return listing_->parsed() ? run_listing(dir_, output_) : run_demo(dir_);
 }
 
+// What is wrong with the arguments, in the words of this program.
+std::string usage_fault(const CLI::ParseError& error) {
+    const std::string what = error.what();
+    const std::string kind = error.get_name();
+    if (kind == "RequiredError") {
+        const std::string name = what.substr(0, what.find(' '));
+        return name == "A" ? "コマンドがありません" : name + " が必要です";
+    }
+    if (kind == "ExtrasError") {
+        return "余分な引数です: " + what.substr(what.find(": ") + 2);
+    }
+    if (kind == "ArgumentMismatch") {
+        return what.substr(0, what.find(':')) + " に値が必要です";
+    }
+    return "値が正しくありません: " + what;
+}
+
+// Prints the messages of a failed command as one line.
+void print_failure(const std::vector<std::string>& messages) {
+    std::string line;
+    for (const std::string& message : messages) {
+        if (message == already_told) {
+            return;
+        }
+        line += (line.empty() ? "" : " ") + message;
+    }
+    if (!file_error().empty() && line.find(file_error()) == std::string::npos) {
+        line += line.empty() ? file_error() : "（" + file_error() + "）";
+    }
+    write_console(line.empty() ? "失敗しました" : line);
+}
+
 int CommandLine::run(int argc, char** argv) {
-    // Pictures are painted without any display.
+    // Pictures are painted without any display; the toolkit's own remarks would only disturb.
     qputenv("QT_QPA_PLATFORM", "offscreen");
+    qInstallMessageHandler([](QtMsgType, const QMessageLogContext&, const QString&) {});
     std::vector<std::string> messages;
     set_message_sink([&messages](std::string_view text) { messages.emplace_back(text); });
     int status = 0;
     try {
         app_.parse(argc, argv);
+        std::unique_ptr<QGuiApplication> gui;
         if (draw_->parsed() || demo_->parsed()) {
-            QGuiApplication gui(argc, argv);
-            status = run_chosen();
-        } else {
-            status = run_chosen();
+            gui = std::make_unique<QGuiApplication>(argc, argv);
         }
-    } catch (const CLI::CallForHelp& help) {
-        return app_.exit(help);
-    } catch (const CLI::CallForVersion& version) {
-        return app_.exit(version);
+        status = run_chosen();
+    } catch (const CLI::Success& wanted) { // --help, --version
+        return app_.exit(wanted);
     } catch (const CLI::ParseError& error) {
-        std::fprintf(stderr, "kigumi: 使い方が違います: %s（kigumi --help）\n", error.what());
+        write_console("kigumi: " + usage_fault(error) + "（kigumi --help）");
         return status_usage;
     }
     set_message_sink({});
-    if (status >= 0) {
-        for (const std::string& message : messages) {
-            write_console(message);
-        }
-        return 0;
+    if (status < 0) {
+        print_failure(messages);
+        return status_failed;
     }
-    std::string line;
     for (const std::string& message : messages) {
-        line += (line.empty() ? "" : " ") + message;
+        write_console(message);
     }
-    if (!file_error().empty() && line.find(file_error()) == std::string::npos) {
-        line += (line.empty() ? "" : "（") + file_error() + (line.empty() ? "" : "）");
-    }
-    std::fprintf(stderr, "%s\n", line.empty() ? "失敗しました" : line.c_str());
-    return status_failed;
+    return 0;
 }
 
 } // namespace

@@ -11,7 +11,7 @@
 #include "files/jiku.h"
 #include "files/tegaki.h"
 #include "generate/generate.h"
-#include "geometry/axis_picture.h"
+#include "geometry/perspective.h"
 #include "geometry/solid.h"
 #include "model/lookup.h"
 #include "results/listing.h"
@@ -46,6 +46,18 @@ int write_win3d(const fs::path& path) {
     return build_trio_file() < 0 ? -1 : save_win3d(path);
 }
 
+// The viewpoint picture as a drawing.
+int write_dxf(const fs::path& path, int colour) {
+    SegmentCanvas canvas;
+    DrawArea area;
+    area.xScreen = 1280;
+    area.yScreen = 800;
+    if (build_trio_file() < 0 || draw_perspective(canvas, area) < 0) {
+        return -1;
+    }
+    return make_dxf_file(path, colour);
+}
+
 // Analyses the model in the working directory and reads the results.
 int solve_model(double& seconds) {
     // A result of an earlier run must not be taken for this one's.
@@ -53,6 +65,7 @@ int solve_model(double& seconds) {
         std::error_code ignored;
         fs::remove(work_file(name), ignored);
     }
+    std::fflush(stdout);
     SolverOutcome outcome;
     Stopwatch watch;
     if (run_solver(outcome) < 0) {
@@ -60,7 +73,10 @@ int solve_model(double& seconds) {
     }
     seconds = watch.lap();
     if (outcome.status != 0) {
-        return refuse(text_format("解析に失敗しました（終了コード %d）", outcome.status));
+        std::error_code code;
+        const bool told = fs::exists(work_file("frameslv.err"), code);
+        return refuse(told ? already_told
+                           : text_format("解析に失敗しました（終了コード %d）", outcome.status));
     }
     return FrameSlv();
 }
@@ -105,7 +121,7 @@ int run_convert(const std::string& input, const std::string& output,
             project_model();
             return save_tegaki_data(path);
         }
-        return ending == ".dxf" ? export_dxf(path, colour) : write_win3d(path);
+        return ending == ".dxf" ? write_dxf(path, colour) : write_win3d(path);
     };
     constexpr const char* endings[] = {".jik", ".bon", ".ydu", ".tgk", ".dxf", ".dat", ".w3d"};
     bool known = false;
@@ -145,12 +161,10 @@ int run_solve(const std::string& input, const std::string& dir,
 }
 
 int run_listing(const std::string& dir, const std::string& output) {
-    std::error_code code;
-    const fs::path path = fs::absolute(path_of(output), code);
-    if (enter_dir(dir) < 0 || FrameSlv() < 0) {
+    if (use_result_dir(dir) < 0 || FrameSlv() < 0) {
         return -1;
     }
-    return save_listing(path);
+    return save_listing(path_of(output));
 }
 
 namespace {

@@ -7,6 +7,9 @@
 
 namespace kigumi {
 
+// The message of a failure that the solver itself has already told on standard error.
+constexpr const char* already_told = "";
+
 // A --fix or --load option, in the order of the command line.
 struct RoleOption {
     bool load = false;    // false: support

@@ -10,6 +10,7 @@
 #include "results/force_picture.h"
 #include "results/marukaku.h"
 #include "results/model_picture.h"
+#include "results/stroke_font.h"
 #include "ui/picture_file.h"
 
 #include <algorithm>
@@ -29,8 +30,11 @@ bool has_label(const DrawOptions& options, const char* label) {
 
 // Display mode of the results window for a mode's name; -1 for a picture of a frame.
 int result_mode(const std::string& mode) {
-    constexpr std::pair<const char*, int> modes[] = {
-        {"wire", 2}, {"force", 3}, {"band", 4}, {"width", 5}, {"heni", 9}};
+    constexpr std::pair<const char*, int> modes[] = {{"wire", mode_wire},
+                                                     {"force", mode_sign},
+                                                     {"band", mode_band},
+                                                     {"width", mode_width},
+                                                     {"heni", mode_displaced}};
     for (const auto& [name, number] : modes) {
         if (mode == name) {
             return number;
@@ -46,37 +50,45 @@ DrawArea client_area(const DrawOptions& options) {
     return area;
 }
 
+void set_viewpoint(const DrawOptions& options) {
+    view.Rho = options.rho;
+    view.Theta = options.theta;
+    view.Phi = options.phi;
+}
+
 int draw_results(const DrawOptions& options, const fs::path& path) {
     ResultView picture;
     picture.mode = result_mode(options.mode);
-    picture.low = options.low;
-    picture.high = options.high;
+    picture.lower = options.low;
+    picture.upper = options.high;
     picture.TAU = options.tau;
     picture.FAI = options.fai;
-    picture.width = options.width;
-    picture.height = options.height;
-    picture.label[0] = has_label(options, "nodes");
-    picture.label[1] = has_label(options, "members");
-    picture.label[2] = has_label(options, "fix");
-    picture.label[3] = has_label(options, "load");
-    if (picture.mode == 9 && get_new_beam(static_cast<float>(options.scale)) < 0) {
+    picture.area = client_area(options);
+    picture.label[label_node_names] = has_label(options, "nodes") ? 1 : 0;
+    picture.label[label_member_numbers] = has_label(options, "members") ? 1 : 0;
+    picture.label[label_fixed_nodes] = has_label(options, "fix") ? 1 : 0;
+    picture.label[label_loaded_nodes] = has_label(options, "load") ? 1 : 0;
+    if (picture.mode == mode_displaced && get_new_beam(static_cast<float>(options.scale)) < 0) {
         return -1;
     }
-    if ((picture.label[2] || picture.label[3]) && model.N_Fix == 0) {
+    if (model.N_Fix == 0 && model.N_Load == 0) {
         load_solver_roles();
     }
     return save_picture(path, options.width, options.height,
                         [&picture](Canvas& canvas) { draw_result_picture(canvas, picture); });
 }
 
+// Square and round bars by percent: all members, largest force first.
 int draw_solid_results(const DrawOptions& options, const fs::path& path) {
-    select_all_results();
-    if (make_marukaku() < 0) {
+    ResultView shown;
+    shown.area = client_area(options);
+    std::copy(result.stress.begin(), result.stress.begin() + result.N_Stress,
+              result.kensaku.begin());
+    result.Nken_Stress = result.N_Stress;
+    if (make_marukaku(shown) < 0) {
         return -1;
     }
-    view.Rho = options.rho;
-    view.Theta = options.theta;
-    view.Phi = options.phi;
+    set_viewpoint(options);
     DrawArea area = client_area(options);
     return save_picture(path, options.width, options.height,
                         [&area](Canvas& canvas) { draw_perspective(canvas, area); });
@@ -98,9 +110,7 @@ int draw_frame(const DrawOptions& options, const fs::path& path) {
         return save_picture(path, options.width, options.height,
                             [&area](Canvas& canvas) { draw_axis_model(canvas, area); });
     }
-    view.Rho = options.rho;
-    view.Theta = options.theta;
-    view.Phi = options.phi;
+    set_viewpoint(options);
     return save_picture(path, options.width, options.height,
                         [&area](Canvas& canvas) { draw_perspective(canvas, area); });
 }
@@ -108,9 +118,7 @@ int draw_frame(const DrawOptions& options, const fs::path& path) {
 } // namespace
 
 int run_draw(const DrawOptions& options) {
-    std::error_code code;
-    const fs::path path = fs::absolute(path_of(options.output), code);
-    const fs::path input = fs::absolute(path_of(options.input), code);
+    const fs::path path = path_of(options.output);
     const bool of_frame = options.mode == "axis" || options.mode == "perspective" ||
                           (options.mode == "wire" && options.dir.empty());
     if (of_frame && options.input.empty()) {
@@ -119,13 +127,13 @@ int run_draw(const DrawOptions& options) {
     if (!of_frame && options.dir.empty()) {
         return refuse("この図には計算結果のフォルダ（--dir）が必要です");
     }
-    if (!options.dir.empty() && !fs::is_directory(path_of(options.dir), code)) {
-        return refuse(text_format("%s: フォルダがありません", options.dir.c_str()));
-    }
-    if (enter_dir(options.dir) < 0) {
+    if (!options.dir.empty() && use_result_dir(options.dir) < 0) {
         return -1;
     }
-    if (!options.input.empty() && read_frame(utf8_of(input)) < 0) {
+    if (!options.input.empty() && read_frame(options.input) < 0) {
+        return -1;
+    }
+    if (!options.labels.empty() && load_stroke_font() < 0) {
         return -1;
     }
     view.TAU = options.tau;

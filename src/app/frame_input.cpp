@@ -138,6 +138,15 @@ int mark_roles(const std::vector<RoleOption>& roles) {
     return 0;
 }
 
+int use_result_dir(const std::string& dir) {
+    std::error_code code;
+    if (!fs::is_directory(path_of(dir), code)) {
+        return refuse(text_format("%s: フォルダがありません", dir.c_str()));
+    }
+    work_dir() = fs::absolute(path_of(dir), code);
+    return 0;
+}
+
 int enter_dir(const std::string& dir) {
     std::error_code code;
     const fs::path folder = dir.empty() ? fs::current_path(code) : fs::absolute(path_of(dir), code);

@@ -17,7 +17,10 @@ int read_frame(const std::string& input);
 // node holding, and makes both tables in node order. 0, or -1 after a message.
 int mark_roles(const std::vector<RoleOption>& roles);
 
-// Takes an existing folder as the working directory, making it when it is not there. 0, or -1
+// Takes an existing folder of result files as the working directory. 0, or -1 after a message.
+int use_result_dir(const std::string& dir);
+
+// Takes a folder as the working directory, making it when it is not there. 0, or -1
 // after a message.
 int enter_dir(const std::string& dir);
 

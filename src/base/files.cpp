@@ -146,6 +146,10 @@ const std::string& file_error() {
     return error_text();
 }
 
+void clear_file_error() {
+    error_text().clear();
+}
+
 void TextWriter::line(const char* format, ...) {
     const size_t start = bytes_.size();
     constexpr size_t usual = 192;

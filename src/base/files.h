@@ -38,6 +38,7 @@ int save_file(const fs::path& path, std::string_view bytes, bool sync = true);
 
 // Why the last read_file or save_file failed, in Japanese.
 const std::string& file_error();
+void clear_file_error();
 
 // A text file in the making: lines end in CR LF and are code page 932, as all files of the program.
 class TextWriter {

@@ -35,23 +35,26 @@ struct ResultView {
     DrawArea area; // xScreen and yScreen, pixels, are set by the window, the rest by each fit
 };
 
-// Fits the window around all result members (aspect fit) and hands the fit to the canvas. False
-// when the members or the client size cannot be mapped; nothing is drawn then.
-bool fit_result(Canvas& canvas, ResultView& shown);
+// Fits the window around all result members (aspect fit). False when there are none or when they or
+// the client size cannot be mapped; the pictures below then draw nothing.
+bool fit_result(ResultView& shown);
 
-// Fits, then draws mode 2: every result member in black and the axes, 100 cm each, from the origin.
+// Fits, tells the canvas and draws mode 2: every result member in black and the axes, 100 cm each,
+// from the origin.
 void make_wire(Canvas& canvas, ResultView& shown);
 
-// Fits, then draws mode 3, 4 or 5: every result member with a pen by its force and percent.
+// Fits, tells the canvas and draws mode 3, 4 or 5: every result member with a pen by its force and
+// percent.
 void make_force_wire(Canvas& canvas, ResultView& shown);
 
-// Fits, then draws mode 9: the members in black and, over them, the displaced members of
-// get_new_beam in red.
+// Fits, tells the canvas and draws mode 9: the members in black and, over them, the displaced
+// members of get_new_beam in red.
 void make_heni(Canvas& canvas, ResultView& shown);
 
-// Draws the labels whose flags are set into the window fitted before: node names, member numbers,
-// supports and loads (`fix` and `load` of the model; their nodes are looked for among the result
-// nodes, then in the model). 0, or -1 after a message when there is no stroke font.
+// Draws, with the pen as it stands, the labels whose flags are set into the window fitted before:
+// node names, member numbers, supports and loads (`fix` and `load` of the model; their nodes are
+// looked for among the result nodes, then in the model). 0, or -1 after a message when there is no
+// stroke font.
 int draw_result_labels(Canvas& canvas, const ResultView& shown);
 
 // One repaint: the picture of the mode and its labels. Nothing for mode_solids and unknown modes.

@@ -57,6 +57,10 @@ void show_messages_in_boxes() {
         box.setWindowTitle("kigumi");
         box.setText(qt_text(text));
         box.setTextFormat(Qt::PlainText);
+        if (!file_error().empty()) {
+            box.setInformativeText(qt_text(file_error()));
+            clear_file_error();
+        }
         box.setStandardButtons(QMessageBox::Ok);
         const bool busy = QApplication::overrideCursor() != nullptr;
         if (busy) {

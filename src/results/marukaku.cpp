@@ -1,0 +1,51 @@
+#include "results/marukaku.h"
+
+#include "analysis/result.h"
+#include "geometry/projection.h"
+#include "geometry/solid.h"
+#include "results/force_picture.h"
+#include "trace/spy.h"
+
+#include <cmath>
+#include <numbers>
+
+namespace kigumi {
+
+namespace {
+
+// Bars of up to this percent are square whatever their force.
+constexpr float always_square = 1.0f;
+
+int make_bar(const Stress& s) {
+    const float v = s.percent;
+    if (s.force > 0.0f && v > always_square) {
+        const float radius = std::sqrt(v / std::numbers::pi_v<float>);
+        return make_enchu2(s.xi, s.yi, s.zi, s.xj, s.yj, s.zj, radius, radius);
+    }
+    const float side = std::sqrt(v);
+    return make_kakuzai3(s.xi, s.yi, s.zi, s.xj, s.yj, s.zj, side, side);
+}
+
+void reset_eye() {
+    const View start;
+    view.Rho = start.Rho;
+    view.Theta = start.Theta;
+    view.Phi = start.Phi;
+}
+
+} // namespace
+
+int make_marukaku(ResultView& shown) {
+    spy("Enter make_marukaku()");
+    reset_eye();
+    fit_result(shown);
+    reset_solids();
+    for (int i = 0; i < result.Nken_Stress; ++i) {
+        if (make_bar(result.kensaku[i]) < 0) {
+            return -1;
+        }
+    }
+    return save_trio_file();
+}
+
+} // namespace kigumi

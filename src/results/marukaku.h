@@ -1,0 +1,15 @@
+// The solid view of axial forces (角丸表示): square and round bars.
+#pragma once
+
+namespace kigumi {
+
+struct ResultView;
+
+// Fits `shown` around all result members, sets the shared eye (`view`) to its start values and
+// builds TRIO.DAT from the selected members (`kensaku` of `result`): a bar whose section is as many
+// cm² as its percent v, round (radius √(v/π)) for a positive force with v above 1, else square
+// (side √v). An empty selection makes an empty file. 0, or -1 after a message when the point table
+// is full or the file cannot be written.
+int make_marukaku(ResultView& shown);
+
+} // namespace kigumi

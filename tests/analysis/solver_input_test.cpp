@@ -1,0 +1,56 @@
+#include "analysis/solver_input.h"
+
+#include "results_support.h"
+
+namespace kigumi::test {
+
+namespace {
+
+class SolverInputTest : public ResultTest {
+  protected:
+    std::string written(int (*save)(const fs::path&)) {
+        EXPECT_EQ(save(work_file("out.txt")), 0);
+        return read_file(work_file("out.txt")).value_or("(no file)");
+    }
+};
+
+TEST_F(SolverInputTest, WritesTheSolversFileByteForByte) {
+    make_post();
+    append_fix(2, 1, 0, 1);
+    set_name(model.node[1].id, "A1");
+    set_name(model.beam[0].idj, "LongerThanNine");
+    expect_golden("post.bon", written(save_honegumi));
+}
+
+TEST_F(SolverInputTest, WritesTheTextbookFileByteForByte) {
+    make_post();
+    append_fix(2, 1, 0, 1);
+    expect_golden("post.ydu", written(save_honegra));
+}
+
+TEST_F(SolverInputTest, WritesAnEmptyModelWithZeroCounts) {
+    EXPECT_EQ(written(save_honegumi),
+              "     0\r\n     0\r\n     0\r\n     0     0\r\n     0\r\n     0\r\n     0\r\n"
+              "     0\r\n     0\r\n");
+    EXPECT_EQ(written(save_honegra), "\"NODE\"\r\n\"FIX\"\r\n\"BEAM\"\r\n\"SHAPE\"\r\n\"MAT\"\r\n"
+                                     "\"NLOAD\"\r\n");
+}
+
+TEST_F(SolverInputTest, PadsJapaneseNamesByTheirBytesInTheFile) {
+    find_or_add_node(0.0f, 0.0f, 0.0f);
+    set_name(model.node[0].id, "柱頭");
+    const std::string text = written(save_honegumi);
+    EXPECT_NE(text.find("       0.0      \x92\x8c\x93\xaa\r\n"), std::string::npos) << text;
+}
+
+TEST_F(SolverInputTest, LeavesTheOldFileWholeWhenItCannotWrite) {
+    make_post();
+    EXPECT_EQ(save_honegumi(work_file("missing/out.bon")), -1);
+    EXPECT_EQ(save_honegra(work_file("missing/out.ydu")), -1);
+    EXPECT_EQ(take_messages(), (std::vector<std::string>{"Error: Unable to open BonFile",
+                                                         "Error: Unable to open GraFile"}));
+}
+
+} // namespace
+
+} // namespace kigumi::test

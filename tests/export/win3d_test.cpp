@@ -1,0 +1,54 @@
+#include "export/win3d.h"
+
+#include "geometry/solid.h"
+#include "geometry/solid_support.h"
+#include "support.h"
+
+namespace kigumi::test {
+
+namespace {
+
+class Win3dTest : public CoreTest {
+  protected:
+    fs::path out() const { return work_file("out.dat"); }
+};
+
+TEST_F(Win3dTest, BoxOfOneMember) {
+    add_member({0, 0, 0}, {100, 0, 0});
+    ASSERT_EQ(build_trio_file(), 0);
+    ASSERT_EQ(save_win3d(out()), 0);
+    expect_golden("export/box.win3d", read_file(out()).value_or(""));
+}
+
+TEST_F(Win3dTest, PointsOfEarlierBuildsStay) {
+    add_member({0, 0, 0}, {100, 0, 0});
+    ASSERT_EQ(build_trio_file(), 0);
+    model.beam[0].xl = 50;
+    ASSERT_EQ(build_trio_file(), 0);
+    ASSERT_EQ(save_win3d(out()), 0);
+    const std::string text = read_file(out()).value_or("");
+    EXPECT_NE(text.find("\r\n    12  5.00000e+01 "), std::string::npos);
+    EXPECT_NE(text.find("Faces:\r\n    10    -1     9.\r\n"), std::string::npos);
+}
+
+TEST_F(Win3dTest, BeforeAnyBuildThereIsNothingButTheMark) {
+    ASSERT_EQ(save_win3d(out()), 0);
+    EXPECT_EQ(read_file(out()), "Faces:\r\n");
+}
+
+TEST_F(Win3dTest, FailuresLeaveNoFile) {
+    add_member({0, 0, 0}, {100, 0, 0});
+    ASSERT_EQ(build_trio_file(), 0);
+    EXPECT_EQ(save_win3d(work_file("no_folder") / "out.dat"), -1);
+    EXPECT_EQ(take_messages(), std::vector<std::string>{"Error: Unable to open OUT_FILE"});
+    fs::resize_file(work_file("TRIO.DAT"), 272 * 11);
+    EXPECT_EQ(save_win3d(out()), -1);
+    fs::remove(work_file("TRIO.DAT"));
+    EXPECT_EQ(save_win3d(out()), -1);
+    EXPECT_EQ(take_messages(), (std::vector<std::string>(2, "Error: Unable to open TRIO_FILE 04")));
+    EXPECT_FALSE(fs::exists(out()));
+}
+
+} // namespace
+
+} // namespace kigumi::test

@@ -1,0 +1,82 @@
+#include "geometry/axis_picture.h"
+
+#include "geometry/segment_file.h"
+#include "geometry/solid.h"
+#include "geometry/solid_support.h"
+#include "support.h"
+
+namespace kigumi::test {
+
+namespace {
+
+class AxisPictureTest : public CoreTest {
+  protected:
+    void SetUp() override {
+        CoreTest::SetUp();
+        area.xScreen = 640;
+        area.yScreen = 480;
+        add_member({0, 0, 0}, {0, 0, 300}, 12, 12);
+        add_member({0, 0, 300}, {0, 200, 300});
+    }
+    DrawArea area;
+    RecorderCanvas canvas;
+};
+
+TEST_F(AxisPictureTest, WireWithNodeMarks) {
+    draw_wire(canvas, area, true);
+    expect_golden("geometry/wire_marks.txt", canvas.text);
+    RecorderCanvas plain;
+    draw_wire(plain, area, false);
+    EXPECT_EQ(plain.text, canvas.text.substr(0, canvas.text.find("circle")));
+}
+
+TEST_F(AxisPictureTest, AxisModelDrawsEveryEdgeOnceAndWidensTheBounds) {
+    ASSERT_EQ(build_trio_file(), 0);
+    ASSERT_EQ(draw_axis_model(canvas, area), 0);
+    expect_golden("geometry/axis_model.txt", canvas.text);
+    EXPECT_NEAR(model.Z_MAX, 310, 1e-3);
+    EXPECT_NEAR(model.Z_MIN, 0, 1e-3);
+    EXPECT_NEAR(model.X_MIN, -6, 1e-3);
+    EXPECT_NEAR(model.Y_MAX, 200, 1e-3);
+    DrawArea fitted;
+    fitted.xScreen = 640;
+    fitted.yScreen = 480;
+    ASSERT_EQ(get_jiku_world(fitted), 0);
+    EXPECT_EQ(fitted.world.xmin, area.world.xmin);
+    EXPECT_EQ(fitted.world.ymax, area.world.ymax);
+    EXPECT_EQ(fitted.crt.left, 640 / 2 - 480 / 2 + 16);
+}
+
+TEST_F(AxisPictureTest, AMissingFileIsReportedAtEachPaintAndChangesNothing) {
+    ASSERT_EQ(build_trio_file(), 0);
+    ASSERT_EQ(draw_axis_model(canvas, area), 0);
+    fs::remove(work_file("TRIO.DAT"));
+    area.world = {1, 2, 3, 4};
+    const float Z_MAX = model.Z_MAX;
+    canvas.text.clear();
+    EXPECT_EQ(get_jiku_world(area), -1);
+    EXPECT_EQ(draw_axis_model(canvas, area), -1);
+    EXPECT_EQ(take_messages(),
+              (std::vector<std::string>{"Error: Unable to open TRIO_FILE jikuire 01",
+                                        "Error: Unable to open TRIO_FILE jikuire 02"}));
+    EXPECT_EQ(canvas.text, "");
+    EXPECT_EQ(area.world.ymax, 4);
+    EXPECT_EQ(model.Z_MAX, Z_MAX);
+}
+
+TEST_F(AxisPictureTest, AStoredPictureIsDrawnAsItWas) {
+    ASSERT_EQ(build_trio_file(), 0);
+    ASSERT_EQ(draw_axis_model(canvas, area), 0);
+    SegmentCanvas lines;
+    ASSERT_EQ(draw_axis_model(lines, area), 0);
+    EXPECT_EQ(lines.segments().size(), 24u);
+    ASSERT_EQ(save_segment_file(lines.area(), lines.segments()), 0);
+    DrawArea other;
+    RecorderCanvas again;
+    ASSERT_EQ(draw_segment_file(again, other), 0);
+    EXPECT_EQ(again.text, canvas.text);
+}
+
+} // namespace
+
+} // namespace kigumi::test

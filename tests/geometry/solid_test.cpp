@@ -1,0 +1,251 @@
+#include "geometry/solid.h"
+
+#include "geometry/solid_support.h"
+#include "support.h"
+
+#include <cmath>
+#include <map>
+#include <set>
+
+namespace kigumi::test {
+
+namespace {
+
+using SolidTest = CoreTest;
+using Edge = std::set<int>;
+
+// How often each edge (pair of point numbers) occurs, over all edges or over the flagged ones.
+std::map<Edge, int> count_edges(bool flagged) {
+    std::map<Edge, int> edges;
+    for (const Trio& trio : solids.trio) {
+        const int bits[3] = {4, 2, 1};
+        for (int i = 0; i < 3; ++i) {
+            if (!flagged || (trio.hyoji & bits[i]) != 0) {
+                ++edges[{trio.bangou[i], trio.bangou[(i + 1) % 3]}];
+            }
+        }
+    }
+    return edges;
+}
+
+double distance(const SolidPoint& a, const SolidPoint& b) {
+    return std::hypot(a.x - b.x, a.y - b.y, a.z - b.z);
+}
+
+double distance(const Edge& edge) {
+    return distance(solids.points[*edge.begin() - 1], solids.points[*edge.rbegin() - 1]);
+}
+
+void expect_closed() {
+    for (const auto& [edge, count] : count_edges(false)) {
+        EXPECT_EQ(count, 2) << *edge.begin() << "-" << *edge.rbegin();
+    }
+}
+
+std::vector<int> corners(int first, int count) {
+    std::vector<int> all;
+    for (int i = first; i < first + count; ++i) {
+        const Trio& t = solids.trio[i];
+        all.insert(all.end(), std::begin(t.bangou), std::end(t.bangou));
+    }
+    return all;
+}
+
+TEST_F(SolidTest, LevelBoxHasItsEdgesOnceAndItsVolume) {
+    add_member({0, 0, 0}, {100, 0, 0});
+    ASSERT_EQ(build_trio_file(), 0);
+    EXPECT_FLOAT_EQ(solids.Volume, 0.02f);
+    EXPECT_EQ(solids.points.size(), 8u);
+    EXPECT_EQ(solids.n_trio, 12);
+    expect_closed();
+    std::map<int, int> lengths;
+    for (const auto& [edge, count] : count_edges(true)) {
+        EXPECT_EQ(count, 1);
+        ++lengths[static_cast<int>(std::lround(distance(edge)))];
+    }
+    EXPECT_EQ(lengths, (std::map<int, int>{{10, 4}, {20, 4}, {100, 4}}));
+    expect_golden("geometry/trio_box.txt", hex_dump(read_file(work_file("TRIO.DAT")).value_or("")));
+}
+
+struct Direction {
+    const char* name;
+    float x, y, z;
+};
+
+class BoxDirection : public CoreTest, public ::testing::WithParamInterface<Direction> {};
+
+TEST_P(BoxDirection, EndsAtItsEndWithItsSection) {
+    const Direction& d = GetParam();
+    const float x = 500, y = -200, z = 100;
+    ASSERT_EQ(make_kakuzai3(x, y, z, x + d.x, y + d.y, z + d.z, 10, 20), 0);
+    ASSERT_EQ(solids.points.size(), 8u);
+    const auto& p = solids.points;
+    double start[3] = {}, end[3] = {};
+    for (int i = 0; i < 4; ++i) {
+        for (const auto& [sum, at] : {std::pair{start, i}, std::pair{end, i + 4}}) {
+            sum[0] += p[at].x / 4;
+            sum[1] += p[at].y / 4;
+            sum[2] += p[at].z / 4;
+        }
+    }
+    // The rotation's truncated pi turns the far end aside by up to 3e-6 of the length.
+    const double tolerance = 2e-3;
+    EXPECT_NEAR(std::hypot(start[0] - x, start[1] - y, start[2] - z), 0, tolerance);
+    EXPECT_NEAR(std::hypot(end[0] - x - d.x, end[1] - y - d.y, end[2] - z - d.z), 0, tolerance);
+    EXPECT_NEAR(distance(p[0], p[1]), 10, tolerance);
+    EXPECT_NEAR(distance(p[1], p[2]), 20, tolerance);
+    EXPECT_NEAR(distance(p[0], p[4]), std::hypot(d.x, d.y, d.z), tolerance);
+    EXPECT_NEAR(p[0].z, p[1].z, tolerance) << "the width lies level";
+    EXPECT_GT(p[0].z - p[3].z, -tolerance) << "the upper edge is above";
+}
+
+INSTANTIATE_TEST_SUITE_P(Directions, BoxDirection,
+                         ::testing::Values(Direction{"x", 300, 0, 0}, Direction{"y", 0, 300, 0},
+                                           Direction{"back", -300, 0, 0},
+                                           Direction{"up", 0, 0, 300},
+                                           Direction{"down", 0, 0, -300},
+                                           Direction{"rising", 200, 100, 150},
+                                           Direction{"falling", 200, 100, -150},
+                                           Direction{"third_quadrant", -200, -100, 150},
+                                           Direction{"steep", -1, 2, -400}),
+                         [](const auto& test) { return test.param.name; });
+
+TEST_F(SolidTest, VerticalBoxTurnsItsDepthAlongX) {
+    ASSERT_EQ(make_kakuzai3(0, 0, 0, 0, 0, 300, 10, 20), 0);
+    const SolidPoint& v0 = solids.points[0];
+    EXPECT_NEAR(v0.x, -10, 1e-3);
+    EXPECT_NEAR(v0.y, -5, 1e-3);
+    EXPECT_NEAR(v0.z, 0, 1e-3);
+    // cos(90 x 3.14159 / 180) is 1.3268e-6, not 0.
+    EXPECT_NEAR(solids.points[4].x - v0.x, 300 * 1.3268e-6, 1e-6);
+}
+
+TEST_F(SolidTest, MemberWithoutLengthStaysFinite) {
+    ASSERT_EQ(make_kakuzai3(1, 2, 3, 1, 2, 3, 10, 20), 0);
+    ASSERT_EQ(make_enchu2(1, 2, 3, 1, 2, 3, 10, 20), 0);
+    EXPECT_EQ(solids.n_trio, 36);
+    EXPECT_EQ(solids.points.front().y, 2 - 5);
+    EXPECT_EQ(solids.points.front().z, 3 + 10);
+    EXPECT_EQ(solids.Volume, 0.0f);
+    for (const SolidPoint& p : solids.points) {
+        EXPECT_TRUE(std::isfinite(p.x) && std::isfinite(p.y) && std::isfinite(p.z)) << p.no;
+    }
+}
+
+TEST_F(SolidTest, PrismHasTwoFansAndSixSplitSides) {
+    ASSERT_EQ(make_enchu2(0, 0, 0, 200, 0, 0, 6, 99), 0);
+    ASSERT_EQ(solids.points.size(), 14u);
+    ASSERT_EQ(solids.n_trio, 24);
+    EXPECT_FLOAT_EQ(solids.Volume, static_cast<float>(0.01 * 200 * 6 * 3.141592654));
+    expect_closed();
+    for (const Trio& trio : solids.trio) {
+        EXPECT_EQ(trio.hyoji, 7);
+    }
+    EXPECT_EQ(solids.points[0].y, -6);
+    EXPECT_NEAR(solids.points[1].y, -3, 1e-5);
+    EXPECT_NEAR(solids.points[1].z, 6 * std::sqrt(3.0) / 2, 1e-5);
+    EXPECT_EQ(corners(0, 2), (std::vector<int>{1, 2, 13, 2, 3, 13}));
+    EXPECT_EQ(corners(5, 2), (std::vector<int>{6, 1, 13, 7, 8, 14}));
+    EXPECT_EQ(corners(12, 1), (std::vector<int>{1, 2, 7}));
+    EXPECT_EQ(corners(17, 2), (std::vector<int>{6, 1, 12, 2, 8, 7}));
+    EXPECT_EQ(corners(23, 1), (std::vector<int>{1, 7, 12}));
+}
+
+TEST_F(SolidTest, PointsAreSharedByExactEqualityOnly) {
+    add_member({0, 0, 0}, {100, 0, 0});
+    add_member({100, 0, 0}, {200, 0, 0});
+    make_men();
+    EXPECT_EQ(solids.points.size(), 12u);
+    EXPECT_EQ(solids.trio[0].bangou[2], solids.trio[12].bangou[1]);
+    make_men();
+    EXPECT_EQ(solids.points.size(), 12u) << "an identical build adds none";
+    EXPECT_EQ(solids.n_trio, 24);
+    EXPECT_FLOAT_EQ(solids.Volume, 0.04f);
+
+    const int zero = register_point(0.0f, 7, 7);
+    EXPECT_EQ(register_point(-0.0f, 7, 7), zero);
+    EXPECT_EQ(register_point(0.0f, std::nextafter(7.0f, 8.0f), 7), zero + 1);
+}
+
+TEST_F(SolidTest, ANewModelStartsWithoutPoints) {
+    ASSERT_EQ(make_enchu2(0, 0, 0, 200, 0, 0, 6, 6), 0);
+    reset_model();
+    EXPECT_EQ(register_point(5, 5, 5), 1);
+    EXPECT_EQ(solids.n_trio, 0);
+    EXPECT_EQ(solids.Volume, 0.0f);
+}
+
+TEST_F(SolidTest, FullPointTableRefusesButABuildStillFits) {
+    for (int i = 0; i < point_capacity; ++i) {
+        ASSERT_EQ(register_point(static_cast<float>(i), 0, 0), i + 1);
+    }
+    EXPECT_EQ(register_point(0.5f, 0, 0), -1);
+    EXPECT_EQ(register_point(7.0f, 0, 0), 8);
+    EXPECT_EQ(make_kakuzai3(0, 0, 0, 100, 0, 0, 10, 20), -1);
+    EXPECT_EQ(solids.n_trio, 0);
+    EXPECT_EQ(take_messages(), (std::vector<std::string>(2, "頂点が多すぎます（最大 140000 個）")));
+    add_member({0, 0, 0}, {100, 0, 0});
+    EXPECT_EQ(build_trio_file(), 0);
+    EXPECT_EQ(solids.points.size(), 8u);
+}
+
+TEST_F(SolidTest, MakeMenStopsAtAFlatMemberAndTheFileDoesNot) {
+    add_member({0, 0, 0}, {100, 0, 0});
+    add_member({0, 0, 0}, {0, 100, 0}, 10, 0);
+    add_member({0, 0, 0}, {0, 0, 100});
+    ::testing::internal::CaptureStderr();
+    make_men();
+    EXPECT_EQ(::testing::internal::GetCapturedStderr(), "width or depth = 0.0 at     1\n");
+    EXPECT_EQ(solids.n_trio, 12);
+    EXPECT_EQ(build_trio_file(), 0);
+    EXPECT_EQ(solids.n_trio, 36);
+
+    model.N_Beam = 0;
+    ::testing::internal::CaptureStderr();
+    make_men();
+    EXPECT_EQ(::testing::internal::GetCapturedStderr(), "N_Beam == 0\n");
+}
+
+TEST_F(SolidTest, ReadsTheFileOnlyAsItWasCounted) {
+    EXPECT_FALSE(read_trio_file()) << "no file yet";
+    add_member({0, 0, 0}, {100, 0, 0});
+    ASSERT_EQ(build_trio_file(), 0);
+    ASSERT_TRUE(read_trio_file());
+    EXPECT_EQ(read_trio_file()->data(), solids.trio.data()) << "what the memory holds is not read";
+
+    const fs::path path = work_file("TRIO.DAT");
+    std::string bytes = *read_file(path);
+    ASSERT_EQ(save_file(path, bytes.substr(0, bytes.size() - 1)), 0);
+    EXPECT_FALSE(read_trio_file()) << "cut off";
+    ASSERT_EQ(save_file(path, bytes + std::string(sizeof(Trio), '\0')), 0);
+    EXPECT_FALSE(read_trio_file()) << "one record more";
+
+    bytes[4] = 7;
+    ASSERT_EQ(save_file(path, bytes), 0);
+    fs::last_write_time(path, fs::last_write_time(path) + std::chrono::seconds(1));
+    ASSERT_TRUE(read_trio_file());
+    EXPECT_EQ(read_trio_file()->front().hyoji, 7) << "a file changed by others is read";
+    bytes[44] = 9;
+    ASSERT_EQ(save_file(path, bytes), 0);
+    fs::last_write_time(path, fs::last_write_time(path) + std::chrono::seconds(2));
+    EXPECT_FALSE(read_trio_file()) << "point 9 of 8";
+
+    reset_model();
+    EXPECT_FALSE(read_trio_file()) << "the file of an earlier model";
+}
+
+TEST_F(SolidTest, UnbuiltTrianglesAreNotTheFile) {
+    add_member({0, 0, 0}, {100, 0, 0});
+    ASSERT_EQ(build_trio_file(), 0);
+    model.beam[0].xl = 50;
+    make_men();
+    ASSERT_TRUE(read_trio_file());
+    EXPECT_EQ(read_trio_file()->front().vertex[0][0], 100) << "the file is of the build before";
+    fs::remove_all(work_dir());
+    EXPECT_EQ(save_trio_file(), -1);
+    EXPECT_EQ(take_messages(), std::vector<std::string>{"Error: Unable to open TRIO_FILE 01"});
+}
+
+} // namespace
+
+} // namespace kigumi::test

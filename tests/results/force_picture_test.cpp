@@ -1,0 +1,201 @@
+#include "results/force_picture.h"
+
+#include "results/displacement.h"
+#include "results/stroke_font.h"
+#include "results_support.h"
+
+#include <limits>
+
+namespace kigumi::test {
+
+namespace {
+
+class ForcePictureTest : public ResultTest {
+  protected:
+    void SetUp() override {
+        ResultTest::SetUp();
+        shown.area.xScreen = 800;
+        shown.area.yScreen = 600;
+    }
+
+    std::string picture(int mode) {
+        RecorderCanvas canvas;
+        shown.mode = mode;
+        EXPECT_EQ(draw_result_picture(canvas, shown), 0);
+        return canvas.text;
+    }
+
+    // The pen of the first member.
+    std::string first_pen(int mode, float force, float percent) {
+        result.stress[0].force = force;
+        result.stress[0].percent = percent;
+        const std::string text = picture(mode);
+        return text.substr(0, text.find('\n'));
+    }
+
+    ResultView shown;
+};
+
+TEST_F(ForcePictureTest, DrawsThePortalInEveryMode) {
+    make_portal_result();
+    result.disp[1].disp_x = 3.0f;
+    result.disp[2].disp_x = 3.0f;
+    ASSERT_EQ(get_new_beam(10.0f), 0);
+    std::string text;
+    for (const int mode : {2, 3, 4, 5, 9}) {
+        text += text_format("mode %d\n", mode) + picture(mode);
+    }
+    expect_golden("portal-pictures.txt", text);
+    EXPECT_EQ(picture(6), "");
+}
+
+struct PenCase {
+    int mode;
+    float force, percent;
+    const char* pen;
+};
+
+class ForcePenTest : public ForcePictureTest, public ::testing::WithParamInterface<PenCase> {};
+
+TEST_P(ForcePenTest, FollowsSignAndPercent) {
+    make_portal_result();
+    shown.upper = 80.0f;
+    shown.lower = 20.0f;
+    EXPECT_EQ(first_pen(GetParam().mode, GetParam().force, GetParam().percent), GetParam().pen);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Bounds, ForcePenTest,
+    ::testing::Values(PenCase{3, 0.0f, 0.0f, "pen 0 1 1"}, PenCase{3, 0.1f, 1.0f, "pen 0 1 4"},
+                      PenCase{3, -0.1f, 100.0f, "pen 0 1 1"}, PenCase{4, 5.0f, 80.0f, "pen 0 1 4"},
+                      PenCase{4, -5.0f, 20.0f, "pen 0 1 1"}, PenCase{4, 5.0f, 80.001f, "pen 0 1 0"},
+                      PenCase{4, -5.0f, 19.999f, "pen 0 1 0"}, PenCase{5, 5.0f, 9.9f, "pen 0 1 0"},
+                      PenCase{5, 5.0f, 10.0f, "pen 0 1 4"}, PenCase{5, -5.0f, 19.9f, "pen 0 1 1"},
+                      PenCase{5, -5.0f, 30.0f, "pen 0 3 1"}, PenCase{5, 5.0f, 100.0f, "pen 0 10 4"},
+                      PenCase{5, 0.0f, 0.0f, "pen 0 1 0"}));
+
+TEST_F(ForcePictureTest, FitsAFarFrameFromTheStartValue) {
+    add_setuten(1, "A", -2000.0f, 0.0f, 0.0f);
+    add_setuten(2, "B", -3000.0f, 0.0f, 500.0f);
+    add_stress(0, 1, 1.0f, 100.0f);
+    shown.TAU = 90.0f;
+    shown.FAI = 0.0f;
+    ASSERT_TRUE(fit_result(shown));
+    EXPECT_FLOAT_EQ(shown.area.world.xmin, 999.9f);
+    EXPECT_NEAR(shown.area.world.xmax, 3000.0f, 0.01f);
+}
+
+TEST_F(ForcePictureTest, DrawsNothingThatCannotBeMapped) {
+    RecorderCanvas canvas;
+    EXPECT_EQ(picture(2), "");
+    make_portal_result();
+    shown.area.xScreen = 200;
+    EXPECT_EQ(picture(2), "");
+    shown.area.xScreen = 800;
+    shown.area.yScreen = 0;
+    EXPECT_EQ(picture(3), "");
+    shown.area.yScreen = 600;
+    for (int i = 0; i < result.N_Stress; ++i) {
+        result.stress[i].xi = std::numeric_limits<float>::infinity();
+    }
+    EXPECT_EQ(picture(3), "");
+    result.N_Stress = 0;
+    result.N_Setuten = 0;
+    add_setuten(1, "A", 5.0f, 5.0f, 5.0f);
+    add_stress(0, 0, 1.0f, 100.0f);
+    shown.label[label_node_names] = 1;
+    EXPECT_EQ(picture(5), "");
+}
+
+TEST_F(ForcePictureTest, DrawsAFrameWithoutHeight) {
+    add_setuten(1, "A", 0.0f, 0.0f, 0.0f);
+    add_setuten(2, "B", 0.0f, 600.0f, 0.0f);
+    add_stress(0, 1, 1.0f, 100.0f);
+    shown.TAU = 0.0f;
+    shown.FAI = 0.0f;
+    EXPECT_EQ(picture(3), "pen 0 1 4\nline 100 300 700 300\npen 0 1 0\n");
+}
+
+// The labels' lines alone: what the flags add to the picture.
+TEST_F(ForcePictureTest, DrawsLabelsInTheirOrderOnTop) {
+    make_portal_result();
+    make_post();
+    const std::string bare = picture(2);
+    std::string all = bare;
+    for (int kind = 0; kind < result_label_count; ++kind) {
+        std::fill(std::begin(shown.label), std::end(shown.label), 0);
+        shown.label[kind] = 1;
+        const std::string with = picture(2);
+        ASSERT_EQ(with.substr(0, bare.size()), bare);
+        EXPECT_GT(with.size(), bare.size()) << kind;
+        all += with.substr(bare.size());
+    }
+    std::fill(std::begin(shown.label), std::end(shown.label), 1);
+    EXPECT_EQ(picture(2), all);
+}
+
+// What a canvas holds after one text at a place, to compare whole labels with.
+std::vector<Segment> text_at(const char* text, int length, PlanePoint at, float height) {
+    SegmentCanvas canvas;
+    draw_text(canvas, text, length, at.X, at.Y, 0.0f, height);
+    return canvas.segments();
+}
+
+void expect_same(const std::vector<Segment>& drawn, const std::vector<Segment>& expected) {
+    ASSERT_EQ(drawn.size(), expected.size());
+    for (size_t i = 0; i < drawn.size(); ++i) {
+        EXPECT_NEAR(drawn[i].X1, expected[i].X1, 1e-3);
+        EXPECT_NEAR(drawn[i].Y2, expected[i].Y2, 1e-3);
+    }
+}
+
+class LabelTest : public ForcePictureTest {
+  protected:
+    void SetUp() override {
+        ForcePictureTest::SetUp();
+        add_setuten(7, "X00Y00Z00", 0.0f, 0.0f, 0.0f);
+        add_setuten(8, "X00Y01Z00", 0.0f, 300.0f, 300.0f);
+        add_stress(0, 1, 1.0f, 100.0f);
+        shown.TAU = 0.0f;
+        shown.FAI = 0.0f;
+        ASSERT_TRUE(fit_result(shown));
+        height = shown.area.world.ymax - shown.area.world.ymin;
+    }
+    std::vector<Segment> labels(int kind) {
+        shown.label[kind] = 1;
+        SegmentCanvas canvas;
+        EXPECT_EQ(draw_result_labels(canvas, shown), 0);
+        return canvas.segments();
+    }
+    float height = 0.0f;
+};
+
+TEST_F(LabelTest, PutsNodeNamesBesideTheNode) {
+    result.N_Setuten = 1;
+    const float h = height / 75.0f;
+    expect_same(labels(label_node_names), text_at("X00Y00Z00", 9, {2.0f * h, 0.0f}, h));
+}
+
+TEST_F(LabelTest, PutsMemberNumbersAtTheMiddle) {
+    expect_same(labels(label_member_numbers),
+                text_at("    1", 5, {150.0f, 150.0f}, height * 0.01f));
+}
+
+TEST_F(LabelTest, FindsSupportsAmongTheResultNodesFirst) {
+    append_fix(8, 1, 0, 1);
+    const float h = height * 0.01f;
+    expect_same(labels(label_fixed_nodes),
+                text_at("Fix 101111", 10, {300.0f + 2.0f * h, 300.0f}, h));
+}
+
+TEST_F(LabelTest, FallsBackOnTheModelForLoads) {
+    append_load(1, 0.0f, 0.0f, -200.0f);
+    append_load(2, 0.0f, 0.0f, -200.0f);
+    find_or_add_node(0.0f, 60.0f, 40.0f);
+    expect_same(labels(label_loaded_nodes),
+                text_at("Load x      0.0 y   0.0 z   -200.0", 34, {60.0f, 40.0f}, height * 0.01f));
+}
+
+} // namespace
+
+} // namespace kigumi::test

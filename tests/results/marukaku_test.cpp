@@ -1,0 +1,84 @@
+#include "results/marukaku.h"
+
+#include "geometry/solid.h"
+#include "results/force_picture.h"
+#include "results_support.h"
+
+#include <cmath>
+
+namespace kigumi::test {
+
+namespace {
+
+constexpr size_t box_triangles = 12;
+constexpr size_t prism_triangles = 24;
+
+class MarukakuTest : public ResultTest {
+  protected:
+    void SetUp() override {
+        ResultTest::SetUp();
+        clear_points();
+        shown.area.xScreen = 800;
+        shown.area.yScreen = 600;
+        make_portal_result();
+    }
+
+    // Builds the view of one selected member standing on the origin.
+    size_t triangles(float force, float percent) {
+        result.kensaku[0] = result.stress[0];
+        result.kensaku[0].force = force;
+        result.kensaku[0].percent = percent;
+        result.Nken_Stress = 1;
+        EXPECT_EQ(make_marukaku(shown), 0);
+        return solids.trio.size();
+    }
+
+    // Largest distance of a vertex from the member's axis, cm.
+    float reach() const {
+        float largest = 0.0f;
+        for (const Trio& trio : solids.trio) {
+            for (const auto& vertex : trio.vertex) {
+                largest = std::max(largest, std::hypot(vertex[0], vertex[1]));
+            }
+        }
+        return largest;
+    }
+
+    ResultView shown;
+};
+
+TEST_F(MarukakuTest, MakesSquareBarsOfThePercentAsArea) {
+    EXPECT_EQ(triangles(-1.0f, 100.0f), box_triangles);
+    EXPECT_NEAR(reach(), std::sqrt(50.0f), 0.01f);
+    EXPECT_EQ(triangles(0.0f, 25.0f), box_triangles);
+    EXPECT_EQ(triangles(1.0f, 1.0f), box_triangles);
+}
+
+TEST_F(MarukakuTest, MakesRoundBarsOfThePercentAsArea) {
+    EXPECT_EQ(triangles(1.0f, 100.0f), prism_triangles);
+    EXPECT_NEAR(reach(), 5.642f, 0.01f);
+    EXPECT_EQ(triangles(1.0f, 1.01f), prism_triangles);
+}
+
+TEST_F(MarukakuTest, WritesTheFileAndSetsTheEye) {
+    triangles(1.0f, 100.0f);
+    EXPECT_EQ(fs::file_size(work_file("TRIO.DAT")), prism_triangles * sizeof(Trio));
+    view.Rho = 1.0;
+    view.Phi = 1.0;
+    result.Nken_Stress = 0;
+    EXPECT_EQ(make_marukaku(shown), 0);
+    EXPECT_EQ(fs::file_size(work_file("TRIO.DAT")), 0u);
+    EXPECT_DOUBLE_EQ(view.Rho, 4000.0);
+    EXPECT_DOUBLE_EQ(view.Phi, 70.0);
+    EXPECT_TRUE(shown.area.crt.left == 100 && shown.area.crt.right == 700);
+}
+
+TEST_F(MarukakuTest, SaysWhenTheFileCannotBeWritten) {
+    fs::create_directory(work_file("TRIO.DAT"));
+    EXPECT_EQ(make_marukaku(shown), -1);
+    EXPECT_EQ(take_messages(), (std::vector<std::string>{"Error: Unable to open TRIO_FILE 01"}));
+}
+
+} // namespace
+
+} // namespace kigumi::test
