@@ -177,9 +177,9 @@ TEST_F(BenchmarkTest, LevySpillersDome) {
         for (const int no : {1, 2, 4, 5})
             expect_printed(r.s(no).force, "-460.76", "radial");
         for (int no = 7; no <= 18; no++)
-            EXPECT_NEAR(r.s(no).force, -93.396, 0.0015) << "leg " << no;
+            EXPECT_NEAR(r.s(no).force, -93.396, 0.002) << "leg " << no;
         for (int no = 19; no <= 24; no++)
-            EXPECT_NEAR(r.s(no).force, 351.1145, 0.002) << "ring " << no;
+            EXPECT_NEAR(r.s(no).force, 351.1145, 0.003) << "ring " << no;
     }
 }
 
