@@ -169,10 +169,4 @@ const char* motion_label(size_t dof) {
     return labels[dof];
 }
 
-Fault mechanism_fault(const Model& model, size_t node_index, size_t dof) {
-    return {Exit::mechanism,
-            text_of("構造が不安定です: %s が %s", node_label(model, number_of(node_index)).c_str(),
-                    motion_label(dof))};
-}
-
 } // namespace frameslv

@@ -146,11 +146,10 @@ Fault Analysis::loosest_motion() {
             loosest = j;
         }
     }
-    Fault fault =
-        mechanism_fault(model_, unknowns_.place[loosest].node, unknowns_.place[loosest].dof);
-    fault.code = Exit::inexact;
-    fault.text += " (部材の剛性の差が大きすぎます)";
-    return fault;
+    const auto [node, dof] = unknowns_.place[loosest];
+    return {Exit::inexact,
+            text_of("部材の剛性の差が大きすぎて計算できません: %s がほとんど抵抗なく %s",
+                    node_label(model_, number_of(node)).c_str(), motion_label(dof))};
 }
 
 void Analysis::set_load_scale() {
