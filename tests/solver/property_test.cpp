@@ -320,7 +320,7 @@ TEST_F(PropertyTest, NearMechanisms) {
     f.material = {{1e-9, 0.3}, {1e9, 0.3}};
     const Results refused = run(f);
     EXPECT_NE(refused.code, 0);
-    EXPECT_NE(refused.err.find("節点 3 がほとんど抵抗なく"), std::string::npos) << refused.err;
+    EXPECT_NE(refused.err.find("がほとんど抵抗なく"), std::string::npos) << refused.err;
     // The other way round nothing is lost: the stiff member is the held one.
     f.support = {{3}};
     f.load = {{1, six(1, 0, 0)}};
