@@ -1,6 +1,7 @@
 #include "solver/check.h"
 
 #include <algorithm>
+#include <cfloat>
 #include <charconv>
 #include <cmath>
 #include <string_view>
@@ -89,7 +90,7 @@ double frame_extent(const Model& model) {
 
 Fault check_members(const Model& model) {
     const double extent = frame_extent(model);
-    if (!std::isfinite(extent))
+    if (!(extent <= FLT_MAX)) // readers hold coordinates in single precision
         return model_fault("節点の座標が大きすぎます");
     for (int no = 1; no <= static_cast<int>(model.member.size()); no++) {
         if (Fault fault = check_member_numbers(model, no))
