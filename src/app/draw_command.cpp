@@ -8,6 +8,7 @@
 #include "geometry/perspective.h"
 #include "results/displacement.h"
 #include "results/force_picture.h"
+#include "results/marukaku.h"
 #include "results/model_picture.h"
 #include "ui/picture_file.h"
 
@@ -48,6 +49,12 @@ DrawArea client_area(const DrawOptions& options) {
     return area;
 }
 
+void set_viewpoint(const DrawOptions& options) {
+    view.Rho = options.rho;
+    view.Theta = options.theta;
+    view.Phi = options.phi;
+}
+
 int draw_results(const DrawOptions& options, const fs::path& path) {
     ResultView picture;
     picture.mode = result_mode(options.mode);
@@ -70,6 +77,22 @@ int draw_results(const DrawOptions& options, const fs::path& path) {
                         [&picture](Canvas& canvas) { draw_result_picture(canvas, picture); });
 }
 
+// Square and round bars by percent: all members, largest force first.
+int draw_solid_results(const DrawOptions& options, const fs::path& path) {
+    ResultView shown;
+    shown.area = client_area(options);
+    std::copy(result.stress.begin(), result.stress.begin() + result.N_Stress,
+              result.kensaku.begin());
+    result.Nken_Stress = result.N_Stress;
+    if (make_marukaku(shown) < 0) {
+        return -1;
+    }
+    set_viewpoint(options);
+    DrawArea area = client_area(options);
+    return save_picture(path, options.width, options.height,
+                        [&area](Canvas& canvas) { draw_perspective(canvas, area); });
+}
+
 int draw_frame(const DrawOptions& options, const fs::path& path) {
     DrawArea area = client_area(options);
     if (options.mode == "wire") {
@@ -86,9 +109,7 @@ int draw_frame(const DrawOptions& options, const fs::path& path) {
         return save_picture(path, options.width, options.height,
                             [&area](Canvas& canvas) { draw_axis_model(canvas, area); });
     }
-    view.Rho = options.rho;
-    view.Theta = options.theta;
-    view.Phi = options.phi;
+    set_viewpoint(options);
     return save_picture(path, options.width, options.height,
                         [&area](Canvas& canvas) { draw_perspective(canvas, area); });
 }
@@ -119,7 +140,8 @@ int run_draw(const DrawOptions& options) {
     if (FrameSlv() < 0) {
         return -1;
     }
-    return draw_results(options, path);
+    return options.mode == "solid" ? draw_solid_results(options, path)
+                                   : draw_results(options, path);
 }
 
 } // namespace kigumi

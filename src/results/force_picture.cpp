@@ -5,6 +5,8 @@
 #include "results/stroke_font.h"
 #include "trace/spy.h"
 
+#include <algorithm>
+#include <iterator>
 #include <string>
 
 namespace kigumi {
@@ -69,83 +71,72 @@ Pen force_pen(const Stress& s, const ResultView& shown) {
     }
 }
 
-// Draws labels at plane points of one fitted window.
+void draw_all_members(Canvas& canvas, const Projector& plane) {
+    set_pen(canvas, thin_black);
+    for (int i = 0; i < result.N_Stress; ++i) {
+        draw_member(canvas, plane, result.stress[i]);
+    }
+}
+
+// Draws labels at plane points of one fitted window. The font has to be there.
 struct Labeller {
     Canvas& canvas;
     const Projector plane;
-    const float window_height; // plane units
-
-    float name_height() const { return window_height / 75.0f; }
-    float other_height() const { return window_height * 0.01f; }
+    const float name_height;  // plane units
+    const float other_height; // of all other labels
 
     // `clear` times the height is left free to the right of the point.
-    int put(const std::string& text, int length, PlanePoint at, float height, float clear) const {
-        return draw_text(canvas, text, length, at.X + clear * height, at.Y, 0.0f, height);
+    void put(const std::string& text, int length, PlanePoint at, float height, float clear) const {
+        draw_text(canvas, text, length, at.X + clear * height, at.Y, 0.0f, height);
+    }
+    void put(const std::string& text, PlanePoint at, float clear) const {
+        put(text, static_cast<int>(text.size()), at, other_height, clear);
     }
 };
 
 constexpr float beside_node = 2.0f;
 constexpr float at_point = 0.0f;
 
-int label_names(const Labeller& labeller) {
+void label_names(const Labeller& labeller) {
     for (int i = 0; i < result.N_Setuten; ++i) {
         const Setuten& node = result.setuten[i];
-        if (labeller.put(node.pname, matched_name_length, labeller.plane(node.x, node.y, node.z),
-                         labeller.name_height(), beside_node) < 0) {
-            return -1;
-        }
+        labeller.put(node.pname, matched_name_length, labeller.plane(node.x, node.y, node.z),
+                     labeller.name_height, beside_node);
     }
-    return 0;
 }
 
-int label_members(const Labeller& labeller) {
+void label_members(const Labeller& labeller) {
     for (int i = 0; i < result.N_Stress; ++i) {
         const Stress& s = result.stress[i];
         const PlanePoint middle =
             labeller.plane((s.xi + s.xj) * 0.5f, (s.yi + s.yj) * 0.5f, (s.zi + s.zj) * 0.5f);
-        const std::string text = text_format("%5d", s.no);
-        if (labeller.put(text, static_cast<int>(text.size()), middle, labeller.other_height(),
-                         at_point) < 0) {
-            return -1;
-        }
+        labeller.put(text_format("%5d", s.no), middle, at_point);
     }
-    return 0;
 }
 
 // Puts a label at the model's node number `no`; nothing for a node that is nowhere.
-int label_node(const Labeller& labeller, int no, const std::string& text, float clear) {
-    PlanePoint at{};
+void label_node(const Labeller& labeller, int no, const std::string& text, float clear) {
     if (const Setuten* node = find_setuten(no)) {
-        at = labeller.plane(node->x, node->y, node->z);
+        labeller.put(text, labeller.plane(node->x, node->y, node->z), clear);
     } else if (no >= 1 && no <= model.N_Node) {
         const Node& own = model.node[position_of(no)];
-        at = labeller.plane(own.x, own.y, own.z);
-    } else {
-        return 0;
+        labeller.put(text, labeller.plane(own.x, own.y, own.z), clear);
     }
-    return labeller.put(text, static_cast<int>(text.size()), at, labeller.other_height(), clear);
 }
 
-int label_fixes(const Labeller& labeller) {
+void label_fixes(const Labeller& labeller) {
     for (int i = 0; i < model.N_Fix; ++i) {
         const Fix& f = model.fix[i];
-        const std::string text = text_format("Fix %1d%1d%1d111", f.ix, f.iy, f.iz);
-        if (label_node(labeller, f.no, text, beside_node) < 0) {
-            return -1;
-        }
+        label_node(labeller, f.no, text_format("Fix %1d%1d%1d111", f.ix, f.iy, f.iz), beside_node);
     }
-    return 0;
 }
 
-int label_loads(const Labeller& labeller) {
+void label_loads(const Labeller& labeller) {
     for (int i = 0; i < model.N_Load; ++i) {
         const Load& p = model.load[i];
-        const std::string text = text_format("Load x %8.1f y %5.1f z %8.1f", p.fx, p.fy, p.fz);
-        if (label_node(labeller, p.no, text, at_point) < 0) {
-            return -1;
-        }
+        label_node(labeller, p.no, text_format("Load x %8.1f y %5.1f z %8.1f", p.fx, p.fy, p.fz),
+                   at_point);
     }
-    return 0;
 }
 
 bool has_room(const Viewport& crt) {
@@ -154,6 +145,14 @@ bool has_room(const Viewport& crt) {
 
 bool is_fitted(const DrawArea& area) {
     return result.N_Stress > 0 && has_room(area.crt) && can_map(area);
+}
+
+bool start_picture(Canvas& canvas, ResultView& shown) {
+    if (!fit_result(shown)) {
+        return false;
+    }
+    canvas.set_area(shown.area);
+    return true;
 }
 
 } // namespace
@@ -172,25 +171,20 @@ bool fit_result(ResultView& shown) {
 
 void make_wire(Canvas& canvas, ResultView& shown) {
     spy("Enter make_wire()");
-    if (!fit_result(shown)) {
+    if (!start_picture(canvas, shown)) {
         return;
     }
-    canvas.set_area(shown.area);
     const Projector plane(shown.TAU, shown.FAI);
-    set_pen(canvas, thin_black);
-    for (int i = 0; i < result.N_Stress; ++i) {
-        draw_member(canvas, plane, result.stress[i]);
-    }
+    draw_all_members(canvas, plane);
     draw_axes(canvas, plane);
     set_pen(canvas, thin_black);
 }
 
 void make_force_wire(Canvas& canvas, ResultView& shown) {
     spy("Enter make_force_wire()");
-    if (!fit_result(shown)) {
+    if (!start_picture(canvas, shown)) {
         return;
     }
-    canvas.set_area(shown.area);
     const Projector plane(shown.TAU, shown.FAI);
     for (int i = 0; i < result.N_Stress; ++i) {
         set_pen(canvas, force_pen(result.stress[i], shown));
@@ -201,15 +195,11 @@ void make_force_wire(Canvas& canvas, ResultView& shown) {
 
 void make_heni(Canvas& canvas, ResultView& shown) {
     spy("Enter make_heni()");
-    if (!fit_result(shown)) {
+    if (!start_picture(canvas, shown)) {
         return;
     }
-    canvas.set_area(shown.area);
     const Projector plane(shown.TAU, shown.FAI);
-    set_pen(canvas, thin_black);
-    for (int i = 0; i < result.N_Stress; ++i) {
-        draw_member(canvas, plane, result.stress[i]);
-    }
+    draw_all_members(canvas, plane);
     set_pen(canvas, {pen_solid, 1, colour_red});
     for (int i = 0; i < result.N_Stress; ++i) {
         const HeniBeam& b = result.heni_beam[i];
@@ -219,16 +209,22 @@ void make_heni(Canvas& canvas, ResultView& shown) {
 }
 
 int draw_result_labels(Canvas& canvas, const ResultView& shown) {
-    if (!is_fitted(shown.area)) {
+    constexpr void (*put_labels[])(const Labeller&) = {label_names, label_members, label_fixes,
+                                                       label_loads};
+    const bool wanted = std::any_of(std::begin(shown.label), std::end(shown.label),
+                                    [](int flag) { return flag != 0; });
+    if (!wanted || !is_fitted(shown.area)) {
         return 0;
     }
-    const World& world = shown.area.world;
-    const Labeller labeller{canvas, Projector(shown.TAU, shown.FAI), world.ymax - world.ymin};
-    constexpr int (*put_labels[])(const Labeller&) = {label_names, label_members, label_fixes,
-                                                      label_loads};
+    if (load_stroke_font() < 0) {
+        return -1;
+    }
+    const float height = shown.area.world.ymax - shown.area.world.ymin;
+    const Labeller labeller{canvas, Projector(shown.TAU, shown.FAI), height / 75.0f,
+                            height * 0.01f};
     for (int kind = 0; kind < result_label_count; ++kind) {
-        if (shown.label[kind] != 0 && put_labels[kind](labeller) < 0) {
-            return -1;
+        if (shown.label[kind] != 0) {
+            put_labels[kind](labeller);
         }
     }
     return 0;

@@ -21,15 +21,15 @@ constexpr double steepest_slant = 60.0;
 constexpr unsigned first_printable = 16; // characters below are lowered
 constexpr double lowering = 3.0;
 constexpr unsigned no_glyph = 0x7F; // its glyph is the box
-constexpr size_t table_bytes = 2 * 256;
+constexpr size_t table_bytes = 512; // two a character
 
 struct StrokeFont {
     std::string table; // one entry a byte; empty while no file was read
 
-    unsigned at(size_t entry) const { return static_cast<unsigned char>(table[entry]); }
+    size_t at(size_t entry) const { return static_cast<unsigned char>(table[entry]); }
 
     // The entries of a glyph's strokes, two each; empty when they are not all within the table.
-    std::string_view strokes(unsigned character) const {
+    std::string_view strokes(size_t character) const {
         const size_t start = at(2 * character) * 256 + at(2 * character + 1);
         if (start < table_bytes || start >= table.size()) {
             return {};
@@ -78,7 +78,8 @@ struct TextPlacement {
                 static_cast<float>(y + u * across + v * along)};
     }
     PlanePoint point(double shift, unsigned code, double lowered) const {
-        const double v = code / 16 + offset[1] - 1.0 - lowered;
+        const unsigned row = code / 16;
+        const double v = row + offset[1] - 1.0 - lowered;
         const double u = code % 16 + offset[0] - 2.0;
         return at(shift + u + slope * v, v);
     }

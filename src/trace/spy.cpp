@@ -36,6 +36,14 @@ void spy_write() {
     std::fflush(file);
 }
 
+void spy_text(const std::string& line) {
+    if (std::FILE* file = log_file()) {
+        const std::string bytes = to_cp932(line) + "\r\n";
+        std::fwrite(bytes.data(), 1, bytes.size(), file);
+        std::fflush(file);
+    }
+}
+
 void spy_close() {
     if (log_file() != nullptr) {
         std::fclose(log_file());

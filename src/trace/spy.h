@@ -71,6 +71,9 @@ template <class... Values> void spy_now(const char* format, Values... values) {
     spy_write();
 }
 
+// Writes a line of text that is no literal at once.
+void spy_text(const std::string& line);
+
 // Closes the log; nothing is written after that.
 void spy_close();
 

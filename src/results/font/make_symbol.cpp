@@ -12,7 +12,7 @@
 namespace {
 
 constexpr int characters = 256;
-constexpr size_t table_bytes = 2 * characters;
+constexpr size_t table_bytes = size_t{2} * characters;
 constexpr size_t largest_font = 65535;
 constexpr int box = 0x7F; // stands for every character without a glyph of its own
 constexpr size_t most_strokes = 255;
@@ -98,13 +98,13 @@ void append_glyph(std::string& font, const std::vector<Stroke>& strokes) {
 std::string make_font(const Source& source) {
     std::string font(table_bytes, '\0');
     std::array<size_t, characters> start{};
-    for (int c = 0; c < characters; ++c) {
+    for (size_t c = 0; c < characters; ++c) {
         if (source.present[c]) {
             start[c] = font.size();
             append_glyph(font, source.glyph[c]);
         }
     }
-    for (int c = 0; c < characters; ++c) {
+    for (size_t c = 0; c < characters; ++c) {
         const size_t at = source.present[c] ? start[c] : start[box];
         font[2 * c] = static_cast<char>(at / 256);
         font[2 * c + 1] = static_cast<char>(at % 256);
