@@ -47,6 +47,13 @@ int refuse_save(const fs::path& path, const std::string& why) {
     return -1;
 }
 
+// A rename would replace such a file all the same; whoever protected it wants it kept.
+bool is_write_protected(const fs::file_status& status) {
+    constexpr fs::perms write =
+        fs::perms::owner_write | fs::perms::group_write | fs::perms::others_write;
+    return (status.permissions() & write) == fs::perms::none;
+}
+
 } // namespace
 
 fs::path& work_dir() {
@@ -116,6 +123,9 @@ int save_file(const fs::path& path, std::string_view bytes, bool sync) {
         return refuse_save(path, reason_of(EISDIR));
     }
     const bool in_place = fs::exists(status) && !fs::is_regular_file(status);
+    if (fs::is_regular_file(status) && is_write_protected(status)) {
+        return refuse_save(path, reason_of(EACCES));
+    }
     fs::path written = target;
     std::FILE* file = in_place ? open_binary(target, "wb") : create_beside(target, written);
     if (file == nullptr) {
