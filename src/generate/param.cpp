@@ -38,18 +38,6 @@ void apply_yane_choice(int choice) {
     param.HashiraHeight3 = 0.0f;
 }
 
-bool roof_dimensions_ok() {
-    for (const float value :
-         {param.YaneTakasa, param.YaneHashiraHaba, param.KetaHaba, param.KetaAtumi,
-          param.SumiGashoHaba, param.SumiGashoAtumi, param.HiraGashoHaba, param.HiraGashoAtumi,
-          param.HiuchiHaba, param.HiuchiAtumi, param.MoyaHaba, param.MoyaAtumi}) {
-        if (!(value > 0.0f)) {
-            return false;
-        }
-    }
-    return param.YaneHashira >= 0.0f && (param.YaneType == 1 || param.YaneType == 2);
-}
-
 namespace {
 
 int refuse(const char* message) {
@@ -153,8 +141,9 @@ int check_param(const KihonChoice& choice) {
     if (check_dimensions() < 0) {
         return -1;
     }
-    if (choice.yane == 1 && !roof_dimensions_ok()) {
-        return refuse("屋根データに誤りがあります");
+    const bool roof_is_built = choice.yane == 1 && (choice.kaisou == 0 || choice.kaisou == 1);
+    if (const char* fault = roof_is_built ? find_roof_fault() : nullptr) {
+        return refuse(fault);
     }
     return check_capacity();
 }
