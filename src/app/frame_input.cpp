@@ -79,7 +79,10 @@ int set_parameters(const std::vector<std::string>& settings) {
         return -1;
     }
     const KihonChoice choice{param.SumiType, param.N_Sou - 1, yane_choice(param.YaneMode)};
-    apply_yane_choice(choice.yane);
+    // A roof on three storeys is left out, so it closes off none of their heights.
+    if (choice.yane != 1 || param.N_Sou < 3) {
+        apply_yane_choice(choice.yane);
+    }
     return check_param(choice);
 }
 
