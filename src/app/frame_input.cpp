@@ -95,6 +95,9 @@ int read_frame(const std::string& input) {
     reset_solids();
     clear_points();
     const bool drawn = has_ending(input, ".tgk");
+    if (!drawn) {
+        forget_old_node();
+    }
     const int status = drawn ? load_tegaki_data(path_of(input)) : load_jiku_data(path_of(input));
     const bool empty = status >= 0 && model.N_Beam == 0;
     const bool rebuilt = status >= 0 && !empty && rebuild_tables() == 0;
