@@ -9,8 +9,6 @@
 #include "model/lookup.h"
 #include "model/select.h"
 
-#include <algorithm>
-
 namespace kigumi {
 
 namespace {
@@ -53,14 +51,6 @@ int check_choices() {
     return 0;
 }
 
-bool has_ending(const std::string& name, std::string_view ending) {
-    std::string own = utf8_of(path_of(name).extension());
-    std::transform(own.begin(), own.end(), own.begin(), [](unsigned char c) {
-        return static_cast<char>(c >= 'A' && c <= 'Z' ? c - 'A' + 'a' : c);
-    });
-    return own == ending;
-}
-
 } // namespace
 
 int set_parameters(const std::vector<std::string>& settings) {
@@ -94,7 +84,7 @@ int read_frame(const std::string& input) {
     reset_model();
     reset_solids();
     clear_points();
-    const bool drawn = has_ending(input, ".tgk");
+    const bool drawn = ending_of(path_of(input)) == ".tgk";
     if (!drawn) {
         forget_old_node();
     }

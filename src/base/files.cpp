@@ -77,6 +77,14 @@ std::string utf8_of(const fs::path& path) {
     return std::string(text.begin(), text.end());
 }
 
+std::string ending_of(const fs::path& path) {
+    std::string ending = utf8_of(path.extension());
+    for (char& c : ending) {
+        c = c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+    }
+    return ending;
+}
+
 std::optional<std::string> read_file(const fs::path& path) {
     std::error_code code;
     const fs::file_status status = fs::status(path, code);

@@ -23,6 +23,9 @@ fs::path work_file(std::string_view name);
 fs::path path_of(std::string_view utf8);
 std::string utf8_of(const fs::path& path);
 
+// The file name's ending with its dot, A to Z as a to z (".jik" of "A.JIK").
+std::string ending_of(const fs::path& path);
+
 // The largest file that any reader takes, bytes.
 constexpr std::uintmax_t largest_file = 512u << 20;
 
