@@ -18,6 +18,8 @@ std::string& error_text() {
     return text;
 }
 
+constexpr const char* too_large = "ファイルが大きすぎます";
+
 // Describes a failure of the system for people.
 std::string reason_of(int code) {
     switch (code) {
@@ -94,15 +96,17 @@ std::optional<std::string> read_file(const fs::path& path) {
     if (!fs::exists(status)) {
         return refuse(path, reason_of(code && code.value() != 0 ? code.value() : ENOENT));
     }
+    std::uintmax_t size = fs::is_regular_file(status) ? fs::file_size(path, code) : 0;
+    size = code ? 0 : size;
+    if (size > largest_file) {
+        return refuse(path, too_large);
+    }
     std::FILE* file = open_binary(path, "rb");
     if (file == nullptr) {
         return refuse(path, reason_of(errno));
     }
     std::string bytes;
-    const std::uintmax_t size = fs::is_regular_file(status) ? fs::file_size(path, code) : 0;
-    if (!code && size <= largest_file) {
-        bytes.reserve(static_cast<size_t>(size) + 1);
-    }
+    bytes.reserve(static_cast<size_t>(size) + 1);
     char piece[1 << 16];
     size_t got = 0;
     while ((got = std::fread(piece, 1, sizeof piece, file)) > 0 && bytes.size() <= largest_file) {
@@ -115,7 +119,7 @@ std::optional<std::string> read_file(const fs::path& path) {
         return refuse(path, reason_of(why));
     }
     if (bytes.size() > largest_file) {
-        return refuse(path, "ファイルが大きすぎます");
+        return refuse(path, too_large);
     }
     return bytes;
 }
