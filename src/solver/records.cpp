@@ -1,5 +1,6 @@
 #include "solver/records.h"
 
+#include <algorithm>
 #include <charconv>
 
 namespace frameslv {
@@ -33,6 +34,12 @@ bool parse_real(std::string_view word, double& value) {
 
 } // namespace
 
+bool lacks_line_end(std::string_view text) {
+    const size_t end = text.rfind('\n');
+    const std::string_view last = text.substr(end == std::string_view::npos ? 0 : end + 1);
+    return !std::all_of(last.begin(), last.end(), is_blank);
+}
+
 RecordReader::RecordReader(std::string_view text) : text_(text) {
     constexpr std::string_view byte_order_mark = "\xEF\xBB\xBF";
     if (text_.starts_with(byte_order_mark))
@@ -56,7 +63,7 @@ bool RecordReader::next_line(std::string_view& line) {
 
 bool RecordReader::split(std::string_view line, bool blank_first) {
     fields_.clear();
-    comma_seen_ = false;
+    by_comma_ = by_blank_ = false;
     bool comma = !blank_first; // the last separator was a comma, or a comma may not come yet
     size_t i = 0;
     while (i < line.size()) {
@@ -66,10 +73,11 @@ bool RecordReader::split(std::string_view line, bool blank_first) {
             if (comma)
                 return fail("カンマの間に値がありません");
             comma = true;
-            comma_seen_ = true;
+            by_comma_ = true;
             i++;
         } else {
             const size_t start = i;
+            by_blank_ = by_blank_ || (!comma && !fields_.empty());
             while (i < line.size() && line[i] != ',' && !is_blank(line[i]))
                 i++;
             fields_.push_back(line.substr(start, i - start));
@@ -90,8 +98,6 @@ bool RecordReader::next(const char* block, size_t least, size_t most, bool blank
         if (!split(line, blank_first))
             return false;
     }
-    if (at_ > text_.size())
-        return fail(text_of("%sの行が途中で切れています (行末の改行がありません)", block));
     if (size() < least || size() > most)
         return fail(text_of("%sの項目の数 %zu が合いません", block, size()));
     return true;
@@ -127,7 +133,7 @@ bool RecordReader::is_real(size_t i) const {
 
 bool RecordReader::expect_names(const char* block, size_t first) {
     for (size_t i = first; i < size(); i++)
-        if (comma_seen_ && is_real(i))
+        if (by_comma_ && by_blank_ && is_real(i))
             return fail(text_of("%sの名前「%s」が数値です (小数点にカンマは使えません)", block,
                                 printable(field(i)).c_str()));
     return true;

@@ -10,6 +10,9 @@
 
 namespace frameslv {
 
+// Whether the last record of a text has no line end: written by hand, or cut off.
+bool lacks_line_end(std::string_view text);
+
 // Hands out the records of a text in memory, which must outlive it. Every function that returns
 // false has noted a fault that names the line.
 class RecordReader {
@@ -20,8 +23,7 @@ class RecordReader {
 
     // Goes to the next line that is not blank; it must have `least` to `most` items. `block` names
     // the block in the message. A comma before the first item is allowed only with `blank_first`;
-    // two commas with nothing between are refused. A last line without its line end is taken as cut
-    // off.
+    // two commas with nothing between are refused.
     bool next(const char* block, size_t least, size_t most, bool blank_first = false);
 
     // True when only blank lines are left.
@@ -38,7 +40,7 @@ class RecordReader {
     bool is_real(size_t i) const;
 
     // Refuses a record whose items from `first` on, names that may be left out, look like what a
-    // decimal comma has split off: a number, where the line has a comma.
+    // decimal comma has split off: a number, where the line separates by commas and by blanks.
     bool expect_names(const char* block, size_t first);
 
     // Refuses a count of records that is negative or that the rest of the text cannot hold, so that
@@ -55,8 +57,10 @@ class RecordReader {
 
     std::string_view text_;
     size_t at_ = 0;
-    bool comma_seen_ = false; // in the record
-    int line_ = 0;            // 1-based number of the line handed out last
+    // What separates the items of the record.
+    bool by_comma_ = false;
+    bool by_blank_ = false;
+    int line_ = 0; // 1-based number of the line handed out last
     std::vector<std::string_view> fields_;
     Fault fault_;
 };

@@ -3,6 +3,7 @@
 #include "solver/check.h"
 #include "solver/input.h"
 #include "solver/output.h"
+#include "solver/records.h"
 #include "solver/solve.h"
 
 #include <fstream>
@@ -75,6 +76,8 @@ Fault run_steps(const fs::path& folder, std::ostream& out) {
         return fault;
     if (Fault fault = solve(model, solution))
         return fault;
+    if (lacks_line_end(text))
+        out << text_of("警告 (WARNING): %s の最後の行に改行がありません\n", input_file);
     print_summary(out, model, solution);
     return write_results(folder, result_texts(model, solution));
 }

@@ -212,9 +212,18 @@ TEST_F(RefusalTest, Texts) {
 
 TEST_F(RefusalTest, CutAtEveryByte) {
     const std::string good = portal().text();
-    for (size_t length = 0; length < good.size(); length++)
+    const std::string unended = good.substr(0, good.size() - 1);
+    for (size_t length = 0; length < unended.size(); length++)
         expect_refused(good.substr(0, length), length == 0 ? Exit::no_input : Exit::bad_text,
                        "FRAMESLV.IN", "cut at " + std::to_string(length));
+    // Only the line end is missing: files written by hand.
+    const Results whole = run(good);
+    const Results r = run(unended);
+    ASSERT_EQ(r.code, 0) << r.err;
+    expect_same(r.moved, whole.moved, 0.0);
+    EXPECT_NE(r.out.find("改行がありません"), std::string::npos) << r.out;
+    EXPECT_EQ(whole.out.find("改行がありません"), std::string::npos) << whole.out;
+    EXPECT_EQ(run(good + "  ").out, whole.out);
 }
 
 TEST_F(RefusalTest, NoBytesCrash) {
