@@ -10,15 +10,19 @@ namespace kigumi {
 
 namespace {
 
-// Reads the blocks of the file in their order; every block is a count line and its lines.
+// Reads the blocks of the file in their order, in the free form that the solver takes.
 class RoleReader {
   public:
     explicit RoleReader(std::string_view bytes) : lines_(bytes) {}
 
     bool read() {
-        for (int block = 0; block < blocks_before; ++block) {
-            const int count = read_count(block);
-            if (count < 0 || !skip(count)) {
+        for (int block = 0; block < level_blocks; ++block) {
+            if (!skip_levels()) {
+                return false;
+            }
+        }
+        for (int block = 0; block < record_blocks; ++block) {
+            if (!skip_records(block == member_block ? 1 : 0)) {
                 return false;
             }
         }
@@ -29,81 +33,101 @@ class RoleReader {
     std::vector<Load> loads;
 
   private:
-    static constexpr int blocks_before = 7; // levels, members, sections, materials, nodes
-    static constexpr int member_block = 3;  // its count line has the node count in front
+    static constexpr int level_blocks = 3;
+    static constexpr int record_blocks = 4; // members, sections, materials, nodes
+    static constexpr int member_block = 0;  // its count line has the node count in front
 
-    int read_count(int block) {
+    // Takes the items of the next line that is not blank; commas separate as blanks do.
+    bool next_record() {
+        fields_.clear();
         std::string_view line;
-        int count = -1;
-        if (!lines_.next(line)) {
-            return -1;
+        while (fields_.empty() && lines_.next(line)) {
+            text_ = line;
+            std::replace(text_.begin(), text_.end(), ',', ' ');
+            Scanner scan(text_);
+            for (std::string_view word; scan.next(word);) {
+                fields_.push_back(word);
+            }
         }
-        Scanner scan(line);
-        const bool good = scan.next(count) && (block != member_block || scan.next(count));
-        return good ? count : -1;
+        return !fields_.empty();
     }
-    bool skip(int count) {
-        std::string_view line;
-        while (count > 0 && lines_.next(line)) {
+    bool next_count(size_t at, int& count) {
+        return next_record() && fields_.size() > at && parse_number(fields_[at], count) &&
+               count >= 0;
+    }
+    // The values may stand on the line of the count, and any number of them on a line.
+    bool skip_levels() {
+        int count = 0;
+        if (!next_count(0, count)) {
+            return false;
+        }
+        size_t values = fields_.size() - 1;
+        while (values < static_cast<size_t>(count) && next_record()) {
+            values += fields_.size();
+        }
+        return values == static_cast<size_t>(count);
+    }
+    bool skip_records(size_t count_at) {
+        int count = 0;
+        if (!next_count(count_at, count)) {
+            return false;
+        }
+        while (count > 0 && next_record()) {
             --count;
         }
         return count == 0;
-    }
-    // The comma-separated fields of the next line, as blank-separated text.
-    bool next_fields(std::string& fields) {
-        std::string_view line;
-        if (!lines_.next(line)) {
-            return false;
-        }
-        fields = line;
-        std::replace(fields.begin(), fields.end(), ',', ' ');
-        return true;
     }
     bool read_fixes();
     bool read_loads();
 
     LineReader lines_;
+    std::string text_; // the line that the fields lie in
+    std::vector<std::string_view> fields_;
 };
 
 bool RoleReader::read_fixes() {
-    const int count = read_count(blocks_before);
-    std::string fields;
+    int count = 0;
+    if (!next_count(0, count) || count > fix_capacity) {
+        return false;
+    }
     for (int i = 0; i < count; ++i) {
         Fix fix{};
-        std::string_view digits;
-        if (!next_fields(fields)) {
+        if (!next_record() || fields_.size() < 2 || fields_[1].size() < 3 ||
+            !parse_number(fields_[0], fix.no)) {
             return false;
         }
-        Scanner scan(fields);
-        if (!scan.next(fix.no) || !scan.next(digits) || digits.size() < 3) {
-            return false;
-        }
+        const std::string_view digits = fields_[1];
         fix.ix = digits[0] == '1' ? 1 : 0;
         fix.iy = digits[1] == '1' ? 1 : 0;
         fix.iz = digits[2] == '1' ? 1 : 0;
         fixes.push_back(fix);
     }
-    return count >= 0 && count <= fix_capacity;
+    return true;
 }
 
 bool RoleReader::read_loads() {
-    const int count = read_count(blocks_before + 1);
-    std::string fields;
+    constexpr size_t unnamed = 7; // number, three forces, three moments; a name may come before
+    int count = 0;
+    if (!next_count(0, count) || count > load_capacity) {
+        return false;
+    }
     for (int i = 0; i < count; ++i) {
         Load load{};
-        std::string_view name;
-        if (!next_fields(fields)) {
+        if (!next_record() || fields_.size() < unnamed || fields_.size() > unnamed + 1) {
             return false;
         }
-        Scanner scan(fields);
-        if (!scan.next(name) || !scan.next(load.no) || !scan.next(load.fx) || !scan.next(load.fy) ||
-            !scan.next(load.fz)) {
+        const size_t first = fields_.size() - unnamed;
+        if (!parse_number(fields_[first], load.no) || !parse_number(fields_[first + 1], load.fx) ||
+            !parse_number(fields_[first + 2], load.fy) ||
+            !parse_number(fields_[first + 3], load.fz)) {
             return false;
         }
-        set_name(load.id, std::string(name).c_str());
+        if (first > 0) {
+            set_name(load.id, std::string(fields_[0]).c_str());
+        }
         loads.push_back(load);
     }
-    return count >= 0 && count <= load_capacity;
+    return true;
 }
 
 } // namespace

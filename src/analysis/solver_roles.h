@@ -6,8 +6,8 @@
 namespace kigumi {
 
 // Replaces the support and load tables by those of FRAMESLV.IN in the working directory, for the
-// labels of result pictures when no model is loaded. 0, or -1 without a message when the file is
-// missing or is not as save_honegumi writes it; the tables are then empty.
+// labels of result pictures when no model is loaded. The file may be in any form that the solver
+// takes. 0, or -1 without a message when it is missing or broken; the tables are then empty.
 int load_solver_roles();
 
 } // namespace kigumi

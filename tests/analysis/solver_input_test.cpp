@@ -1,4 +1,5 @@
 #include "analysis/solver_input.h"
+#include "analysis/solver_roles.h"
 
 #include "results_support.h"
 
@@ -41,6 +42,32 @@ TEST_F(SolverInputTest, PadsJapaneseNamesByTheirBytesInTheFile) {
     set_name(model.node[0].id, "柱頭");
     const std::string text = written(save_honegumi);
     EXPECT_NE(text.find("       0.0      \x92\x8c\x93\xaa\r\n"), std::string::npos) << text;
+}
+
+TEST_F(SolverInputTest, ReadsSupportsAndLoadsBackFromAnyForm) {
+    make_post();
+    append_fix(2, 1, 0, 1);
+    const std::string own = written(save_honegumi);
+    const std::string by_hand = "2 0 300\n0\n\n1\n0\n2,1\n1,1,2,1,1,0\n1\n1 1 1 1 1\n1\n1 1 0 0\n"
+                                "2\n1 0 0 0\n2 0 0 300\n\n2\n1 111111\n2,101000\n"
+                                "2\n,2,0,0,-200,0,0,0\nA1 1 5 0 0 0 0 0";
+    for (const std::string& text : {own, by_hand}) {
+        ASSERT_EQ(save_file(work_file("FRAMESLV.IN"), text), 0);
+        ASSERT_EQ(load_solver_roles(), 0) << text;
+        ASSERT_EQ(model.N_Fix, 2);
+        EXPECT_EQ(model.fix[1].no, 2);
+        EXPECT_EQ(model.fix[1].iy, 0);
+        EXPECT_EQ(model.fix[1].iz, 1);
+        ASSERT_GE(model.N_Load, 1);
+        EXPECT_EQ(model.load[0].no, 2);
+        EXPECT_FLOAT_EQ(model.load[0].fz, -200.0f);
+    }
+    EXPECT_EQ(model.load[1].no, 1);
+    for (size_t length = 0; length + 1 < by_hand.size(); ++length) {
+        ASSERT_EQ(save_file(work_file("FRAMESLV.IN"), by_hand.substr(0, length)), 0);
+        EXPECT_EQ(load_solver_roles(), -1) << length;
+        EXPECT_EQ(model.N_Fix + model.N_Load, 0);
+    }
 }
 
 TEST_F(SolverInputTest, LeavesTheOldFileWholeWhenItCannotWrite) {
