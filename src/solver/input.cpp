@@ -8,6 +8,14 @@ namespace frameslv {
 
 namespace {
 
+// The fewest items of a record of each block; names may be left out.
+constexpr size_t member_items = 6;
+constexpr size_t section_items = 5;
+constexpr size_t material_items = 4;
+constexpr size_t node_items = 4;
+constexpr size_t support_items = 2;
+constexpr size_t load_items = 1 + dof_count;
+
 // Reads the blocks one after the other; every function returns false with the fault noted.
 class InputReader {
   public:
@@ -30,7 +38,7 @@ class InputReader {
     bool read_supports();
     bool read_loads();
 
-    bool read_count(const char* block, int& count);
+    bool read_count(const char* block, size_t items, int& count);
     // Takes field 0 as a number 1..size that has not come before.
     bool read_own_number(const char* block, std::vector<bool>& seen, int& no);
     bool read_node_number(const char* block, size_t field, int& no);
@@ -42,9 +50,9 @@ class InputReader {
     int N_Node_ = 0; // as told by the member block
 };
 
-bool InputReader::read_count(const char* block, int& count) {
+bool InputReader::read_count(const char* block, size_t items, int& count) {
     return records_.next(block, 1, 1) && records_.integer(0, count) &&
-           records_.expect_count(block, count);
+           records_.expect_count(block, count, items);
 }
 
 bool InputReader::read_own_number(const char* block, std::vector<bool>& seen, int& no) {
@@ -77,7 +85,7 @@ bool InputReader::read_values(size_t first, std::initializer_list<double*> value
 bool InputReader::read_levels(const char* block, std::vector<double>& levels) {
     int count = 0;
     if (!records_.next(block, 1, RecordReader::any_count) || !records_.integer(0, count) ||
-        !records_.expect_count(block, count))
+        !records_.expect_count(block, count, 1))
         return false;
     size_t field = 1;
     while (levels.size() < static_cast<size_t>(count)) {
@@ -100,16 +108,16 @@ bool InputReader::read_members() {
     constexpr const char* block = "部材";
     int N_Beam = 0;
     if (!records_.next(block, 2, 2) || !records_.integer(0, N_Node_) ||
-        !records_.integer(1, N_Beam) || !records_.expect_count("節点", N_Node_) ||
-        !records_.expect_count(block, N_Beam))
+        !records_.integer(1, N_Beam) || !records_.expect_count("節点", N_Node_, node_items) ||
+        !records_.expect_count(block, N_Beam, member_items))
         return false;
     model_.member.resize(static_cast<size_t>(N_Beam));
     std::vector<bool> seen(model_.member.size());
     for (int i = 0; i < N_Beam; i++) {
         int no = 0;
         // Six numbers, then the names of both ends, either of which may be blank.
-        if (!records_.next(block, 6, 8) || !records_.expect_names(block, 6) ||
-            !read_own_number(block, seen, no))
+        if (!records_.next(block, member_items, member_items + 2) ||
+            !records_.expect_names(block, member_items) || !read_own_number(block, seen, no))
             return false;
         Member& member = model_.member[index_of(no)];
         if (!records_.integer(1, member.noi) || !records_.integer(2, member.noj) ||
@@ -123,13 +131,14 @@ bool InputReader::read_members() {
 bool InputReader::read_sections() {
     constexpr const char* block = "断面";
     int count = 0;
-    if (!read_count(block, count))
+    if (!read_count(block, section_items, count))
         return false;
     model_.section.resize(static_cast<size_t>(count));
     std::vector<bool> seen(model_.section.size());
     for (int i = 0; i < count; i++) {
         int no = 0;
-        if (!records_.next(block, 5, 5) || !read_own_number(block, seen, no))
+        if (!records_.next(block, section_items, section_items) ||
+            !read_own_number(block, seen, no))
             return false;
         Section& section = model_.section[index_of(no)];
         if (!read_values(1, {&section.Iy, &section.Iz, &section.A, &section.J}))
@@ -141,13 +150,14 @@ bool InputReader::read_sections() {
 bool InputReader::read_materials() {
     constexpr const char* block = "材料";
     int count = 0;
-    if (!read_count(block, count))
+    if (!read_count(block, material_items, count))
         return false;
     model_.material.resize(static_cast<size_t>(count));
     std::vector<bool> seen(model_.material.size());
     for (int i = 0; i < count; i++) {
         int no = 0;
-        if (!records_.next(block, 4, 4) || !read_own_number(block, seen, no))
+        if (!records_.next(block, material_items, material_items) ||
+            !read_own_number(block, seen, no))
             return false;
         Material& material = model_.material[index_of(no)];
         if (!read_values(1, {&material.E, &material.poisson, &material.density}))
@@ -159,7 +169,7 @@ bool InputReader::read_materials() {
 bool InputReader::read_nodes() {
     constexpr const char* block = "節点";
     int count = 0;
-    if (!read_count(block, count))
+    if (!read_count(block, node_items, count))
         return false;
     if (count != N_Node_)
         return records_.fail(
@@ -168,14 +178,14 @@ bool InputReader::read_nodes() {
     std::vector<bool> seen(model_.node.size());
     for (int i = 0; i < count; i++) {
         int no = 0;
-        if (!records_.next(block, 4, 5) || !records_.expect_names(block, 4) ||
-            !read_own_number(block, seen, no))
+        if (!records_.next(block, node_items, node_items + 1) ||
+            !records_.expect_names(block, node_items) || !read_own_number(block, seen, no))
             return false;
         Node& node = model_.node[index_of(no)];
         if (!read_values(1, {&node.at.x, &node.at.y, &node.at.z}))
             return false;
-        if (records_.size() == 5)
-            node.name = records_.field(4);
+        if (records_.size() > node_items)
+            node.name = records_.field(node_items);
     }
     return true;
 }
@@ -194,12 +204,12 @@ bool InputReader::read_support_digits(Node& node) {
 
 bool InputReader::read_supports() {
     constexpr const char* block = "支点";
-    if (!read_count(block, model_.N_Fix))
+    if (!read_count(block, support_items, model_.N_Fix))
         return false;
     for (int i = 0; i < model_.N_Fix; i++) {
         int no = 0;
-        if (!records_.next(block, 2, 2) || !read_node_number(block, 0, no) ||
-            !read_support_digits(model_.node[index_of(no)]))
+        if (!records_.next(block, support_items, support_items) ||
+            !read_node_number(block, 0, no) || !read_support_digits(model_.node[index_of(no)]))
             return false;
     }
     return true;
@@ -207,14 +217,13 @@ bool InputReader::read_supports() {
 
 bool InputReader::read_loads() {
     constexpr const char* block = "荷重";
-    if (!read_count(block, model_.N_Load))
+    if (!read_count(block, load_items, model_.N_Load))
         return false;
     for (int i = 0; i < model_.N_Load; i++) {
         // The node's name, which may be blank; its number; six components.
-        constexpr size_t unnamed = 1 + dof_count;
-        if (!records_.next(block, unnamed, unnamed + 1, true))
+        if (!records_.next(block, load_items, load_items + 1, true))
             return false;
-        const size_t first = records_.size() - unnamed;
+        const size_t first = records_.size() - load_items;
         int no = 0;
         if (!read_node_number(block, first, no))
             return false;

@@ -139,13 +139,15 @@ bool RecordReader::expect_names(const char* block, size_t first) {
     return true;
 }
 
-bool RecordReader::expect_count(const char* block, int count) {
-    constexpr size_t shortest = 2; // a level value of one digit and its separator, bytes
-    const size_t left = at_ < text_.size() ? text_.size() - at_ : 0;
+bool RecordReader::expect_count(const char* block, int count, size_t items) {
+    constexpr size_t item_bytes = 2; // one digit and a separator
+    const size_t shortest = items * item_bytes;
+    // The last record may lack its line end.
+    const size_t left = at_ < text_.size() ? text_.size() - at_ + 1 : 0;
     if (count < 0)
         return fail(text_of("%sの個数 %d が負です", block, count));
     // The values of a level block may begin on the line of the count itself.
-    const size_t room = left + (fields_.empty() ? 0 : fields_.size() * shortest);
+    const size_t room = left + (fields_.empty() ? 0 : fields_.size() * item_bytes);
     if (static_cast<size_t>(count) > room / shortest)
         return fail(text_of("%sの個数 %d がファイルの大きさに合いません", block, count));
     return true;

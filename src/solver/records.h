@@ -44,8 +44,8 @@ class RecordReader {
     bool expect_names(const char* block, size_t first);
 
     // Refuses a count of records that is negative or that the rest of the text cannot hold, so that
-    // tables may be sized by it.
-    bool expect_count(const char* block, int count);
+    // tables may be sized by it. A record has at least `items` items.
+    bool expect_count(const char* block, int count, size_t items);
 
     // Notes a fault at the current line; returns false.
     bool fail(const std::string& what);
