@@ -9,6 +9,7 @@
 
 #include <QGuiApplication>
 
+#include <cmath>
 #include <memory>
 
 namespace kigumi {
@@ -185,6 +186,12 @@ void CommandLine::read_draw_texts() {
     DrawOptions& o = draw_options_;
     require(band_.empty() || (parse_list(band_, o.low, o.high) && o.low <= o.high), "--band",
             band_);
+    for (const auto& [option, value] :
+         {std::pair{"--tau", double{o.tau}}, std::pair{"--fai", double{o.fai}},
+          std::pair{"--theta", double{o.theta}}, std::pair{"--phi", double{o.phi}}}) {
+        require(std::isfinite(value), option, std::to_string(value));
+    }
+    require(std::isfinite(o.rho) && o.rho > 0.0, "--rho", std::to_string(o.rho));
     std::string size = size_;
     const size_t cross = size.find('x');
     if (cross != std::string::npos) {
