@@ -74,8 +74,9 @@ int draw_results(const DrawOptions& options, const fs::path& path) {
     if (model.N_Fix == 0 && model.N_Load == 0) {
         load_solver_roles();
     }
-    return save_picture(path, options.width, options.height,
-                        [&picture](Canvas& canvas) { draw_result_picture(canvas, picture); });
+    return save_picture(path, options.width, options.height, [&picture](Canvas& canvas) {
+        return draw_result_picture(canvas, picture);
+    });
 }
 
 // Square and round bars by percent: all members, largest force first.
@@ -91,7 +92,7 @@ int draw_solid_results(const DrawOptions& options, const fs::path& path) {
     set_viewpoint(options);
     DrawArea area = client_area(options);
     return save_picture(path, options.width, options.height,
-                        [&area](Canvas& canvas) { draw_perspective(canvas, area); });
+                        [&area](Canvas& canvas) { return draw_perspective(canvas, area); });
 }
 
 int draw_frame(const DrawOptions& options, const fs::path& path) {
@@ -100,19 +101,20 @@ int draw_frame(const DrawOptions& options, const fs::path& path) {
         ModelLabels labels;
         labels.node_names = has_label(options, "nodes");
         labels.member_numbers = has_label(options, "members");
-        return save_picture(path, options.width, options.height,
-                            [&](Canvas& canvas) { draw_model_picture(canvas, area, labels); });
+        return save_picture(path, options.width, options.height, [&](Canvas& canvas) {
+            return draw_model_picture(canvas, area, labels);
+        });
     }
     if (build_trio_file() < 0) {
         return -1;
     }
     if (options.mode == "axis") {
         return save_picture(path, options.width, options.height,
-                            [&area](Canvas& canvas) { draw_axis_model(canvas, area); });
+                            [&area](Canvas& canvas) { return draw_axis_model(canvas, area); });
     }
     set_viewpoint(options);
     return save_picture(path, options.width, options.height,
-                        [&area](Canvas& canvas) { draw_perspective(canvas, area); });
+                        [&area](Canvas& canvas) { return draw_perspective(canvas, area); });
 }
 
 } // namespace

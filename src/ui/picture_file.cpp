@@ -14,21 +14,27 @@ namespace kigumi {
 
 namespace {
 
-void paint(QPaintDevice& device, const PictureFunction& draw, bool smooth) {
+int paint(QPaintDevice& device, const PictureFunction& draw, bool smooth) {
     QPainter painter(&device);
     painter.setRenderHint(QPainter::Antialiasing, smooth);
     PainterCanvas canvas(painter);
-    draw(canvas);
+    return draw(canvas);
 }
 
-void paint_png(QBuffer& out, QSize size, const PictureFunction& draw) {
+int paint_png(QBuffer& out, QSize size, const PictureFunction& draw) {
     QImage image(size, QImage::Format_RGB32);
     image.fill(Qt::white);
-    paint(image, draw, true);
-    image.save(&out, "PNG");
+    if (paint(image, draw, true) < 0) {
+        return -1;
+    }
+    if (!image.save(&out, "PNG")) { // too large for the memory
+        show_message(text_format("%d × %d の図を作れません", size.width(), size.height()));
+        return -1;
+    }
+    return 0;
 }
 
-void paint_svg(QBuffer& out, QSize size, const PictureFunction& draw) {
+int paint_svg(QBuffer& out, QSize size, const PictureFunction& draw) {
     QSvgGenerator svg;
     svg.setOutputDevice(&out);
     svg.setSize(size);
@@ -36,17 +42,17 @@ void paint_svg(QBuffer& out, QSize size, const PictureFunction& draw) {
     QPainter painter(&svg);
     painter.fillRect(QRect(QPoint(0, 0), size), Qt::white);
     PainterCanvas canvas(painter);
-    draw(canvas);
+    return draw(canvas);
 }
 
-void paint_pdf(QBuffer& out, QSize size, const PictureFunction& draw) {
+int paint_pdf(QBuffer& out, QSize size, const PictureFunction& draw) {
     constexpr int pixels_an_inch = 96;
     constexpr double points_a_pixel = 72.0 / pixels_an_inch;
     QPdfWriter pdf(&out);
     pdf.setResolution(pixels_an_inch);
     pdf.setPageMargins(QMarginsF(0, 0, 0, 0));
     pdf.setPageSize(QPageSize(QSizeF(size) * points_a_pixel, QPageSize::Point));
-    paint(pdf, draw, false);
+    return paint(pdf, draw, false);
 }
 
 } // namespace
@@ -56,14 +62,18 @@ int save_picture(const fs::path& path, int width, int height, const PictureFunct
     const QSize size(width, height);
     QBuffer out;
     out.open(QIODevice::WriteOnly);
+    int status = 0;
     if (ending == ".png") {
-        paint_png(out, size, draw);
+        status = paint_png(out, size, draw);
     } else if (ending == ".svg") {
-        paint_svg(out, size, draw);
+        status = paint_svg(out, size, draw);
     } else if (ending == ".pdf") {
-        paint_pdf(out, size, draw);
+        status = paint_pdf(out, size, draw);
     } else {
         show_message(text_format("%s: 図の形式は .png、.svg、.pdf です", utf8_of(path).c_str()));
+        return -1;
+    }
+    if (status < 0) {
         return -1;
     }
     const QByteArray& bytes = out.data();

@@ -8,8 +8,8 @@
 
 namespace kigumi {
 
-// Draws on the canvas it is given.
-using PictureFunction = std::function<void(Canvas&)>;
+// Draws on the canvas it is given. 0, or -1 after a message.
+using PictureFunction = std::function<int(Canvas&)>;
 
 // Largest width or height of a picture file, pixels.
 constexpr int largest_picture = 20000;

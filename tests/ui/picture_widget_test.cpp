@@ -1,6 +1,7 @@
 #include "ui/picture_widget.h"
 
 #include "player.h"
+#include "ui/picture_file.h"
 
 #include <QMouseEvent>
 #include <QWheelEvent>
@@ -79,6 +80,17 @@ TEST_F(Picture, OnlyASingleLeftClickPicks) {
     send(QEvent::MouseButtonPress, {10, 20}, Qt::RightButton);
     send(QEvent::MouseButtonRelease, {10, 20}, Qt::LeftButton);
     EXPECT_EQ(picks.size(), 1u);
+}
+
+TEST_F(Picture, AFailedDrawingLeavesTheOldFileWhole) {
+    for (const char* name : {"a.png", "a.svg", "a.pdf"}) {
+        const fs::path path = work_file(name);
+        ASSERT_EQ(save_file(path, "old"), 0);
+        EXPECT_EQ(save_picture(path, 300, 200, [](Canvas&) { return -1; }), -1);
+        EXPECT_EQ(read_file(path), "old") << name;
+        EXPECT_EQ(save_picture(path, 300, 200, [](Canvas&) { return 0; }), 0);
+        EXPECT_NE(read_file(path), "old") << name;
+    }
 }
 
 } // namespace
