@@ -35,7 +35,6 @@ bool names_a_node(int no) {
 }
 
 int refuse_open() {
-    write_console(file_error());
     show_message("Can't open TEGAKI_FILE");
     return -1;
 }
