@@ -183,7 +183,8 @@ void CommandLine::add_demo() {
 
 void CommandLine::read_draw_texts() {
     DrawOptions& o = draw_options_;
-    require(band_.empty() || parse_list(band_, o.low, o.high), "--band", band_);
+    require(band_.empty() || (parse_list(band_, o.low, o.high) && o.low <= o.high), "--band",
+            band_);
     std::string size = size_;
     const size_t cross = size.find('x');
     if (cross != std::string::npos) {
@@ -228,18 +229,23 @@ int CommandLine::run_chosen() {
 // What is wrong with the arguments, in the words of this program.
 std::string usage_fault(const CLI::ParseError& error) {
     const std::string what = error.what();
-    const std::string kind = error.get_name();
-    if (kind == "RequiredError") {
-        const std::string name = what.substr(0, what.find(' '));
-        return name == "A" ? "コマンドがありません" : name + " が必要です";
-    }
-    if (kind == "ExtrasError") {
+    const std::string subject = what.substr(0, what.find_first_of(": "));
+    switch (static_cast<CLI::ExitCodes>(error.get_exit_code())) {
+    case CLI::ExitCodes::RequiredError:
+        return subject == "A" ? "コマンドがありません" : subject + " が必要です";
+    case CLI::ExitCodes::ExtrasError:
         return "余分な引数です: " + what.substr(what.find(": ") + 2);
+    case CLI::ExitCodes::ArgumentMismatch:
+        return subject + " に値が必要です";
+    case CLI::ExitCodes::ConversionError:
+        return "値が正しくありません: " + what.substr(what.find(": ") + 2);
+    case CLI::ExitCodes::ValidationError:
+        // Faults that this program found itself say what cannot be read.
+        return what.find("を読めません") != std::string::npos ? "値が正しくありません: " + what
+                                                              : subject + " の値が正しくありません";
+    default:
+        return "引数が正しくありません: " + what;
     }
-    if (kind == "ArgumentMismatch") {
-        return what.substr(0, what.find(':')) + " に値が必要です";
-    }
-    return "値が正しくありません: " + what;
 }
 
 // Prints the messages of a failed command as one line.

@@ -106,7 +106,7 @@ int run_info(const std::string& input) {
 int run_convert(const std::string& input, const std::string& output,
                 const std::vector<RoleOption>& roles, int colour) {
     const fs::path path = path_of(output);
-    const std::string ending = utf8_of(path.extension());
+    const std::string ending = ending_of(path);
     const auto write = [&]() {
         if (ending == ".jik") {
             return save_jiku_data(path, {});

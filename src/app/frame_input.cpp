@@ -9,8 +9,6 @@
 #include "model/lookup.h"
 #include "model/select.h"
 
-#include <algorithm>
-
 namespace kigumi {
 
 namespace {
@@ -53,14 +51,6 @@ int check_choices() {
     return 0;
 }
 
-bool has_ending(const std::string& name, std::string_view ending) {
-    std::string own = utf8_of(path_of(name).extension());
-    std::transform(own.begin(), own.end(), own.begin(), [](unsigned char c) {
-        return static_cast<char>(c >= 'A' && c <= 'Z' ? c - 'A' + 'a' : c);
-    });
-    return own == ending;
-}
-
 } // namespace
 
 int set_parameters(const std::vector<std::string>& settings) {
@@ -79,7 +69,10 @@ int set_parameters(const std::vector<std::string>& settings) {
         return -1;
     }
     const KihonChoice choice{param.SumiType, param.N_Sou - 1, yane_choice(param.YaneMode)};
-    apply_yane_choice(choice.yane);
+    // A roof on three storeys is left out, so it closes off none of their heights.
+    if (choice.yane != 1 || param.N_Sou < 3) {
+        apply_yane_choice(choice.yane);
+    }
     return check_param(choice);
 }
 
@@ -91,7 +84,10 @@ int read_frame(const std::string& input) {
     reset_model();
     reset_solids();
     clear_points();
-    const bool drawn = has_ending(input, ".tgk");
+    const bool drawn = ending_of(path_of(input)) == ".tgk";
+    if (!drawn) {
+        forget_old_node();
+    }
     const int status = drawn ? load_tegaki_data(path_of(input)) : load_jiku_data(path_of(input));
     const bool empty = status >= 0 && model.N_Beam == 0;
     const bool rebuilt = status >= 0 && !empty && rebuild_tables() == 0;

@@ -1,5 +1,6 @@
 #include "app/window.h"
 
+#include "base/message.h"
 #include "ui/dialogs.h"
 #include "ui/main_form.h"
 
@@ -12,7 +13,29 @@
 
 namespace kigumi {
 
+namespace {
+
+// False where the toolkit would find no display to open a window on, and end the program.
+bool has_display() {
+#if defined(__unix__) && !defined(__APPLE__)
+    for (const char* name : {"QT_QPA_PLATFORM", "DISPLAY", "WAYLAND_DISPLAY"}) {
+        if (!qEnvironmentVariableIsEmpty(name)) {
+            return true;
+        }
+    }
+    return false;
+#else
+    return true;
+#endif
+}
+
+} // namespace
+
 int run_window(int argc, char** argv) {
+    if (!has_display()) {
+        write_console("画面がないのでウィンドウを開けません（コマンドは kigumi --help）");
+        return 1;
+    }
     QApplication application(argc, argv);
     // Files have their decimal point whatever the user's language.
     std::setlocale(LC_NUMERIC, "C");
@@ -22,7 +45,6 @@ int run_window(int argc, char** argv) {
         QApplication::installTranslator(&toolkit_words);
     }
     QApplication::setApplicationName("kigumi");
-    QApplication::setApplicationDisplayName("kigumi");
     show_messages_in_boxes();
     TMainForm window;
     window.show();

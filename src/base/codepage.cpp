@@ -52,14 +52,13 @@ class Converter {
     iconv_t handle_;
 };
 
-size_t utf8_length(unsigned char lead) {
-    if (lead >= 0xF0) {
-        return 4;
+// Bytes of the character at the start of `utf8`: the first and those that continue it.
+size_t character_length(std::string_view utf8) {
+    size_t length = 1;
+    while (length < utf8.size() && (static_cast<unsigned char>(utf8[length]) & 0xC0) == 0x80) {
+        ++length;
     }
-    if (lead >= 0xE0) {
-        return 3;
-    }
-    return lead >= 0xC0 ? 2 : 1;
+    return length;
 }
 
 } // namespace
@@ -76,8 +75,8 @@ std::string to_cp932(std::string_view utf8) {
             break;
         }
         out += '?';
-        const size_t skip = used + utf8_length(static_cast<unsigned char>(utf8[used]));
-        utf8.remove_prefix(std::min(skip, utf8.size()));
+        utf8.remove_prefix(used);
+        utf8.remove_prefix(character_length(utf8));
     }
     return out;
 }

@@ -18,6 +18,8 @@ std::string& error_text() {
     return text;
 }
 
+constexpr const char* too_large = "ファイルが大きすぎます";
+
 // Describes a failure of the system for people.
 std::string reason_of(int code) {
     switch (code) {
@@ -47,6 +49,13 @@ int refuse_save(const fs::path& path, const std::string& why) {
     return -1;
 }
 
+// A rename would replace such a file all the same; whoever protected it wants it kept.
+bool is_write_protected(const fs::file_status& status) {
+    constexpr fs::perms write =
+        fs::perms::owner_write | fs::perms::group_write | fs::perms::others_write;
+    return (status.permissions() & write) == fs::perms::none;
+}
+
 } // namespace
 
 fs::path& work_dir() {
@@ -70,6 +79,14 @@ std::string utf8_of(const fs::path& path) {
     return std::string(text.begin(), text.end());
 }
 
+std::string ending_of(const fs::path& path) {
+    std::string ending = utf8_of(path.extension());
+    for (char& c : ending) {
+        c = c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+    }
+    return ending;
+}
+
 std::optional<std::string> read_file(const fs::path& path) {
     std::error_code code;
     const fs::file_status status = fs::status(path, code);
@@ -79,15 +96,17 @@ std::optional<std::string> read_file(const fs::path& path) {
     if (!fs::exists(status)) {
         return refuse(path, reason_of(code && code.value() != 0 ? code.value() : ENOENT));
     }
+    std::uintmax_t size = fs::is_regular_file(status) ? fs::file_size(path, code) : 0;
+    size = code ? 0 : size;
+    if (size > largest_file) {
+        return refuse(path, too_large);
+    }
     std::FILE* file = open_binary(path, "rb");
     if (file == nullptr) {
         return refuse(path, reason_of(errno));
     }
     std::string bytes;
-    const std::uintmax_t size = fs::is_regular_file(status) ? fs::file_size(path, code) : 0;
-    if (!code && size <= largest_file) {
-        bytes.reserve(static_cast<size_t>(size) + 1);
-    }
+    bytes.reserve(static_cast<size_t>(size) + 1);
     char piece[1 << 16];
     size_t got = 0;
     while ((got = std::fread(piece, 1, sizeof piece, file)) > 0 && bytes.size() <= largest_file) {
@@ -100,7 +119,7 @@ std::optional<std::string> read_file(const fs::path& path) {
         return refuse(path, reason_of(why));
     }
     if (bytes.size() > largest_file) {
-        return refuse(path, "ファイルが大きすぎます");
+        return refuse(path, too_large);
     }
     return bytes;
 }
@@ -116,6 +135,9 @@ int save_file(const fs::path& path, std::string_view bytes, bool sync) {
         return refuse_save(path, reason_of(EISDIR));
     }
     const bool in_place = fs::exists(status) && !fs::is_regular_file(status);
+    if (fs::is_regular_file(status) && is_write_protected(status)) {
+        return refuse_save(path, reason_of(EACCES));
+    }
     fs::path written = target;
     std::FILE* file = in_place ? open_binary(target, "wb") : create_beside(target, written);
     if (file == nullptr) {

@@ -23,6 +23,9 @@ fs::path work_file(std::string_view name);
 fs::path path_of(std::string_view utf8);
 std::string utf8_of(const fs::path& path);
 
+// The file name's ending with its dot, A to Z as a to z (".jik" of "A.JIK").
+std::string ending_of(const fs::path& path);
+
 // The largest file that any reader takes, bytes.
 constexpr std::uintmax_t largest_file = 512u << 20;
 
@@ -31,9 +34,9 @@ constexpr std::uintmax_t largest_file = 512u << 20;
 std::optional<std::string> read_file(const fs::path& path);
 
 // Writes `bytes` beside `path`, syncs and renames, so that a failure leaves the old file whole.
-// Returns 0, or -1 with file_error() saying why. A target that is not a regular file (a device, a
-// pipe) is written in place. `sync` false leaves out the wait for the disk, for working files that
-// can be made again.
+// Returns 0, or -1 with file_error() saying why. A write-protected file is refused. A target that
+// is not a regular file (a device, a pipe) is written in place. `sync` false leaves out the wait
+// for the disk, for working files that can be made again.
 int save_file(const fs::path& path, std::string_view bytes, bool sync = true);
 
 // Why the last read_file or save_file failed, in Japanese.

@@ -14,8 +14,8 @@ std::FILE* open_binary(const std::filesystem::path& path, const char* mode) {
 
 std::FILE* create_beside(const std::filesystem::path& target, std::filesystem::path& created) {
     for (int attempt = 0; attempt < 100; ++attempt) {
-        created = target.parent_path() / ("." + target.filename().string() + "." +
-                                          std::to_string(getpid()) + "-" + std::to_string(attempt));
+        created = target.parent_path() /
+                  (".kigumi-" + std::to_string(getpid()) + "-" + std::to_string(attempt));
         const int handle = open(created.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
         if (handle >= 0) {
             return fdopen(handle, "wb");

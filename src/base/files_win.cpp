@@ -15,8 +15,8 @@ std::FILE* open_binary(const std::filesystem::path& path, const char* mode) {
 
 std::FILE* create_beside(const std::filesystem::path& target, std::filesystem::path& created) {
     for (int attempt = 0; attempt < 100; ++attempt) {
-        created = target;
-        created += L"." + std::to_wstring(GetCurrentProcessId()) + L"-" + std::to_wstring(attempt);
+        created = target.parent_path() / (L".kigumi-" + std::to_wstring(GetCurrentProcessId()) +
+                                          L"-" + std::to_wstring(attempt));
         if (std::FILE* file = _wfopen(created.c_str(), L"wbx")) {
             return file;
         }

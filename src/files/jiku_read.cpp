@@ -41,18 +41,18 @@ class HeightTable {
     static bool same_height(float a, float b) {
         // The noise of two rounded values must not make 100.0 and 100.1 one height.
         const double noise = FLT_EPSILON * (std::fabs(a) + std::fabs(b));
-        return std::fabs(static_cast<double>(a) - b) < tolerance - noise;
+        return same_float(a, b) || std::fabs(static_cast<double>(a) - b) < tolerance - noise;
     }
-    static long long bucket_of(float height) {
-        return static_cast<long long>(std::floor(static_cast<double>(height) / tolerance));
+    static double bucket_of(float height) {
+        return std::floor(static_cast<double>(height) / tolerance);
     }
 
     std::vector<Height> heights_;
-    std::multimap<long long, int> buckets_; // positions of heights by height in tenths
+    std::multimap<double, int> buckets_; // positions of heights by height in tenths
 };
 
 void HeightTable::add(float height, double volume) {
-    const long long bucket = bucket_of(height);
+    const double bucket = bucket_of(height);
     int first = -1;
     for (auto at = buckets_.lower_bound(bucket - 2);
          at != buckets_.end() && at->first <= bucket + 2; ++at) {

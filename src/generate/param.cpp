@@ -7,6 +7,7 @@
 #include "generate/roof.h"
 #include "model/model.h"
 
+#include <algorithm>
 #include <cmath>
 
 namespace kigumi {
@@ -38,18 +39,6 @@ void apply_yane_choice(int choice) {
     param.HashiraHeight3 = 0.0f;
 }
 
-bool roof_dimensions_ok() {
-    for (const float value :
-         {param.YaneTakasa, param.YaneHashiraHaba, param.KetaHaba, param.KetaAtumi,
-          param.SumiGashoHaba, param.SumiGashoAtumi, param.HiraGashoHaba, param.HiraGashoAtumi,
-          param.HiuchiHaba, param.HiuchiAtumi, param.MoyaHaba, param.MoyaAtumi}) {
-        if (!(value > 0.0f)) {
-            return false;
-        }
-    }
-    return param.YaneHashira >= 0.0f && (param.YaneType == 1 || param.YaneType == 2);
-}
-
 namespace {
 
 int refuse(const char* message) {
@@ -78,6 +67,11 @@ bool overall_height(const KihonChoice& choice, float& height) {
     return true;
 }
 
+// Files keep six decimals, and single precision seven digits: shorter lengths and farther places
+// would come back as others.
+constexpr float shortest_length = 0.001f; // cm
+constexpr float farthest_place = 1.0e7f;  // cm
+
 // Numbers from which no frame of any sense comes, whatever the choices.
 int check_dimensions() {
     if (param.NX < 1 || param.NY < 1) {
@@ -96,6 +90,36 @@ int check_dimensions() {
         if (!(length.value > 0.0f)) {
             return refuse(text_format("%sは 0 より大きくしてください", length.label).c_str());
         }
+        if (!(length.value >= shortest_length && length.value <= farthest_place)) {
+            return refuse(text_format("%sが大きすぎるか小さすぎます", length.label).c_str());
+        }
+    }
+    return 0;
+}
+
+// True when levels and half pitches stay apart as they are stored.
+bool places_stay_apart(int storeys) {
+    const int last = 2 * std::max(param.NX, param.NY) + 1; // with the eave tip
+    if (!(half_pitch(1) >= shortest_length && half_pitch(last) <= farthest_place)) {
+        return false;
+    }
+    for (int storey = 1; storey <= storeys; ++storey) {
+        for (int level = param.SouMode == 1 ? 1 : 5; level < levels_a_storey; ++level) {
+            const float z = storey_level(storey, level);
+            if (!(z - storey_level(storey, level - 1) >= shortest_length &&
+                  std::fabs(z) <= farthest_place)) {
+                return false;
+            }
+        }
+    }
+    return true;
+}
+
+int check_places() {
+    const int storeys =
+        param.SouMode == 1 && (param.N_Sou == 2 || param.N_Sou == 3) ? param.N_Sou : 1;
+    if (!places_stay_apart(storeys)) {
+        return refuse("寸法が大きすぎるか小さすぎるため、節点の位置を区別できません");
     }
     return 0;
 }
@@ -150,26 +174,29 @@ int check_param(const KihonChoice& choice) {
     if (overall_height(choice, height)) {
         param.Takasa = height;
     }
-    if (check_dimensions() < 0) {
+    if (check_dimensions() < 0 || check_capacity() < 0 || check_places() < 0) {
         return -1;
     }
-    if (choice.yane == 1 && !roof_dimensions_ok()) {
-        return refuse("屋根データに誤りがあります");
+    const bool roof_is_built = choice.yane == 1 && (choice.kaisou == 0 || choice.kaisou == 1);
+    if (const char* fault = roof_is_built ? find_roof_fault() : nullptr) {
+        return refuse(fault);
     }
-    return check_capacity();
+    return 0;
 }
 
 FrameSize predict_frame_size() {
-    const long long nx = param.NX;
-    const long long ny = param.NY;
+    // Far beyond every table, and small enough to be multiplied.
+    constexpr std::int32_t most_cells = 1'000'000;
+    const long long nx = std::min(param.NX, most_cells);
+    const long long ny = std::min(param.NY, most_cells);
     const long long frame = 8 * (nx + ny);
     const long long chords = nx * (ny + 1) + ny * (nx + 1) + (nx - 1) * ny + (ny - 1) * nx;
     long long storey = 4 + frame + chords + 4 * nx * ny + frame - 4;
     // Perimeter nodes of both levels, interior nodes of both grids.
     long long storey_nodes = 8 * (nx + ny) + nx * ny + (nx - 1) * (ny - 1);
     FrameSize size{};
-    size.levels_x = 2 * nx + 1;
-    size.levels_y = 2 * ny + 1;
+    size.levels_x = 2LL * param.NX + 1;
+    size.levels_y = 2LL * param.NY + 1;
     if (param.SouMode == 0) {
         size.beams = storey;
         size.nodes = storey_nodes;

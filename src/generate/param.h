@@ -64,9 +64,6 @@ int yane_mode(int choice);
 // without a roof does not have, and the storeys that a roof closes off.
 void apply_yane_choice(int choice);
 
-// True when all roof dimensions are larger than 0 (the post height may be 0: no posts).
-bool roof_dimensions_ok();
-
 // The check of the basic data dialog, over the numbers that stand in `param`: sets SumiType,
 // SouMode and Takasa. 0, or -1 after a message. Dimensions from which no frame can be made, and
 // frames that would not fit the model's tables, are refused last.

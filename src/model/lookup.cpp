@@ -9,6 +9,7 @@
 #include <bit>
 #include <cmath>
 #include <cstring>
+#include <limits>
 #include <unordered_map>
 #include <vector>
 
@@ -91,11 +92,20 @@ int level_of(const std::array<float, level_capacity>& table, int count, float va
     return static_cast<int>(std::lower_bound(table.begin(), end, value) - table.begin());
 }
 
+bool names_a_node(int no) {
+    return no >= 1 && no <= model.N_Node;
+}
+
+// Copies the node names into the members; an end without a node keeps its name.
 void name_beams() {
     for (int i = 0; i < model.N_Beam; ++i) {
         Beam& beam = model.beam[i];
-        std::memcpy(beam.idi, model.node[position_of(beam.noi)].id, name_bytes);
-        std::memcpy(beam.idj, model.node[position_of(beam.noj)].id, name_bytes);
+        if (names_a_node(beam.noi)) {
+            std::memcpy(beam.idi, model.node[position_of(beam.noi)].id, name_bytes);
+        }
+        if (names_a_node(beam.noj)) {
+            std::memcpy(beam.idj, model.node[position_of(beam.noj)].id, name_bytes);
+        }
     }
 }
 
@@ -109,10 +119,6 @@ float beam_length(const Beam& beam) {
     const long double dy = static_cast<long double>(beam.yl) - beam.ys;
     const long double dz = static_cast<long double>(beam.zl) - beam.zs;
     return static_cast<float>(std::sqrt(dx * dx + dy * dy + dz * dz));
-}
-
-bool names_a_node(int no) {
-    return no >= 1 && no <= model.N_Node;
 }
 
 } // namespace
@@ -149,9 +155,11 @@ int append_beam(const float (&start)[3], const float (&end)[3], float haba, floa
         show_message(text_format("部材が多すぎます（最大 %d 本）", beam_capacity));
         return -1;
     }
+    const int nodes = model.N_Node;
     const int noi = find_or_add_node(start[0], start[1], start[2]);
     const int noj = noi < 0 ? -1 : find_or_add_node(end[0], end[1], end[2]);
     if (noj < 0) {
+        model.N_Node = nodes; // no node without a member
         return -1;
     }
     Beam& beam = model.beam[model.N_Beam];
@@ -385,9 +393,13 @@ int check_all_node() {
     const auto index = [&](float value, float from, int axis) {
         const double extent = static_cast<double>(high[axis]) - low[axis];
         const float step = round_once(extent * (1.0 / 99.0));
-        return same_float(step, 0.0f)
-                   ? 0
-                   : static_cast<int>((static_cast<double>(value) - from) / step);
+        if (same_float(step, 0.0f)) {
+            return 0;
+        }
+        // Measured from the smallest x, an index along y can lie anywhere.
+        constexpr double most = std::numeric_limits<int>::max();
+        return static_cast<int>(
+            std::clamp((static_cast<double>(value) - from) / step, -most, most));
     };
     for (int i = 0; i < model.N_Node; ++i) {
         Node& node = model.node[i];
@@ -395,14 +407,7 @@ int check_all_node() {
         set_grid_name(node, index(node.x, low[0], 0), index(node.y, low[0], 1),
                       index(node.z, low[2], 2));
     }
-    for (int i = 0; i < model.N_Beam; ++i) {
-        if (names_a_node(model.beam[i].noi) && names_a_node(model.beam[i].noj)) {
-            std::memcpy(model.beam[i].idi, model.node[position_of(model.beam[i].noi)].id,
-                        name_bytes);
-            std::memcpy(model.beam[i].idj, model.node[position_of(model.beam[i].noj)].id,
-                        name_bytes);
-        }
-    }
+    name_beams();
     return 1;
 }
 

@@ -95,7 +95,7 @@ void choose_item(QGroupBox* group, int item) {
     }
 }
 
-void on_item_clicked(QGroupBox* group, std::function<void(int item)> clicked) {
+void on_item_clicked(QGroupBox* group, const std::function<void(int item)>& clicked) {
     const auto items = group->findChildren<QRadioButton*>();
     for (int i = 0; i < items.size(); ++i) {
         QObject::connect(items[i], &QRadioButton::clicked, group, [clicked, i] { clicked(i); });

@@ -52,6 +52,6 @@ int chosen_item(const QGroupBox* group);
 void choose_item(QGroupBox* group, int item);
 
 // Calls `clicked` with the item whenever the user clicks one, the selected one too.
-void on_item_clicked(QGroupBox* group, std::function<void(int item)> clicked);
+void on_item_clicked(QGroupBox* group, const std::function<void(int item)>& clicked);
 
 } // namespace kigumi

@@ -75,7 +75,10 @@ TKihonForm::TKihonForm(QWidget* parent)
     move(place_on_screen);
 }
 
-TKihonForm::~TKihonForm() = default;
+TKihonForm::~TKihonForm() {
+    // The focus still moves while the controls go.
+    disconnect(qApp, nullptr, this, nullptr);
+}
 
 void TKihonForm::fill() {
     for (const auto& field : counts) {
@@ -159,6 +162,11 @@ void TKihonForm::enable_heights() {
     ui_->No3HashiraHeightEdit->setEnabled(param.N_Sou >= 3);
 }
 
+kigumi::KihonChoice TKihonForm::choice() const {
+    return {kigumi::chosen_item(ui_->HashiraGroup), kigumi::chosen_item(ui_->KaisouGroup),
+            kigumi::chosen_item(ui_->YaneGroup)};
+}
+
 bool TKihonForm::read() {
     for (const auto& field : counts) {
         if (!kigumi::read_box(ui_.get()->*field.box, param.*field.number)) {
@@ -174,10 +182,7 @@ bool TKihonForm::read() {
 }
 
 bool TKihonForm::check() {
-    const auto choice = kigumi::KihonChoice{kigumi::chosen_item(ui_->HashiraGroup),
-                                            kigumi::chosen_item(ui_->KaisouGroup),
-                                            kigumi::chosen_item(ui_->YaneGroup)};
-    if (!read() || kigumi::check_param(choice) < 0) {
+    if (!read() || kigumi::check_param(choice()) < 0) {
         return false;
     }
     show_outcome(ui_->TakasaEdit, param.Takasa);
@@ -185,9 +190,7 @@ bool TKihonForm::check() {
 }
 
 void TKihonForm::update_sketch() {
-    ui_->Sketch->show_frame({kigumi::chosen_item(ui_->HashiraGroup),
-                             kigumi::chosen_item(ui_->KaisouGroup),
-                             kigumi::chosen_item(ui_->YaneGroup)});
+    ui_->Sketch->show_frame(choice());
 }
 
 void TKihonForm::accept() {

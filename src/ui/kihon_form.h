@@ -34,6 +34,7 @@ class TKihonForm : public QDialog {
     void show_roof_heights();
     // Opens the column heights of the storeys that there are.
     void enable_heights();
+    kigumi::KihonChoice choice() const;
     // Reads every box into `param`; false after a message.
     bool read();
     // Reads and checks; shows the overall height. False after a message.

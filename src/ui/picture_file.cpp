@@ -52,7 +52,7 @@ void paint_pdf(QBuffer& out, QSize size, const PictureFunction& draw) {
 } // namespace
 
 int save_picture(const fs::path& path, int width, int height, const PictureFunction& draw) {
-    const std::string ending = utf8_of(path.extension());
+    const std::string ending = ending_of(path);
     const QSize size(width, height);
     QBuffer out;
     out.open(QIODevice::WriteOnly);

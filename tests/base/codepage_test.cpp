@@ -1,0 +1,69 @@
+#include "base/codepage.h"
+
+#include <gtest/gtest.h>
+
+namespace kigumi {
+namespace {
+
+struct Pair {
+    const char* name;
+    const char* utf8;
+    const char* bytes;
+};
+
+const Pair pairs[] = {
+    {"ascii", "X00Y00Z00\r\n~\\", "X00Y00Z00\r\n~\\"},
+    {"kanji", "軸ファイル", "\x8e\xb2\x83\x74\x83\x40\x83\x43\x83\x8b"},
+    {"second_byte_is_a_backslash", "表示", "\x95\x5c\x8e\xa6"},
+    {"half_width_kana", "ﾊｼﾗ", "\xca\xbc\xd7"},
+    {"fullwidth_minus", "－", "\x81\x7c"},
+    {"fullwidth_tilde", "～", "\x81\x60"},
+    {"roman_one", "Ⅰ", "\x87\x54"},
+    {"roman_two", "Ⅱ", "\x87\x55"},
+    {"circled_number", "①", "\x87\x40"},
+    {"square_metre", "㎡", "\x87\x75"},
+    {"ibm_extension", "髙﨑", "\xfb\xfc\xfa\xb1"},
+};
+
+class CodePage : public ::testing::TestWithParam<Pair> {};
+
+TEST_P(CodePage, GoesThereAndBack) {
+    EXPECT_EQ(to_cp932(GetParam().utf8), GetParam().bytes);
+    EXPECT_EQ(from_cp932(GetParam().bytes).value_or("(invalid)"), GetParam().utf8);
+}
+
+INSTANTIATE_TEST_SUITE_P(Texts, CodePage, ::testing::ValuesIn(pairs),
+                         [](const auto& pair) { return std::string(pair.param.name); });
+
+TEST(CodePageFaults, WhatHasNoCodeBecomesAQuestionMark) {
+    EXPECT_EQ(to_cp932("柱🪵A"), "\x92\x8c?A");
+    EXPECT_EQ(to_cp932("한글"), "??");
+    EXPECT_EQ(to_cp932("\xff柱"), "?\x92\x8c");
+    EXPECT_EQ(to_cp932("柱\xe6\x9f"), "\x92\x8c?"); // cut off in a character
+}
+
+TEST(CodePageFaults, BytesOutsideTheCodePageAreNoText) {
+    EXPECT_FALSE(from_cp932("A\xfd\xfe"));
+    EXPECT_FALSE(from_cp932("\x92")); // the second byte is missing
+    EXPECT_FALSE(from_cp932("\x92\x20"));
+}
+
+TEST(CodePageFaults, AFaultLeavesTheNextConversionWhole) {
+    EXPECT_FALSE(from_cp932("\x92"));
+    EXPECT_EQ(from_cp932("\x92\x8c").value_or(""), "柱");
+}
+
+// Longer than any buffer of the converter, with characters across its seams.
+TEST(CodePageFaults, LongTexts) {
+    std::string utf8 = "A";
+    std::string bytes = "A";
+    for (int i = 0; i < 5000; ++i) {
+        utf8 += "柱";
+        bytes += "\x92\x8c";
+    }
+    EXPECT_EQ(to_cp932(utf8), bytes);
+    EXPECT_EQ(from_cp932(bytes).value_or(""), utf8);
+}
+
+} // namespace
+} // namespace kigumi

@@ -1,0 +1,132 @@
+#include "base/files.h"
+
+#include "support.h"
+
+#include <fstream>
+
+#ifndef _WIN32
+#include <unistd.h>
+#endif
+
+namespace kigumi {
+namespace {
+
+class Files : public test::CoreTest {
+  protected:
+    void SetUp() override {
+        CoreTest::SetUp();
+        clear_file_error();
+    }
+    // Names of everything in the working directory, hidden files too.
+    static std::vector<std::string> names() {
+        std::vector<std::string> found;
+        for (const auto& entry : fs::directory_iterator(work_dir())) {
+            found.push_back(utf8_of(entry.path().filename()));
+        }
+        return found;
+    }
+};
+
+TEST_F(Files, SavedBytesReplaceTheOldFileWhole) {
+    const fs::path path = work_file("軸.jik");
+    const std::string bytes("a\0b\r\n\x92\x8c", 7);
+    ASSERT_EQ(save_file(path, "a longer text than the next"), 0);
+    ASSERT_EQ(save_file(path, bytes, false), 0);
+    EXPECT_EQ(read_file(path), bytes);
+    EXPECT_EQ(names(), std::vector<std::string>{"軸.jik"});
+}
+
+TEST_F(Files, TargetThatIsAFolder) {
+    const fs::path folder = work_file("folder");
+    fs::create_directories(folder);
+    EXPECT_EQ(save_file(folder, "text"), -1);
+    EXPECT_EQ(file_error(), utf8_of(folder) + ": フォルダです");
+    EXPECT_FALSE(read_file(folder));
+    EXPECT_EQ(names(), std::vector<std::string>{"folder"});
+}
+
+TEST_F(Files, MissingFolder) {
+    const fs::path path = work_dir() / "missing" / "a.jik";
+    EXPECT_EQ(save_file(path, "text"), -1);
+    EXPECT_EQ(file_error(), utf8_of(path) + ": ファイルまたはフォルダがありません");
+    EXPECT_FALSE(read_file(path));
+    EXPECT_TRUE(names().empty());
+}
+
+TEST_F(Files, WriteProtectedFileIsKept) {
+    const fs::path path = work_file("kept.jik");
+    ASSERT_EQ(save_file(path, "old"), 0);
+    fs::permissions(path, fs::perms::owner_read | fs::perms::group_read);
+    EXPECT_EQ(save_file(path, "new"), -1);
+    EXPECT_EQ(file_error(), utf8_of(path) + ": アクセスが許可されていません");
+    EXPECT_EQ(read_file(path), "old");
+    EXPECT_EQ(names(), std::vector<std::string>{"kept.jik"});
+    fs::permissions(path, fs::perms::owner_all);
+}
+
+TEST_F(Files, LongestNameCanBeSaved) {
+    std::string name;
+    for (int i = 0; i < 83; ++i) {
+        name += "柱";
+    }
+    const fs::path path = work_file(name + ".jik"); // 253 of 255 bytes
+    EXPECT_EQ(save_file(path, "text"), 0) << file_error();
+    EXPECT_EQ(read_file(path), "text");
+}
+
+#ifndef _WIN32
+TEST_F(Files, FullDisk) {
+    EXPECT_EQ(save_file("/dev/full", "text"), -1);
+    EXPECT_EQ(file_error(), "/dev/full: ディスクの空きがありません");
+}
+
+TEST_F(Files, PermissionsAndLinksStay) {
+    const fs::path path = work_file("own.jik");
+    const fs::path link = work_file("link.jik");
+    ASSERT_EQ(save_file(path, "old"), 0);
+    fs::permissions(path, fs::perms::owner_read | fs::perms::owner_write);
+    fs::create_symlink("own.jik", link);
+    ASSERT_EQ(save_file(link, "new"), 0);
+    EXPECT_TRUE(fs::is_symlink(link));
+    EXPECT_EQ(read_file(path), "new");
+    EXPECT_EQ(fs::status(path).permissions(), fs::perms::owner_read | fs::perms::owner_write);
+}
+
+TEST_F(Files, FolderThatMayNotBeWritten) {
+    if (geteuid() == 0) {
+        GTEST_SKIP() << "root may write everywhere";
+    }
+    const fs::path folder = work_file("locked");
+    fs::create_directories(folder);
+    ASSERT_EQ(save_file(folder / "a.jik", "old"), 0);
+    fs::permissions(folder, fs::perms::owner_read | fs::perms::owner_exec);
+    EXPECT_EQ(save_file(folder / "a.jik", "new"), -1);
+    EXPECT_EQ(read_file(folder / "a.jik"), "old");
+    fs::permissions(folder, fs::perms::owner_all);
+}
+#endif
+
+TEST_F(Files, FileThatIsTooLargeIsNotRead) {
+    const fs::path path = work_file("large");
+    { std::ofstream(path) << 'x'; }
+    fs::resize_file(path, largest_file + 1); // sparse
+    EXPECT_FALSE(read_file(path));
+    EXPECT_EQ(file_error(), utf8_of(path) + ": ファイルが大きすぎます");
+}
+
+TEST_F(Files, Endings) {
+    EXPECT_EQ(ending_of("a.b.JIK"), ".jik");
+    EXPECT_EQ(ending_of(path_of("軸.Ｊ")), ".Ｊ");
+    EXPECT_EQ(ending_of("jik"), "");
+}
+
+TEST(TextWriter, LinesAreCodePage932AndEndInCrLf) {
+    TextWriter out;
+    out.line("%s %5.1f", "柱", 12.0);
+    out.line("%s", std::string(500, 'x').c_str()); // longer than the usual line
+    out.text("end\n");
+    EXPECT_EQ(out.bytes(), "\x92\x8c  12.0\r\n" + std::string(500, 'x') + "\r\nend\n");
+}
+
+} // namespace
+} // namespace kigumi

@@ -1,0 +1,120 @@
+#include "base/scan.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <vector>
+
+namespace kigumi {
+namespace {
+
+struct Word {
+    const char* text;
+    bool is_int, is_float;
+    double value;
+};
+
+void PrintTo(const Word& word, std::ostream* out) {
+    *out << '"' << word.text << '"';
+}
+
+const Word words[] = {
+    {"12", true, true, 12.0},
+    {"+1", true, true, 1.0},
+    {"-7", true, true, -7.0},
+    {"007", true, true, 7.0},
+    {"-0", true, true, 0.0},
+    {"1.0", false, true, 1.0},
+    {".5", false, true, 0.5},
+    {"5.", false, true, 5.0},
+    {"1.5E+02", false, true, 150.0},
+    {"1e-60", false, true, 0.0}, // below every float, so zero
+    {"2147483648", false, true, 2147483648.0},
+    {"", false, false, 0.0},
+    {"+", false, false, 0.0},
+    {"++1", false, false, 0.0},
+    {"+-1", false, false, 0.0},
+    {"0x10", false, false, 0.0},
+    {"1,5", false, false, 0.0},
+    {"1e999", false, false, 0.0},
+    {"-1e39", false, false, 0.0},
+    {"nan", false, false, 0.0},
+    {"inf", false, false, 0.0},
+    {"-infinity", false, false, 0.0},
+    {"1.5D+02", false, false, 0.0},
+    {"12a", false, false, 0.0},
+    {"１", false, false, 0.0},
+    {"********", false, false, 0.0},
+};
+
+class Number : public ::testing::TestWithParam<Word> {};
+
+TEST_P(Number, IsReadWholeOrNotAtAll) {
+    const Word& word = GetParam();
+    int whole = 99;
+    EXPECT_EQ(parse_number(word.text, whole), word.is_int);
+    EXPECT_EQ(whole, word.is_int ? static_cast<int>(word.value) : 99);
+    float single = 99.0f;
+    EXPECT_EQ(parse_number(word.text, single), word.is_float);
+    EXPECT_FLOAT_EQ(single, word.is_float ? static_cast<float>(word.value) : 99.0f);
+}
+
+INSTANTIATE_TEST_SUITE_P(Words, Number, ::testing::ValuesIn(words));
+
+TEST(NumberRange, SmallestAndLargest) {
+    float single = 0.0f;
+    ASSERT_TRUE(parse_number("1e-40", single)); // denormal
+    EXPECT_EQ(std::fpclassify(single), FP_SUBNORMAL);
+    ASSERT_TRUE(parse_number("3.4028234e38", single));
+    EXPECT_TRUE(std::isfinite(single));
+    double wide = 0.0;
+    EXPECT_TRUE(parse_number("1e-320", wide));
+    EXPECT_GT(wide, 0.0);
+    EXPECT_FALSE(parse_number("1e400", wide));
+    int whole = 0;
+    EXPECT_TRUE(parse_number("-2147483648", whole));
+    EXPECT_FALSE(parse_number("-2147483649", whole));
+}
+
+TEST(Scanner, ReadsItemsAndKeepsItsPlaceAtAFault) {
+    Scanner scan(" 3\t1.5\r\n\f name 4.0 9");
+    int whole = 0;
+    float single = 0.0f;
+    std::string_view word;
+    EXPECT_TRUE(scan.next(whole) && scan.next(single) && scan.next(word));
+    EXPECT_EQ(whole, 3);
+    EXPECT_FLOAT_EQ(single, 1.5f);
+    EXPECT_EQ(word, "name");
+    EXPECT_EQ(scan.line(), 2);
+    EXPECT_FALSE(scan.next(whole)); // 4.0 is no integer, and stays
+    EXPECT_EQ(whole, 3);
+    double wide = 0.0;
+    EXPECT_TRUE(scan.next(wide));
+    EXPECT_FALSE(scan.at_end());
+    EXPECT_TRUE(scan.next(whole));
+    EXPECT_TRUE(scan.at_end());
+    EXPECT_FALSE(scan.next(word));
+    EXPECT_EQ(word, "name");
+}
+
+std::vector<std::string> lines_of(std::string_view text) {
+    std::vector<std::string> lines;
+    LineReader reader(text);
+    for (std::string_view line; reader.next(line);) {
+        lines.emplace_back(line);
+        EXPECT_EQ(reader.number(), static_cast<int>(lines.size()));
+    }
+    return lines;
+}
+
+TEST(LineReader, LineEnds) {
+    using Lines = std::vector<std::string>;
+    EXPECT_EQ(lines_of(""), Lines{});
+    EXPECT_EQ(lines_of("a\r\nb\r\n"), (Lines{"a", "b"}));
+    EXPECT_EQ(lines_of("a\nb"), (Lines{"a", "b"}));
+    EXPECT_EQ(lines_of("a\r\n\r\n\nb\n"), (Lines{"a", "", "", "b"}));
+    EXPECT_EQ(lines_of("a\rcut\nb"), (Lines{"a", "b"})); // a line ends at its first CR
+}
+
+} // namespace
+} // namespace kigumi

@@ -1,0 +1,59 @@
+#include "trace/spy.h"
+
+#include "support.h"
+
+namespace kigumi {
+namespace {
+
+class Spy : public test::CoreTest {
+  protected:
+    void TearDown() override {
+        spy_close();
+        CoreTest::TearDown();
+    }
+    static std::string log() { return read_file(work_file("SPY.TXT")).value_or("(no log)"); }
+};
+
+TEST_F(Spy, OnlyWhatStandsInTheBufferIsWritten) {
+    ASSERT_TRUE(spy_open(work_dir()));
+    spy("Enter make_hashira()");
+    spy("Pass %5d of %s", 3, "柱");
+    spy_write();
+    spy("Enter make_waku()");
+    spy("T %12.5e", 90.9f);
+    spy_now("done");
+    spy("never written");
+    spy_close();
+    EXPECT_EQ(log(), "Spy Start\r\nPass     3 of \x92\x8c\r\ndone\r\n");
+}
+
+TEST_F(Spy, OpeningAgainStartsAnew) {
+    ASSERT_TRUE(spy_open(work_dir()));
+    spy_now("first run");
+    ASSERT_TRUE(spy_open(work_dir()));
+    EXPECT_EQ(log(), "Spy Start\r\n");
+}
+
+TEST_F(Spy, PercentSignsWithoutValuesStandAsTheyAre) {
+    ASSERT_TRUE(spy_open(work_dir()));
+    spy_now("100%d");
+    EXPECT_EQ(log(), "Spy Start\r\n100%d\r\n");
+}
+
+TEST_F(Spy, LongLineIsCut) {
+    ASSERT_TRUE(spy_open(work_dir()));
+    const std::string long_text(1000, 'x');
+    spy_now("%s", long_text.c_str());
+    EXPECT_EQ(log(), "Spy Start\r\n" + std::string(255, 'x') + "\r\n");
+}
+
+TEST_F(Spy, WithoutALogNothingHappens) {
+    spy_now("lost");
+    EXPECT_FALSE(spy_is_open());
+    EXPECT_FALSE(spy_open(work_dir() / "missing"));
+    spy_now("lost");
+    EXPECT_FALSE(fs::exists(work_file("SPY.TXT")));
+}
+
+} // namespace
+} // namespace kigumi
