@@ -10,6 +10,7 @@
 #include "results/force_picture.h"
 #include "results/marukaku.h"
 #include "results/model_picture.h"
+#include "results/stroke_font.h"
 #include "ui/picture_file.h"
 
 #include <algorithm>
@@ -133,6 +134,9 @@ int run_draw(const DrawOptions& options) {
         return -1;
     }
     if (!options.input.empty() && read_frame(options.input) < 0) {
+        return -1;
+    }
+    if (!options.labels.empty() && load_stroke_font() < 0) {
         return -1;
     }
     view.TAU = options.tau;

@@ -1,6 +1,7 @@
 #include "solver/check.h"
 
 #include <algorithm>
+#include <cfloat>
 #include <charconv>
 #include <cmath>
 #include <string_view>
@@ -89,7 +90,7 @@ double frame_extent(const Model& model) {
 
 Fault check_members(const Model& model) {
     const double extent = frame_extent(model);
-    if (!std::isfinite(extent))
+    if (!(extent <= FLT_MAX)) // readers hold coordinates in single precision
         return model_fault("節点の座標が大きすぎます");
     for (int no = 1; no <= static_cast<int>(model.member.size()); no++) {
         if (Fault fault = check_member_numbers(model, no))
@@ -167,12 +168,6 @@ const char* motion_label(size_t dof) {
         "X 方向に動きます",       "Y 方向に動きます",       "Z 方向に動きます",
         "X 軸まわりに回転します", "Y 軸まわりに回転します", "Z 軸まわりに回転します"};
     return labels[dof];
-}
-
-Fault mechanism_fault(const Model& model, size_t node_index, size_t dof) {
-    return {Exit::mechanism,
-            text_of("構造が不安定です: %s が %s", node_label(model, number_of(node_index)).c_str(),
-                    motion_label(dof))};
 }
 
 } // namespace frameslv

@@ -24,10 +24,7 @@ Fault check_model(const Model& model);
 // part is held exactly when the supports' conditions on these six have rank 6.
 Fault check_held(const Model& model);
 
-// "X方向に動きます" or "X軸まわりに回ります" and so on, for messages about an unknown 0..5.
+// "X 方向に動きます", "X 軸まわりに回転します" and so on, for messages about an unknown 0..5.
 const char* motion_label(size_t dof);
-
-// The fault of a frame that can move: names the node and the direction.
-Fault mechanism_fault(const Model& model, size_t node_index, size_t dof);
 
 } // namespace frameslv

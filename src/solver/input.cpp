@@ -108,7 +108,8 @@ bool InputReader::read_members() {
     for (int i = 0; i < N_Beam; i++) {
         int no = 0;
         // Six numbers, then the names of both ends, either of which may be blank.
-        if (!records_.next(block, 6, 8) || !read_own_number(block, seen, no))
+        if (!records_.next(block, 6, 8) || !records_.expect_names(block, 6) ||
+            !read_own_number(block, seen, no))
             return false;
         Member& member = model_.member[index_of(no)];
         if (!records_.integer(1, member.noi) || !records_.integer(2, member.noj) ||
@@ -167,7 +168,8 @@ bool InputReader::read_nodes() {
     std::vector<bool> seen(model_.node.size());
     for (int i = 0; i < count; i++) {
         int no = 0;
-        if (!records_.next(block, 4, 5) || !read_own_number(block, seen, no))
+        if (!records_.next(block, 4, 5) || !records_.expect_names(block, 4) ||
+            !read_own_number(block, seen, no))
             return false;
         Node& node = model_.node[index_of(no)];
         if (!read_values(1, {&node.at.x, &node.at.y, &node.at.z}))

@@ -111,7 +111,9 @@ Fault loosest(const Model& model, const Part& part, const Vector6& motion) {
         for (const size_t i : part.nodes)
             look(i, 3);
     }
-    return mechanism_fault(model, node, dof);
+    return {Exit::mechanism,
+            text_of("構造が不安定です: %s が %s", node_label(model, number_of(node)).c_str(),
+                    motion_label(dof))};
 }
 
 Fault check_part(const Model& model, const Part& part) {

@@ -56,6 +56,7 @@ bool RecordReader::next_line(std::string_view& line) {
 
 bool RecordReader::split(std::string_view line, bool blank_first) {
     fields_.clear();
+    comma_seen_ = false;
     bool comma = !blank_first; // the last separator was a comma, or a comma may not come yet
     size_t i = 0;
     while (i < line.size()) {
@@ -65,6 +66,7 @@ bool RecordReader::split(std::string_view line, bool blank_first) {
             if (comma)
                 return fail("カンマの間に値がありません");
             comma = true;
+            comma_seen_ = true;
             i++;
         } else {
             const size_t start = i;
@@ -121,6 +123,14 @@ bool RecordReader::real(size_t i, double& value) {
 bool RecordReader::is_real(size_t i) const {
     double value = 0.0;
     return parse_real(field(i), value);
+}
+
+bool RecordReader::expect_names(const char* block, size_t first) {
+    for (size_t i = first; i < size(); i++)
+        if (comma_seen_ && is_real(i))
+            return fail(text_of("%sの名前「%s」が数値です (小数点にカンマは使えません)", block,
+                                printable(field(i)).c_str()));
+    return true;
 }
 
 bool RecordReader::expect_count(const char* block, int count) {

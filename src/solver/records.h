@@ -37,6 +37,10 @@ class RecordReader {
     // Whether item `i` is such a number; notes no fault.
     bool is_real(size_t i) const;
 
+    // Refuses a record whose items from `first` on, names that may be left out, look like what a
+    // decimal comma has split off: a number, where the line has a comma.
+    bool expect_names(const char* block, size_t first);
+
     // Refuses a count of records that is negative or that the rest of the text cannot hold, so that
     // tables may be sized by it.
     bool expect_count(const char* block, int count);
@@ -51,7 +55,8 @@ class RecordReader {
 
     std::string_view text_;
     size_t at_ = 0;
-    int line_ = 0; // 1-based number of the line handed out last
+    bool comma_seen_ = false; // in the record
+    int line_ = 0;            // 1-based number of the line handed out last
     std::vector<std::string_view> fields_;
     Fault fault_;
 };

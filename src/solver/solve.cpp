@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <cfloat>
 #include <cmath>
+#include <limits>
 
 namespace frameslv {
 
@@ -146,11 +147,10 @@ Fault Analysis::loosest_motion() {
             loosest = j;
         }
     }
-    Fault fault =
-        mechanism_fault(model_, unknowns_.place[loosest].node, unknowns_.place[loosest].dof);
-    fault.code = Exit::inexact;
-    fault.text += " (部材の剛性の差が大きすぎます)";
-    return fault;
+    const auto [node, dof] = unknowns_.place[loosest];
+    return {Exit::inexact,
+            text_of("部材の剛性の差が大きすぎて計算できません: %s がほとんど抵抗なく %s",
+                    node_label(model_, number_of(node)).c_str(), motion_label(dof))};
 }
 
 void Analysis::set_load_scale() {
@@ -164,6 +164,8 @@ void Analysis::set_load_scale() {
 }
 
 double Analysis::relative(const Vector6& force) const {
+    if (!force.allFinite())
+        return std::numeric_limits<double>::infinity();
     return std::max(force.head<3>().lpNorm<Eigen::Infinity>() / force_,
                     force.tail<3>().lpNorm<Eigen::Infinity>() / (force_ * arm_));
 }
@@ -194,8 +196,7 @@ double Analysis::residual_of(const std::vector<Vector6>& unbalanced) const {
         for (size_t k = 0; k < dof_count; k++)
             if (model_.node[i].held[k])
                 free(static_cast<Eigen::Index>(k)) = 0.0;
-        const double size = relative(free);
-        most = size <= most ? most : size; // lets a NaN through
+        most = std::max(most, relative(free));
     }
     return most;
 }
@@ -283,17 +284,17 @@ Fault Analysis::judge() {
         return {Exit::inexact,
                 text_of("釣合いの残差 %.1e が大きすぎます (部材の剛性の差が大きすぎます)",
                         solution_.residual)};
+    const auto readable = [](const Vector6& v) {
+        return v.allFinite() && v.lpNorm<Eigen::Infinity>() <= FLT_MAX;
+    };
     for (size_t i = 0; i < solution_.moved.size(); i++)
-        if (!(solution_.moved[i].lpNorm<Eigen::Infinity>() <= FLT_MAX))
+        if (!readable(solution_.moved[i]))
             return {Exit::inexact,
                     text_of("%s の変位が大きすぎます", node_label(model_, number_of(i)).c_str())};
-    for (size_t i = 0; i < solution_.end_force.size(); i++) {
-        const EndForces& forces = solution_.end_force[i];
-        if (!(forces.i.lpNorm<Eigen::Infinity>() <= FLT_MAX &&
-              forces.j.lpNorm<Eigen::Infinity>() <= FLT_MAX))
+    for (size_t i = 0; i < solution_.end_force.size(); i++)
+        if (!readable(solution_.end_force[i].i) || !readable(solution_.end_force[i].j))
             return {Exit::inexact, text_of("%s の部材力が大きすぎます",
                                            member_label(model_, number_of(i)).c_str())};
-    }
     if (solution_.residual > doubtful_residual)
         solution_.warnings.push_back(text_of("釣合いの残差 %.1e が %.0e を越えています",
                                              solution_.residual, doubtful_residual));

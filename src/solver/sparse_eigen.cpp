@@ -54,12 +54,22 @@ std::unique_ptr<Factoriser> make_factoriser(int n) {
 std::vector<int> order_vertices(const std::vector<int>& start, const std::vector<int>& row) {
     using Graph = Eigen::SparseMatrix<double, Eigen::ColMajor, int>;
     const Eigen::Index n = static_cast<Eigen::Index>(start.size()) - 1;
-    const std::vector<double> ones(row.size(), 1.0);
-    const Eigen::Map<const Graph> upper(n, n, static_cast<Eigen::Index>(row.size()), start.data(),
-                                        row.data(), ones.data());
-    Graph graph = Graph(upper).selfadjointView<Eigen::Upper>();
+    // The ordering takes a vertex without a diagonal entry for one to be left to the end.
+    std::vector<int> full_start{0};
+    std::vector<int> full_row;
+    full_start.reserve(start.size());
+    full_row.reserve(row.size() + start.size());
+    for (size_t j = 0; j + 1 < start.size(); j++) {
+        full_row.insert(full_row.end(), row.begin() + start[j], row.begin() + start[j + 1]);
+        full_row.push_back(static_cast<int>(j));
+        full_start.push_back(static_cast<int>(full_row.size()));
+    }
+    const std::vector<double> ones(full_row.size(), 1.0);
+    const Eigen::Map<const Graph> upper(n, n, static_cast<Eigen::Index>(full_row.size()),
+                                        full_start.data(), full_row.data(), ones.data());
+    const Graph graph(upper);
     Eigen::PermutationMatrix<Eigen::Dynamic, Eigen::Dynamic, int> order;
-    Eigen::AMDOrdering<int>()(graph, order);
+    Eigen::AMDOrdering<int>()(graph.selfadjointView<Eigen::Upper>(), order);
     return {order.indices().data(), order.indices().data() + n};
 }
 

@@ -1,0 +1,63 @@
+#include "ui/document.h"
+
+#include "model/model.h"
+#include "ui/dialogs.h"
+
+#include <algorithm>
+
+namespace kigumi {
+
+Document document;
+
+void Document::set_generated() {
+    file.clear();
+    changed = true;
+}
+
+void Document::set_read(const fs::path& path) {
+    file = path;
+    changed = false;
+}
+
+void Document::set_saved(const fs::path& path) {
+    file = path;
+    changed = false;
+}
+
+void Document::set_empty() {
+    file.clear();
+    changed = false;
+}
+
+QString document_summary() {
+    if (model.N_Beam == 0) {
+        return "モデルがありません";
+    }
+    float low[3] = {model.node[0].x, model.node[0].y, model.node[0].z};
+    float high[3] = {low[0], low[1], low[2]};
+    for (int i = 0; i < model.N_Node; ++i) {
+        const float at[3] = {model.node[i].x, model.node[i].y, model.node[i].z};
+        for (int axis = 0; axis < 3; ++axis) {
+            low[axis] = std::min(low[axis], at[axis]);
+            high[axis] = std::max(high[axis], at[axis]);
+        }
+    }
+    double volume = 0.0;
+    for (int i = 0; i < model.N_Beam; ++i) {
+        volume += beam_volume(model.beam[i]);
+    }
+    const auto range = [&](int axis) {
+        return QString("%1～%2").arg(low[axis], 0, 'f', 1).arg(high[axis], 0, 'f', 1);
+    };
+    return QString("節点 %1　部材 %2　X %3　Y %4　Z %5 cm　材積 %6 m³")
+        .arg(model.N_Node)
+        .arg(model.N_Beam)
+        .arg(range(0), range(1), range(2))
+        .arg(volume, 0, 'f', 3);
+}
+
+QString document_name() {
+    return document.file.empty() ? QString("名称未設定") : qt_path(document.file.filename());
+}
+
+} // namespace kigumi

@@ -1,0 +1,29 @@
+// What the windows know of the model as a piece of work: its file, and whether it is saved.
+#pragma once
+
+#include "files/jiku.h"
+
+#include <QString>
+
+namespace kigumi {
+
+struct Document {
+    fs::path file;        // file it was read from or saved to last; empty for a new frame
+    bool changed = false; // changed since then
+    Shift shift;          // 座標移動 of written axis data, cm
+
+    void set_generated();
+    void set_read(const fs::path& path);
+    void set_saved(const fs::path& path);
+    void set_empty();
+};
+
+extern Document document;
+
+// Counts, bounds and timber volume of the model in one line, for status bars.
+QString document_summary();
+
+// File name for titles; 名称未設定 for a frame that has none.
+QString document_name();
+
+} // namespace kigumi

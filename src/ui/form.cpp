@@ -1,0 +1,105 @@
+#include "ui/form.h"
+
+#include "ui/dialogs.h"
+
+#include <QFocusEvent>
+#include <QGroupBox>
+#include <QLabel>
+#include <QPainter>
+#include <QRadioButton>
+#include <QTimer>
+
+#include <charconv>
+
+namespace kigumi {
+
+NumberEdit::NumberEdit(QWidget* parent) : QLineEdit(parent) {
+    setAlignment(Qt::AlignRight | Qt::AlignVCenter);
+}
+
+QSize NumberEdit::sizeHint() const {
+    constexpr int digits = 11;
+    return {fontMetrics().horizontalAdvance('0') * digits, QLineEdit::sizeHint().height()};
+}
+
+void NumberEdit::focusInEvent(QFocusEvent* event) {
+    QLineEdit::focusInEvent(event);
+    if (event->reason() == Qt::MouseFocusReason) {
+        // The press that brought the focus places the cursor after this event.
+        QTimer::singleShot(0, this, &QLineEdit::selectAll);
+    } else {
+        selectAll();
+    }
+}
+
+KeyScrollBar::KeyScrollBar(QWidget* parent) : QScrollBar(parent) {
+    setFocusPolicy(Qt::StrongFocus);
+}
+
+void KeyScrollBar::paintEvent(QPaintEvent* event) {
+    QScrollBar::paintEvent(event);
+    if (hasFocus()) {
+        QPainter painter(this);
+        painter.setPen(QPen(palette().color(QPalette::Highlight), 2));
+        painter.drawRect(rect().adjusted(1, 1, -1, -1));
+    }
+}
+
+QString label_of(const QWidget* box) {
+    if (!box->accessibleName().isEmpty()) {
+        return box->accessibleName();
+    }
+    for (const QLabel* label : box->window()->findChildren<QLabel*>()) {
+        if (label->buddy() == box) {
+            return label->text();
+        }
+    }
+    return {};
+}
+
+QString number_text(float value) {
+    char digits[64];
+    const auto written =
+        std::to_chars(digits, digits + sizeof digits, value, std::chars_format::fixed);
+    const QString text = QString::fromLatin1(digits, written.ptr - digits);
+    return text.contains('.') ? text : text + ".0";
+}
+
+bool read_box(QLineEdit* box, float& value) {
+    return read_box(box, label_of(box), value);
+}
+
+bool read_box(QLineEdit* box, int& value) {
+    return read_box(box, label_of(box), value);
+}
+
+int chosen_item(const QGroupBox* group) {
+    const auto items = group->findChildren<QRadioButton*>();
+    for (int i = 0; i < items.size(); ++i) {
+        if (items[i]->isChecked()) {
+            return i;
+        }
+    }
+    return -1;
+}
+
+void choose_item(QGroupBox* group, int item) {
+    const auto items = group->findChildren<QRadioButton*>();
+    for (int i = 0; i < items.size(); ++i) {
+        // Only a button outside the exclusion can be released.
+        items[i]->setAutoExclusive(false);
+        items[i]->setChecked(i == item);
+    }
+    for (QRadioButton* button : items) {
+        button->setAutoExclusive(true);
+    }
+}
+
+void on_item_clicked(QGroupBox* group, const std::function<void(int item)>& clicked) {
+    const auto items = group->findChildren<QRadioButton*>();
+    for (int i = 0; i < items.size(); ++i) {
+        QObject::connect(items[i], &QRadioButton::clicked, group, [clicked, i] { clicked(i); });
+    }
+}
+
+} // namespace kigumi

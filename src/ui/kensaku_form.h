@@ -1,0 +1,50 @@
+// The condition search window (条件検索): chooses members and writes them as axis data.
+#pragma once
+
+#include <QDialog>
+
+#include <array>
+#include <vector>
+
+class QCheckBox;
+class QComboBox;
+class QLabel;
+class QPushButton;
+class QVBoxLayout;
+
+namespace kigumi {
+class PictureWidget;
+}
+
+// Chooses members by category, by ranges of the x, y and z levels within which both ends lie, and
+// by section; shows their count and draws them in colour among the others.
+class TKensakuForm : public QDialog {
+    Q_OBJECT
+
+  public:
+    explicit TKensakuForm(QWidget* parent);
+
+    // Positions of the members that the conditions choose.
+    const std::vector<int>& chosen() const { return chosen_; }
+
+  private:
+    struct Range {
+        QComboBox* from;
+        QComboBox* to;
+    };
+
+    void add_kinds(QVBoxLayout* column);
+    void add_ranges(QVBoxLayout* column);
+    void add_sections(QVBoxLayout* column);
+    void add_buttons(QVBoxLayout* column);
+    void search();
+    void save();
+
+    std::vector<std::pair<int, QCheckBox*>> kinds_; // category and its box
+    std::array<Range, 3> ranges_{};
+    QComboBox* section_ = nullptr;
+    QLabel* count_ = nullptr;
+    QPushButton* save_ = nullptr;
+    kigumi::PictureWidget* picture_ = nullptr;
+    std::vector<int> chosen_;
+};

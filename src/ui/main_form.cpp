@@ -1,0 +1,300 @@
+#include "ui/main_form.h"
+
+#include "analysis/solver_input.h"
+#include "analysis/solver_run.h"
+#include "base/message.h"
+#include "files/jiku.h"
+#include "files/tegaki.h"
+#include "geometry/solid.h"
+#include "model/lookup.h"
+#include "trace/spy.h"
+#include "ui/dialogs.h"
+#include "ui/document.h"
+#include "ui/help_form.h"
+#include "ui/jiku_form.h"
+#include "ui/kihon_unit_form.h"
+
+#include <QCloseEvent>
+#include <QGuiApplication>
+#include <QScreen>
+#include <QStatusBar>
+
+using namespace kigumi;
+
+namespace {
+
+constexpr int taskbar_height = 64; // pixels left below the window
+
+// Settings, log and tables as a fresh program has them.
+void start_program() {
+    spy_open(work_dir());
+    spy_text("cDirectory " + utf8_of(work_dir()));
+    const QSize screen = QGuiApplication::primaryScreen()->size();
+    spy_now("xScreen %5d yScreen %5d", screen.width(), screen.height() - taskbar_height);
+    reset_model();
+    snap_radius = 10.0f;
+    view = View{};
+    document = Document{};
+}
+
+} // namespace
+
+TMainForm::TMainForm() : PictureWindow(nullptr) {
+    setObjectName("MainForm");
+    start_program();
+    add_file_menu();
+    add_data_menu();
+    add_view_menu();
+    add_help();
+    labels_.fixed_nodes = labels_.loaded_nodes = true;
+    resize(1200, 740);
+    set_stage(Stage::empty);
+}
+
+void TMainForm::add_file_menu() {
+    QMenu* file = add_menu("FileMenu", "ファイル(&F)");
+    add_item(
+        file, "SinkiMenu", "新規作成(&N)", [this] { new_model(); }, QKeySequence::New);
+    file->addSeparator();
+    QAction* kihon = add_item(
+        file, "KihonMenu", "基本データ選択(&K)", [this] { basic_data(); }, QKeySequence("Ctrl+G"));
+    QAction* tegaki = add_item(file, "TegakiMenu", "手書入力編集(&T)",
+                               [this] { not_in_this_version("手書入力編集"); });
+    QAction* read = add_item(
+        file, "JikuDataReadMenu", "軸データ編集(&J)", [this] { read_axis_data(); },
+        QKeySequence::Open);
+    file->addSeparator();
+    QMenu* save = file->addMenu("ファイル保存(&S)");
+    save->setObjectName("SaveFileMenu");
+    QAction* textbook =
+        add_item(save, "HoneSaveMenu", "骨組入力データ(&H)", [this] { save_textbook_input(); });
+    QAction* solver = add_item(
+        save, "FrameSlvSaveMenu", "FrameSlv入力データ(&F)", [this] { save_solver_input(); },
+        QKeySequence::Save);
+    QAction* solve = add_item(
+        file, "KaisekiMenu", "構造解析実施(&A)", [this] { not_in_this_version("構造解析実施"); },
+        QKeySequence(Qt::Key_F5));
+    QAction* keep =
+        add_item(file, "KekkaHozonMenu", "解析結果保存(&R)", [this] { save_result_files(); });
+    QAction* last = add_item(file, "SaigoKaisekiMenu", "最後の解析結果(&L)",
+                             [this] { not_in_this_version("最後の解析結果"); });
+    file->addSeparator();
+    QAction* exit = add_item(
+        file, "ExitMenu", "終了(&X)", [this] { close(); }, QKeySequence("Ctrl+Q"));
+    opened_by_ = {
+        {kihon, &CommandFlags::KihonMenu},       {tegaki, &CommandFlags::TegakiMenu},
+        {read, &CommandFlags::JikuDataReadMenu}, {save->menuAction(), &CommandFlags::SaveFileMenu},
+        {textbook, &CommandFlags::HoneSaveMenu}, {solver, &CommandFlags::FrameSlvSaveMenu},
+        {solve, &CommandFlags::KaisekiMenu},     {keep, &CommandFlags::KekkaHozonMenu},
+        {last, &CommandFlags::SaigoKaisekiMenu}, {exit, &CommandFlags::ExitMenu}};
+}
+
+void TMainForm::add_data_menu() {
+    QMenu* menu = add_menu("SetutenShiteiMenu", "データ指定(&D)");
+    opened_by_.emplace_back(menu->menuAction(), &CommandFlags::SetutenShiteiMenu);
+    struct Item {
+        const char* name;
+        const char* caption;
+        const char* words;
+    };
+    constexpr Item items[] = {
+        {"KousokuSetutenMenu", "拘束節点指定(&K)", "拘束節点指定"},
+        {"KajyuSetutenMenu", "荷重節点指定(&L)", "荷重節点指定"},
+        {"SetutenDataMenu", "節点データ入力(&N)", "節点データ入力"},
+        {"BeamParamMenu", "部材データ(&B)", "部材データ"},
+    };
+    for (const Item& item : items) {
+        QAction* action = add_item(menu, item.name, item.caption,
+                                   [this, words = item.words] { not_in_this_version(words); });
+        opened_by_.emplace_back(action, &CommandFlags::SetutenShiteiMenu);
+    }
+}
+
+QAction* TMainForm::add_toggle(QMenu* menu, const char* name, const QString& caption, bool& flag) {
+    QAction* action = add_item(menu, name, caption, [] {});
+    action->setCheckable(true);
+    action->setChecked(flag);
+    connect(action, &QAction::toggled, this, [this, &flag](bool on) {
+        flag = on;
+        show_state();
+    });
+    return action;
+}
+
+void TMainForm::add_view_menu() {
+    labels_.fixed_nodes = labels_.loaded_nodes = true;
+    QMenu* shown = add_menu("HyoujiMenu", "表示(&V)");
+    opened_by_.emplace_back(shown->menuAction(), &CommandFlags::HyoujiMenu);
+    opened_by_.emplace_back(
+        add_toggle(shown, "SetutenMeishouMenu", "節点名称(&N)", labels_.node_names),
+        &CommandFlags::SetutenMeishouMenu);
+    opened_by_.emplace_back(
+        add_toggle(shown, "BuzaiBangouMenu", "部材番号(&B)", labels_.member_numbers),
+        &CommandFlags::BuzaiBangouMenu);
+    opened_by_.emplace_back(
+        add_toggle(shown, "KoteiStutenMenu", "固定節点(&K)", labels_.fixed_nodes),
+        &CommandFlags::KoteiStutenMenu);
+    opened_by_.emplace_back(
+        add_toggle(shown, "KajyuryouMenu", "荷重節点(&L)", labels_.loaded_nodes),
+        &CommandFlags::KajyuryouMenu);
+    shown->addSeparator();
+    add_fit_item(shown);
+}
+
+void TMainForm::add_help() {
+    QMenu* help = add_menu("HelpMenu", "ヘルプ(&H)");
+    add_item(
+        help, "Help2", "ヘルプ(&H)", [this] { show_help(this); }, QKeySequence(Qt::Key_F1));
+    // Deliberate: this item does nothing in the main window.
+    add_item(help, "About1", "バージョン情報(&A)", [] {});
+}
+
+void TMainForm::set_stage(Stage stage) {
+    state_.stage = stage;
+    const CommandFlags flags = command_flags(state_);
+    for (const auto& [action, flag] : opened_by_) {
+        action->setEnabled(flags.*flag);
+    }
+    show_state();
+}
+
+void TMainForm::show_state() {
+    const bool present = state_.stage == Stage::made || state_.stage == Stage::loaded;
+    const QString mark = document.changed ? "*" : "";
+    setWindowTitle(present ? document_name() + mark + " - kigumi" : QString("kigumi"));
+    statusBar()->showMessage(document_summary());
+    if (present) {
+        picture().set_picture(
+            [this](Canvas& canvas, DrawArea& area) { draw_model_picture(canvas, area, labels_); });
+    } else {
+        picture().set_picture({});
+    }
+}
+
+void TMainForm::check_model() {
+    if (model.N_Node == 0 && model.N_Beam == 0) {
+        set_stage(Stage::empty);
+        return;
+    }
+    if (model.N_Beam >= 1) {
+        if (check_all_beam() < 0) {
+            return;
+        }
+        view.TAU = view.FAI = 30.0f;
+        const BusyCursor busy;
+        project_model();
+        if (rebuild_tables() < 0) {
+            return;
+        }
+    }
+    picture().fit();
+    set_stage(Stage::made);
+}
+
+void TMainForm::new_model() {
+    if (!may_leave()) {
+        return;
+    }
+    reset_model();
+    reset_solids();
+    clear_points();
+    forget_old_node();
+    document.set_empty();
+    state_ = CommandState{};
+    picture().fit();
+    set_stage(Stage::empty);
+}
+
+void TMainForm::basic_data() {
+    TKihonUnitForm window(this);
+    window.run_modal();
+    check_model();
+}
+
+void TMainForm::read_axis_data() {
+    const fs::path path = ask_open_file(this, "軸データ編集", "軸データ(*.JIK)|*.jik");
+    if (path.empty()) {
+        return;
+    }
+    set_stage(Stage::reading);
+    reset_model();
+    reset_solids();
+    clear_points();
+    forget_old_node();
+    int status = 0;
+    {
+        const BusyCursor busy;
+        status = load_jiku_data(path);
+        status = status < 0 ? -1 : rebuild_tables();
+    }
+    if (status < 0) {
+        show_message("軸データ読みこみに失敗しました");
+        reset_model();
+        set_stage(Stage::empty);
+        return;
+    }
+    document.set_read(path);
+    TJikuForm window(this);
+    window.run_modal();
+    check_model();
+}
+
+void TMainForm::save_solver_input() {
+    const fs::path path =
+        ask_save_file(this, "FrameSlv入力データ", "FrameSlv入力データ(*.bon)|*.bon", "bon");
+    if (!path.empty() && save_honegumi(path) < 0) {
+        show_message("｢FrameSlvデータ保存に失敗しました");
+    }
+}
+
+void TMainForm::save_textbook_input() {
+    const fs::path path = ask_save_file(this, "骨組入力データ", "骨グラ保存(*.ydu)|*.ydu", "ydu");
+    if (!path.empty() && save_honegra(path) < 0) {
+        show_message("｢フレームラボ」データ保存に失敗しました");
+    }
+}
+
+void TMainForm::save_result_files() {
+    const fs::path path = ask_save_file(this, "解析結果保存", "解析結果保存(*.out)|*.out", "out");
+    if (!path.empty()) {
+        save_results(path);
+    }
+}
+
+void TMainForm::not_in_this_version(const QString& what) {
+    show_message(QString("「%1」はこの版にはまだありません").arg(what).toStdString());
+}
+
+bool TMainForm::save_axis_data() {
+    const fs::path path = ask_save_file(this, "軸データ保存", "軸データ(*.JIK)|*.jik", "jik");
+    if (path.empty() || save_jiku_data(path, document.shift) < 0) {
+        return false;
+    }
+    document.set_saved(path);
+    return true;
+}
+
+bool TMainForm::may_leave() {
+    if (!document.changed || model.N_Beam == 0) {
+        return true;
+    }
+    switch (ask_unsaved(this, "保存していない骨組があります。軸データとして保存しますか?",
+                        "保存する(&S)", "保存しない(&D)", "キャンセル(&C)")) {
+    case UnsavedAnswer::save:
+        return save_axis_data();
+    case UnsavedAnswer::discard:
+        return true;
+    case UnsavedAnswer::cancel:
+        break;
+    }
+    return false;
+}
+
+void TMainForm::closeEvent(QCloseEvent* event) {
+    if (!may_leave()) {
+        event->ignore();
+        return;
+    }
+    spy_close();
+    PictureWindow::closeEvent(event);
+}

@@ -1,0 +1,49 @@
+// The main window: the menu, the model's picture, and the order of the work.
+#pragma once
+
+#include "results/model_picture.h"
+#include "ui/command_flags.h"
+#include "ui/picture_window.h"
+
+#include <vector>
+
+class TMainForm : public kigumi::PictureWindow {
+    Q_OBJECT
+
+  public:
+    // Starts the program's state: the working directory, the trace log, an empty model.
+    TMainForm();
+
+    const kigumi::CommandState& state() const { return state_; }
+
+  protected:
+    void closeEvent(QCloseEvent* event) override;
+
+  private:
+    void add_file_menu();
+    void add_data_menu();
+    void add_view_menu();
+    void add_help();
+
+    void new_model();
+    void basic_data();
+    void read_axis_data();
+    void save_solver_input();
+    void save_textbook_input();
+    void save_result_files();
+    void not_in_this_version(const QString& what);
+
+    // What follows every command that makes a model.
+    void check_model();
+    void set_stage(kigumi::Stage stage);
+    void show_state();
+    // Asks about unsaved work; false when the user wants to stay.
+    bool may_leave();
+    bool save_axis_data();
+    QAction* add_toggle(QMenu* menu, const char* name, const QString& caption, bool& flag);
+
+    kigumi::CommandState state_;
+    kigumi::ModelLabels labels_;
+    // Menu items and submenus with the flag that opens them.
+    std::vector<std::pair<QAction*, bool kigumi::CommandFlags::*>> opened_by_;
+};

@@ -1,0 +1,106 @@
+#include "ui/model_view.h"
+
+#include "base/message.h"
+#include "geometry/axis_picture.h"
+#include "geometry/perspective.h"
+#include "geometry/solid.h"
+#include "ui/dialogs.h"
+#include "ui/isome_form.h"
+#include "ui/view_form.h"
+
+namespace kigumi {
+
+namespace {
+
+void paint_model(ModelMode mode, Canvas& canvas, DrawArea& area) {
+    switch (mode) {
+    case ModelMode::wire_nodes:
+        draw_wire(canvas, area, true);
+        break;
+    case ModelMode::wire:
+        draw_wire(canvas, area, false);
+        break;
+    case ModelMode::axis:
+        draw_axis_model(canvas, area);
+        break;
+    case ModelMode::perspective:
+        draw_perspective(canvas, area);
+        break;
+    case ModelMode::nothing:
+        break;
+    }
+}
+
+} // namespace
+
+ModelWindow::ModelWindow(QWidget* parent) : PictureWindow(parent) {
+    view.TAU = view.FAI = 30.0f;
+}
+
+void ModelWindow::show_mode(ModelMode mode) {
+    mode_ = mode;
+    picture().fit();
+    picture().set_picture(
+        [mode](Canvas& canvas, DrawArea& area) { paint_model(mode, canvas, area); });
+}
+
+void ModelWindow::add_view_menu(ModelMode marked) {
+    QMenu* menu = add_menu("HyoujiMenu", "表示(&V)");
+    view_items_.push_back(add_item(menu, "WireNodeMenu", "節点付ワイヤモデル(&N)",
+                                   [this, marked] { turn_parallel(marked); }));
+    view_items_.push_back(add_item(menu, "WireMenu", "節点なしワイヤモデル(&W)",
+                                   [this] { turn_parallel(ModelMode::wire); }));
+    view_items_.push_back(
+        add_item(menu, "JikuModelMenu", "軸モデル(&J)", [this] { show_axis_model(); }));
+    viewpoint_item_ =
+        add_item(menu, "SitenModelMenu", "視点座標モデル(&S)", [this] { show_viewpoint_model(); });
+    view_items_.push_back(viewpoint_item_);
+    menu->addSeparator();
+    add_fit_item(menu);
+}
+
+void ModelWindow::set_views_enabled(bool enabled) {
+    for (QAction* item : view_items_) {
+        item->setEnabled(enabled);
+    }
+}
+
+void ModelWindow::turn_parallel(ModelMode mode) {
+    view.TAU = view.FAI = 30.0f;
+    view.perspective = 0;
+    show_mode(mode);
+    TIsomeForm angles(this);
+    connect(&angles, &TIsomeForm::changed, &picture(), qOverload<>(&QWidget::update));
+    angles.exec();
+}
+
+int ModelWindow::rebuild_solids() {
+    const BusyCursor busy;
+    DrawArea area;
+    area.xScreen = picture().width();
+    area.yScreen = picture().height();
+    return build_trio_file() < 0 ? -1 : get_jiku_world(area);
+}
+
+void ModelWindow::show_axis_model() {
+    view.TAU = view.FAI = 30.0f;
+    if (rebuild_solids() < 0) {
+        show_message("get_jiku failed at jikuire()");
+        return;
+    }
+    viewpoint_item_->setEnabled(true);
+    turn_parallel(ModelMode::axis);
+}
+
+void ModelWindow::show_viewpoint_model() {
+    if (rebuild_solids() < 0) {
+        show_message("get_jiku failed at jikuire()");
+        return;
+    }
+    show_mode(ModelMode::perspective);
+    TViewForm viewpoint(this);
+    viewpoint.exec();
+    picture().update();
+}
+
+} // namespace kigumi

@@ -1,0 +1,29 @@
+// The coordinate move dialog (座標移動).
+#pragma once
+
+#include "files/jiku.h"
+
+#include <QDialog>
+
+#include <memory>
+
+namespace Ui {
+class TZahyouIdouForm;
+}
+
+// Asks for the shift of a written axis data file. It starts from the shift given last.
+class TZahyouIdouForm : public QDialog {
+    Q_OBJECT
+
+  public:
+    explicit TZahyouIdouForm(QWidget* parent = nullptr);
+    ~TZahyouIdouForm() override;
+
+    // The shift given last, for the whole program; 0 until there was one. OK sets it.
+    static const kigumi::Shift& shift();
+
+    void accept() override;
+
+  private:
+    std::unique_ptr<Ui::TZahyouIdouForm> ui_;
+};

@@ -1,0 +1,248 @@
+// Every refusal: a code, one line that names the place, and no result files.
+#include "support.h"
+
+#include "solver/fault.h"
+#include "solver/run.h"
+
+#include <algorithm>
+#include <functional>
+#include <sstream>
+
+namespace frameslv::test {
+
+namespace {
+
+class RefusalTest : public SolverTest {
+  protected:
+    void expect_refused(const std::string& text, Exit code, const std::string& named,
+                        const std::string& what) {
+        for (const char* name : results)
+            write(name, "old");
+        const Results r = run(text);
+        EXPECT_EQ(r.code, static_cast<int>(code)) << what << ": " << r.err;
+        EXPECT_NE(r.err.find(named), std::string::npos) << what << ": " << r.err;
+        EXPECT_EQ(std::count(r.err.begin(), r.err.end(), '\n'), 1) << what;
+        for (const char* name : results)
+            EXPECT_FALSE(exists(name)) << what << ": " << name;
+        const std::string error = read("frameslv.err");
+        ASSERT_GT(error.size(), 2u);
+        EXPECT_EQ(error.substr(0, error.size() - 2) + "\n", r.err);
+    }
+
+    static constexpr const char* results[] = {"frameslv.zlv", "frameslv.lst", "frameslv.dsp"};
+};
+
+Frame portal() {
+    Frame f;
+    f.node = {{0, 0, 0}, {0, 0, 300}, {400, 0, 300}, {400, 0, 0}};
+    f.member = {{1, 2}, {2, 3, 1, 1}, {4, 3}};
+    f.section = {{1000, 500, 100, 800}};
+    f.material = {{1e5, 0.3}};
+    f.support = {{1}, {4}};
+    f.load = {{2, six(10, 0, -20)}};
+    return f;
+}
+
+} // namespace
+
+TEST_F(RefusalTest, Models) {
+    struct Case {
+        const char* what;
+        std::function<void(Frame&)> change;
+        Exit code;
+        const char* named;
+    };
+    const auto bad = Exit::bad_model;
+    const auto loose = Exit::mechanism;
+    const Case cases[] = {
+        {"no nodes", [](Frame& f) { f = Frame(); }, bad, "節点がありません"},
+        {"no members", [](Frame& f) { f.member.clear(); }, bad, "部材がありません"},
+        {"unknown node", [](Frame& f) { f.member[1].j = 5; }, bad, "部材 2: 節点番号 5"},
+        {"node 0", [](Frame& f) { f.member[1].i = 0; }, bad, "部材 2: 節点番号 0"},
+        {"unknown section", [](Frame& f) { f.member[1].section = -1; }, bad, "部材 2: 断面番号 -1"},
+        {"unknown material", [](Frame& f) { f.member[2].material = 2; }, bad, "部材 3: 材料番号 2"},
+        {"A zero", [](Frame& f) { f.section[0].A = 0; }, bad, "断面 1 の A"},
+        {"Iy negative", [](Frame& f) { f.section[0].Iy = -1; }, bad, "断面 1 の Iy"},
+        {"Iz zero", [](Frame& f) { f.section[0].Iz = 0; }, bad, "断面 1 の Iz"},
+        {"J zero", [](Frame& f) { f.section[0].J = 0; }, bad, "断面 1 の J"},
+        {"E zero", [](Frame& f) { f.material[0].E = 0; }, bad, "材料 1 の E"},
+        {"nu -1", [](Frame& f) { f.material[0].nu = -1; }, bad, "材料 1 のポアソン比"},
+        {"nu 0.51", [](Frame& f) { f.material[0].nu = 0.51; }, bad, "材料 1 のポアソン比"},
+        {"zero length", [](Frame& f) { f.node[2] = f.node[1]; }, bad, "部材 2 (節点 2 - 節点 3)"},
+        {"one node twice", [](Frame& f) { f.member[0].j = 1; }, bad, "部材 1 (節点 1 - 節点 1)"},
+        {"far away",
+         [](Frame& f) {
+             f.node[0].x() = 1.7e308;
+             f.node[1].x() = -1.7e308;
+         },
+         bad, "座標"},
+        {"loads beyond double",
+         [](Frame& f) {
+             f.load = {{2, six(1.7e308, 0, 0)}, {2, six(1.7e308, 0, 0)}};
+         },
+         bad, "節点 2 の荷重"},
+        {"stiffness beyond double", [](Frame& f) { f.material[0].E = 1e308; }, Exit::inexact,
+         "節点"},
+        {"stiffness below double", [](Frame& f) { f.material[0].E = 1e-308; }, Exit::inexact,
+         "節点"},
+        {"results beyond single",
+         [](Frame& f) {
+             f.load = {{2, six(1e40, 0, 0)}};
+         },
+         Exit::inexact, "が大きすぎます"},
+        {"no supports", [](Frame& f) { f.support.clear(); }, loose, "支点がありません"},
+        {"only empty supports",
+         [](Frame& f) {
+             f.support = {{1, "000000"}};
+         },
+         loose, "支点がありません"},
+        {"node without members",
+         [](Frame& f) {
+             f.node.push_back({9, 9, 9});
+         },
+         loose, "節点 5 に部材がありません"},
+        {"such a node half held",
+         [](Frame& f) {
+             f.node.push_back({9, 9, 9});
+             f.support.push_back({5, "111110"});
+         },
+         loose, "節点 5 に部材がありません"},
+        {"floating part",
+         [](Frame& f) {
+             f.node.push_back({0, 900, 0});
+             f.node.push_back({0, 900, 100});
+             f.member.push_back({6, 5});
+         },
+         loose, "節点 5 を含む部分に支点がありません"},
+        {"spin about the line of the supports",
+         [](Frame& f) {
+             f.support = {{1, "111000"}, {4, "111000"}};
+         },
+         loose, "Y 方向"},
+        {"spin about a slanted line",
+         [](Frame& f) {
+             f.support = {{2, "111000"}, {4, "111000"}};
+         },
+         loose, "Y 方向"},
+        {"slides",
+         [](Frame& f) {
+             f.support = {{1, "011111"}, {4, "011111"}};
+         },
+         loose, "X 方向"},
+        {"bar turning about itself",
+         [](Frame& f) {
+             f.node = {{0, 0, 0}, {100, 0, 0}};
+             f.member = {{1, 2}};
+             f.support = {{1, "111000"}, {2, "111000"}};
+         },
+         loose, "X 軸まわり"},
+        {"second part loose",
+         [](Frame& f) {
+             f.node.push_back({0, 900, 0});
+             f.node.push_back({0, 900, 100});
+             f.member.push_back({5, 6});
+             f.support.push_back({5, "110111"});
+         },
+         loose, "節点 5 が Z 方向"},
+    };
+    for (const Case& one : cases) {
+        Frame f = portal();
+        one.change(f);
+        expect_refused(f.text(), one.code, one.named, one.what);
+    }
+    EXPECT_EQ(run(portal()).code, 0);
+    EXPECT_FALSE(exists("frameslv.err")); // the stale one is gone
+}
+
+TEST_F(RefusalTest, Texts) {
+    struct Case {
+        const char* from;
+        const char* to;
+        const char* named;
+    };
+    const std::string good = portal().text();
+    const Case cases[] = {
+        {"4 3\n", "-4 3\n", "4行目"},
+        {"4 3\n", "4 -3\n", "4行目"},
+        {"4 3\n", "4 2000000000\n", "4行目"},
+        {"4 3\n", "4 99999999999\n", "4行目: 「99999999999」"},
+        {"4 3\n", "4\n", "4行目: 部材の項目の数 1"},
+        {"4 3\n", "5 3\n", "節点の数 4 が部材の見出し行の節点数 5"},
+        {"4 3\n", "4 2\n", "断面"},
+        {"4 3\n", "4 4\n", "8行目"},
+        {"0\n0\n0\n", "-1\n0\n0\n", "1行目: X レベルの個数 -1"},
+        {"0\n0\n0\n", "2000000000\n0\n0\n", "1行目: X レベル"},
+        {"0\n0\n0\n", "2\n1\n2 3\n0\n0\n", "より多くの値"},
+        {"2 2 3 1 1 0\n", "1 2 3 1 1 0\n", "6行目: 部材の番号 1 が二度"},
+        {"2 2 3 1 1 0\n", "4 2 3 1 1 0\n", "6行目: 部材の番号 4 は 1～3"},
+        {"2 2 3 1 1 0\n", "0 2 3 1 1 0\n", "6行目: 部材の番号 0"},
+        {"2 2 3 1 1 0\n", "2 2 3.0 1 1 0\n", "6行目: 「3.0」は整数"},
+        {"2 2 3 1 1 0\n", "2 2 3 1 1 0 a b c\n", "6行目: 部材の項目の数 9"},
+        {"2 2 3 1 1 0\n", "2 2 3 1 1 up\n", "6行目: 「up」は数値"},
+        {"2 0 0 300\n", "2 0 0 nan\n", "「nan」"},
+        {"2 0 0 300\n", "2 0 0 inf\n", "「inf」"},
+        {"2 0 0 300\n", "2 0 0 -infinity\n", "「-infinity」"},
+        {"2 0 0 300\n", "2 0 0 1e999\n", "「1e999」"},
+        {"2 0 0 300\n", "2 0 0 0x10\n", "「0x10」"},
+        {"2 0 0 300\n", "2 0 0 1d2\n", "「1d2」"},
+        {"2 0 0 300\n", "2 0 0 +-3\n", "「+-3」"},
+        {"2 0 0 300\n", "2 0 1,5 30\n", "節点の名前「30」が数値"},
+        {"2 2 3 1 1 0\n", "2 2 3 1 1 0,5\n", "部材の名前「5」が数値"},
+        {"2 0 0 300\n", "2 0,,0 300\n", "カンマ"},
+        {"1 1000 500 100 800\n", "1 1,5 500 100 800\n", "断面の項目の数 6"},
+        {"1 1000 500 100 800\n", "1 1000 500 100\n", "断面の項目の数 4"},
+        {"1,111111\n", "1,111112\n", "「111112」"},
+        {"1,111111\n", "1,11111\n", "「11111」"},
+        {"1,111111\n", "9,111111\n", "節点番号 9"},
+        {"1,111111\n", "1,1,111111\n", "支点の項目の数 3"},
+        {" ,2,10,", " ,7,10,", "荷重の節点番号 7"},
+        {" ,2,10,", " ,2,", "荷重の項目の数 6"},
+        {" ,2,10,", " ,2,1,5,", "荷重の項目の数"},
+        {" ,2,10,", "2,1,0,10,", "荷重の項目の数 9"},
+    };
+    for (const auto& [from, to, named] : cases) {
+        std::string text = good;
+        const size_t at = text.find(from);
+        ASSERT_NE(at, std::string::npos) << from;
+        text.replace(at, std::string(from).size(), to);
+        expect_refused(text, Exit::bad_text, named, to);
+    }
+    expect_refused(good + "1 2 3\n", Exit::bad_text, "荷重の個数より多く", "one line more");
+}
+
+TEST_F(RefusalTest, CutAtEveryByte) {
+    const std::string good = portal().text();
+    for (size_t length = 0; length < good.size(); length++)
+        expect_refused(good.substr(0, length), length == 0 ? Exit::no_input : Exit::bad_text,
+                       "FRAMESLV.IN", "cut at " + std::to_string(length));
+}
+
+TEST_F(RefusalTest, NoBytesCrash) {
+    const std::string good = portal().text();
+    for (size_t at = 0; at < good.size(); at++)
+        for (const char wrong : {'\0', '-', '9', ',', '\n', '\xFF'}) {
+            std::string text = good;
+            text[at] = wrong;
+            run(text);
+            EXPECT_NE(exists("frameslv.err"), exists("frameslv.lst")) << at;
+        }
+}
+
+TEST_F(RefusalTest, FilesAndFolders) {
+    std::ostringstream out, err;
+    write("frameslv.lst", "old");
+    EXPECT_EQ(frameslv::run(folder_, out, err), static_cast<int>(Exit::no_input)); // missing
+    EXPECT_FALSE(exists("frameslv.lst"));
+    fs::create_directory(folder_ / "FRAMESLV.IN");
+    EXPECT_EQ(frameslv::run(folder_, out, err), static_cast<int>(Exit::no_input));
+    fs::remove(folder_ / "FRAMESLV.IN");
+    // A result name taken by a folder that cannot be removed; then a temporary one.
+    fs::create_directories(folder_ / "frameslv.dsp" / "inside");
+    EXPECT_EQ(run(portal()).code, static_cast<int>(Exit::no_output));
+    fs::remove_all(folder_ / "frameslv.dsp");
+    fs::create_directories(folder_ / "frameslv.ds~" / "inside");
+    EXPECT_EQ(run(portal()).code, static_cast<int>(Exit::no_output));
+    EXPECT_FALSE(exists("frameslv.lst") || exists("frameslv.zlv") || exists("frameslv.ls~"));
+}
+
+} // namespace frameslv::test

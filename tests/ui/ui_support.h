@@ -1,0 +1,90 @@
+// What the window tests share: clean settings, controls by name, and answers to modal dialogs.
+#pragma once
+
+#include "generate/param.h"
+#include "support.h"
+
+#include <QAbstractButton>
+#include <QApplication>
+#include <QDialog>
+#include <QGroupBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QRadioButton>
+#include <QScrollBar>
+#include <QTimer>
+
+#include <functional>
+
+namespace kigumi::test {
+
+// The control of this name; the test program ends when there is none.
+template <class Control> Control* control(const QWidget& window, const char* name) {
+    auto* found = window.findChild<Control*>(name);
+    if (found == nullptr) {
+        qFatal("no control %s", name);
+    }
+    return found;
+}
+
+inline void press(const QWidget& window, const char* button) {
+    control<QAbstractButton>(window, button)->click();
+}
+
+inline void type(const QWidget& window, const char* box, const char* text) {
+    control<QLineEdit>(window, box)->setText(text);
+}
+
+inline std::string text_in(const QWidget& window, const char* box) {
+    return control<QLineEdit>(window, box)->text().toStdString();
+}
+
+inline std::string label_text(const QWidget& window, const char* label) {
+    return control<QLabel>(window, label)->text().toStdString();
+}
+
+inline bool is_enabled(const QWidget& window, const char* name) {
+    return control<QWidget>(window, name)->isEnabled();
+}
+
+// Clicks an item of a radio group, counted from 0.
+inline void click_item(const QWidget& window, const char* group, int item) {
+    control<QGroupBox>(window, group)->findChildren<QRadioButton*>().at(item)->click();
+}
+
+// Position of the selected item, or -1.
+inline int item_of(const QWidget& window, const char* group) {
+    const auto items = control<QGroupBox>(window, group)->findChildren<QRadioButton*>();
+    for (int i = 0; i < items.size(); ++i) {
+        if (items[i]->isChecked()) {
+            return i;
+        }
+    }
+    return -1;
+}
+
+// Answers the modal dialog that opens next. Called before what opens it.
+inline void answer_next(std::function<void(QDialog&)> answer) {
+    QTimer::singleShot(0, qApp, [answer = std::move(answer)] {
+        auto* dialog = qobject_cast<QDialog*>(QApplication::activeModalWidget());
+        if (dialog == nullptr) {
+            ADD_FAILURE() << "no dialog opened";
+            return;
+        }
+        answer(*dialog);
+    });
+}
+
+class UiTest : public CoreTest {
+  protected:
+    void SetUp() override {
+        CoreTest::SetUp();
+        set_default_param();
+    }
+    // Fails unless exactly this message was shown since the last look.
+    void expect_message(const std::string& message) {
+        EXPECT_EQ(take_messages(), std::vector<std::string>{message});
+    }
+};
+
+} // namespace kigumi::test
