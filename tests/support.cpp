@@ -19,9 +19,10 @@ void CoreTest::SetUp() {
     for (char& c : name) {
         c = c == '/' ? '_' : c;
     }
-    work_dir() = fs::temp_directory_path() / ("kigumi-test-" + name);
-    fs::remove_all(work_dir());
-    fs::create_directories(work_dir());
+    // Several runs of the tests may share the machine.
+    for (int k = 0; k == 0 || !fs::create_directory(work_dir()); ++k) {
+        work_dir() = fs::temp_directory_path() / text_format("kigumi-test-%s-%d", name.c_str(), k);
+    }
     set_message_sink([this](std::string_view text) { messages_.emplace_back(text); });
 }
 

@@ -71,6 +71,9 @@ int draw_results(const DrawOptions& options, const fs::path& path) {
     if (picture.mode == mode_displaced && get_new_beam(static_cast<float>(options.scale)) < 0) {
         return -1;
     }
+    if (!fit_result(picture)) {
+        return refuse("計算結果の部材がこの大きさの図に収まりません");
+    }
     if (model.N_Fix == 0 && model.N_Load == 0) {
         load_solver_roles();
     }

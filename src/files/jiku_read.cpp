@@ -85,7 +85,8 @@ void HeightTable::save() {
         out.text(text_format(" %5d  %7.1f %5d %7.3f %7.3f\n", ++no, height.height, height.count,
                              height.volume, sum));
     }
-    if (out.save(work_file("Youseki.dat")) < 0) {
+    // Every reading makes it again, so nobody waits for the disk.
+    if (save_file(work_file("Youseki.dat"), out.bytes(), false) < 0) {
         show_message("Error: Unable to open YOUSEKI_FILE");
     }
 }

@@ -2,15 +2,14 @@
 
 #include "base/check.h"
 #include "base/float.h"
+#include "base/float_index.h"
 #include "base/format.h"
 #include "base/message.h"
 
 #include <algorithm>
-#include <bit>
 #include <cmath>
 #include <cstring>
 #include <limits>
-#include <unordered_map>
 #include <vector>
 
 namespace kigumi {
@@ -19,34 +18,9 @@ float snap_radius = 10.0f;
 
 namespace {
 
-// Three floats as a key under which +0 and -0 are the same, as they are for exact comparison.
-struct FloatKey {
-    std::uint32_t bits[3];
-    bool operator==(const FloatKey&) const = default;
-};
-
-std::uint32_t key_bits(float value) {
-    return std::bit_cast<std::uint32_t>(same_float(value, 0.0f) ? 0.0f : value);
-}
-
-FloatKey key_of(float a, float b, float c) {
-    return {{key_bits(a), key_bits(b), key_bits(c)}};
-}
-
-struct FloatKeyHash {
-    size_t operator()(const FloatKey& key) const {
-        std::uint64_t h = 0x9E3779B97F4A7C15u;
-        for (const std::uint32_t bits : key.bits) {
-            h = (h ^ bits) * 0xFF51AFD7ED558CCDu;
-            h ^= h >> 32;
-        }
-        return static_cast<size_t>(h);
-    }
-};
-
 // First position of every place among the first `count` nodes.
 struct NodeIndex {
-    std::unordered_map<FloatKey, int, FloatKeyHash> first;
+    FloatIndex first;
     int count = 0;
 
     void clear() {
@@ -59,7 +33,7 @@ struct NodeIndex {
         }
         for (; count < model.N_Node; ++count) {
             const Node& node = model.node[count];
-            first.try_emplace(key_of(node.x, node.y, node.z), count);
+            first.add(node.x, node.y, node.z, count);
         }
     }
 };
@@ -130,9 +104,9 @@ void forget_node_index() {
 int find_or_add_node(float x, float y, float z) {
     NodeIndex& index = node_index();
     index.follow();
-    const auto found = index.first.find(key_of(x, y, z));
-    if (found != index.first.end()) {
-        return number_at(found->second);
+    const int found = index.first.find(x, y, z);
+    if (found >= 0) {
+        return number_at(found);
     }
     if (model.N_Node >= node_capacity) {
         show_message(text_format("節点が多すぎます（最大 %d 個）", node_capacity));
@@ -289,16 +263,16 @@ int check_size() {
     };
     std::vector<Entry> entries;
     std::vector<int> number_of(model.N_Beam);
-    std::unordered_map<FloatKey, int, FloatKeyHash> first;
+    FloatIndex first;
     for (int i = 0; i < model.N_Beam; ++i) {
         const Beam& beam = model.beam[i];
         const float length = beam_length(beam);
-        const auto [at, added] = first.try_emplace(key_of(beam.haba, beam.atumi, length),
-                                                   static_cast<int>(entries.size()));
-        if (added) {
+        const int next = static_cast<int>(entries.size());
+        const int at = first.add(beam.haba, beam.atumi, length, next);
+        if (at == next) {
             entries.push_back({beam.haba, beam.atumi, length});
         }
-        number_of[i] = number_at(at->second);
+        number_of[i] = number_at(at);
     }
     if (entries.size() > size_capacity) {
         show_message(

@@ -14,9 +14,10 @@ class Tegaki : public test::CoreTest {
     void SetUp() override {
         CoreTest::SetUp();
         forget_old_node();
+        file_ = work_file("sketch.tgk");
     }
 
-    fs::path file_ = work_file("sketch.tgk");
+    fs::path file_;
 
     std::string saved() {
         EXPECT_EQ(save_tegaki_data(file_), 0);

@@ -1,0 +1,149 @@
+// The check of the basic data.
+#include "generate/param.h"
+
+#include "support.h"
+
+namespace kigumi {
+namespace {
+
+// Settings over the defaults, a choice, and what the check answers: a message, or a height.
+struct Case {
+    const char* name;
+    KihonChoice choice;
+    std::vector<std::pair<const char*, const char*>> settings;
+    const char* message; // null when the check succeeds
+    float takasa = 0.0f;
+};
+
+void PrintTo(const Case& c, std::ostream* out) {
+    *out << c.name;
+}
+
+class Check : public test::CoreTest, public ::testing::WithParamInterface<Case> {
+  protected:
+    void SetUp() override {
+        CoreTest::SetUp();
+        set_default_param();
+    }
+    void TearDown() override {
+        set_default_param();
+        CoreTest::TearDown();
+    }
+};
+
+TEST_P(Check, AcceptsOrSaysWhatIsWrong) {
+    const Case& c = GetParam();
+    param.N_Sou = c.choice.kaisou + 1;
+    param.YaneMode = yane_mode(c.choice.yane);
+    for (const auto& [name, value] : c.settings) {
+        ASSERT_EQ(set_param(name, value), SetParam::done) << name;
+    }
+    EXPECT_EQ(check_param(c.choice), c.message == nullptr ? 0 : -1);
+    const auto expected =
+        c.message == nullptr ? std::vector<std::string>{} : std::vector<std::string>{c.message};
+    EXPECT_EQ(take_messages(), expected);
+    if (c.message == nullptr) {
+        EXPECT_FLOAT_EQ(param.Takasa, c.takasa);
+        EXPECT_EQ(param.SouMode, c.choice.hashira >= 1 ? 1 : 0);
+        EXPECT_EQ(param.SumiType, c.choice.hashira);
+    }
+}
+
+const Case cases[] = {
+    {"floor", {0, 0, 0}, {}, nullptr, 95.0f},
+    {"floor_without_storey", {0, -1, 0}, {}, nullptr, 95.0f},
+    {"no_top_chosen", {0, -1, -1}, {}, "屋根形状が指定されていない"},
+    {"columns_no_top_chosen", {1, 0, -1}, {}, "屋根形状が指定されていない"},
+    {"floor_with_storeys", {0, 1, 0}, {}, "柱なしが指定されている"},
+    {"floor_with_roof", {0, 0, 1}, {}, "柱なしが指定されている"},
+    {"floor_with_eaves", {0, 0, 2}, {}, "柱なしが指定されている"},
+    {"one_storey", {1, 0, 0}, {}, nullptr, 335.0f},
+    {"two_storeys", {2, 1, 2}, {{"HashiraHeight2", "250.5"}}, nullptr, 630.5f},
+    {"three_storeys", {1, 2, 2}, {}, nullptr, 905.0f},
+    {"columns_without_storey", {1, -1, 0}, {}, nullptr, 905.0f},
+    {"no_height_1", {1, 0, 0}, {{"HashiraHeight1", "0"}}, "柱高さを入力してください 01"},
+    {"no_height_2", {1, 1, 0}, {{"HashiraHeight2", "0"}}, "柱高さを入力してください 02"},
+    {"no_height_3", {1, 2, 0}, {{"HashiraHeight3", "-1"}}, "柱高さを入力してください 03"},
+    {"height_2_not_needed", {1, 0, 0}, {{"HashiraHeight2", "0"}}, nullptr, 335.0f},
+    {"height_3_not_needed", {1, 1, 0}, {{"HashiraHeight3", "0"}}, nullptr, 620.0f},
+    {"heights_of_a_floor", {0, 0, 0}, {{"HashiraHeight1", "0"}}, nullptr, 95.0f},
+    {"roof_on_one", {1, 0, 1}, {}, nullptr, 755.0f},
+    {"roof_on_two", {1, 1, 1}, {{"YaneTakasa", "100"}}, nullptr, 960.0f},
+    {"roof_on_three", {1, 2, 1}, {}, nullptr, 95.0f},
+    {"roof_type", {1, 0, 1}, {{"YaneType", "3"}}, "屋根形式は 1（寄棟）か 2（切妻）にしてください"},
+    {"roof_rise", {1, 0, 1}, {{"YaneTakasa", "0"}}, "屋根高さは 0 より大きくしてください"},
+    {"roof_post", {1, 1, 1}, {{"YaneHashira", "-1"}}, "屋根柱高は 0 以上にしてください"},
+    {"roof_section",
+     {2, 0, 1},
+     {{"MoyaHaba", "0"}},
+     "屋根部材の巾・厚みは 0 より大きくしてください"},
+    {"roof_section_not_needed", {2, 0, 0}, {{"MoyaHaba", "0"}}, nullptr, 335.0f},
+    {"no_cells", {0, 0, 0}, {{"NX", "0"}}, "束数は 1 以上にしてください"},
+    {"negative_cells", {0, 0, 0}, {{"NY", "-3"}}, "束数は 1 以上にしてください"},
+    {"no_pitch", {0, 0, 0}, {{"TukaHaba", "0"}}, "束巾は 0 より大きくしてください"},
+    {"negative_depth", {0, 0, 0}, {{"TukaAtumi", "-45"}}, "束高は 0 より大きくしてください"},
+    {"no_brace", {0, 0, 0}, {{"Sujikai", "0"}}, "筋交巾は 0 より大きくしてください"},
+    {"tiny_pitch", {0, 0, 0}, {{"TukaHaba", "1e-45"}}, "束巾が大きすぎるか小さすぎます"},
+    {"huge_post", {0, 0, 0}, {{"Hashira", "1e38"}}, "柱材巾が大きすぎるか小さすぎます"},
+    {"level_without_decimals",
+     {0, 0, 0},
+     {{"Lowest", "1e9"}},
+     "寸法が大きすぎるか小さすぎるため、節点の位置を区別できません"},
+    {"quarters_too_close",
+     {1, 0, 0},
+     {{"HashiraHeight1", "0.001"}},
+     "寸法が大きすぎるか小さすぎるため、節点の位置を区別できません"},
+    {"below_ground", {0, 0, 0}, {{"Lowest", "-300"}}, nullptr, -255.0f},
+    {"widest", {0, 0, 0}, {{"NX", "49"}}, nullptr, 95.0f},
+    {"too_wide",
+     {0, 0, 0},
+     {{"NX", "50"}},
+     "座標の種類が多すぎます（X 101、Y 17、それぞれ最大 100）"},
+    {"too_wide_for_eaves",
+     {1, 0, 2},
+     {{"NY", "49"}},
+     "座標の種類が多すぎます（X 19、Y 101、それぞれ最大 100）"},
+    {"endless",
+     {0, 0, 0},
+     {{"NX", "2147483647"}, {"NY", "2147483647"}},
+     "座標の種類が多すぎます（X 4294967295、Y 4294967295、それぞれ最大 100）"},
+    {"too_many_members",
+     {1, 2, 0},
+     {{"NX", "20"}, {"NY", "20"}},
+     "部材が多すぎます（11808 本、最大 10000 本）"},
+};
+
+INSTANTIATE_TEST_SUITE_P(Cases, Check, ::testing::ValuesIn(cases),
+                         [](const auto& c) { return std::string(c.param.name); });
+
+class Settings : public Check {};
+
+TEST_F(Settings, TopChoicesCloseOffHeights) {
+    param.N_Sou = 1;
+    apply_yane_choice(1);
+    EXPECT_EQ(param.YaneMode, 1);
+    EXPECT_FLOAT_EQ(param.HashiraHeight2 + param.HashiraHeight3, 0.0f);
+    EXPECT_FLOAT_EQ(param.YaneTakasa, 180.0f);
+    set_default_param();
+    param.N_Sou = 2;
+    apply_yane_choice(1);
+    EXPECT_FLOAT_EQ(param.HashiraHeight2, 240.0f);
+    EXPECT_FLOAT_EQ(param.HashiraHeight3, 0.0f);
+    apply_yane_choice(2);
+    EXPECT_EQ(param.YaneMode, -1);
+    EXPECT_FLOAT_EQ(param.YaneHashira + param.YaneTakasa, 0.0f);
+    EXPECT_EQ(yane_choice(param.YaneMode), 2);
+}
+
+TEST_F(Settings, NamesAndNumbers) {
+    EXPECT_EQ(set_param("NX", "12"), SetParam::done);
+    EXPECT_EQ(param.NX, 12);
+    EXPECT_EQ(set_param("NX", "12.5"), SetParam::not_a_number);
+    EXPECT_EQ(set_param("TukaHaba", "90.9cm"), SetParam::not_a_number);
+    EXPECT_EQ(set_param("nx", "12"), SetParam::unknown_name);
+    EXPECT_EQ(set_param("SouMode", "1"), SetParam::unknown_name); // derived, not to be set
+    EXPECT_EQ(param.NX, 12);
+}
+
+} // namespace
+} // namespace kigumi

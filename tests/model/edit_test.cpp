@@ -1,0 +1,183 @@
+#include "model/lookup.h"
+#include "model/select.h"
+#include "support.h"
+#include "trace/spy.h"
+
+namespace kigumi {
+namespace {
+
+class Edit : public test::CoreTest {
+  protected:
+    // A member between two sheet points, whose world place is ten times that.
+    static Beam& draw(float XS, float YS, float XL, float YL, int kind, int flag) {
+        const int at =
+            append_beam({XS * 10, YS * 10, 0}, {XL * 10, YL * 10, 0}, 12, 12, kind, flag);
+        Beam& beam = model.beam[at];
+        beam.XS = XS;
+        beam.YS = YS;
+        beam.XL = XL;
+        beam.YL = YL;
+        const auto place = [](int no, float X, float Y) {
+            model.node[position_of(no)].X = X;
+            model.node[position_of(no)].Y = Y;
+        };
+        place(beam.noi, XS, YS);
+        place(beam.noj, XL, YL);
+        return beam;
+    }
+};
+
+TEST_F(Edit, DeletingTheOnlyMemberLeavesNothing) {
+    draw(0, 0, 100, 0, kind_post, 2);
+    del_beam(-1);
+    del_beam(1);
+    EXPECT_EQ(model.N_Beam, 1);
+    del_beam(0);
+    EXPECT_EQ(model.N_Beam, 0);
+    EXPECT_EQ(model.N_Node, 0);
+    EXPECT_EQ(find_or_add_node(5, 5, 5), 1);
+}
+
+TEST_F(Edit, CategoryStaysWithThePosition) {
+    draw(0, 0, 100, 0, kind_post, 2);
+    draw(100, 0, 200, 0, kind_frame, 2);
+    draw(200, 0, 300, 0, kind_chord, 2);
+    model.beam[2].haba = 33.0f;
+    del_beam(0);
+    ASSERT_EQ(model.N_Beam, 2);
+    EXPECT_EQ(model.beam[0].kind, kind_post);
+    EXPECT_EQ(model.beam[1].kind, kind_frame);
+    EXPECT_FLOAT_EQ(model.beam[1].haba, 33.0f);
+    EXPECT_EQ(model.beam[1].no, 2);
+    EXPECT_EQ(model.N_Node, 3);
+    EXPECT_FLOAT_EQ(model.node[0].x, 1000.0f);
+    EXPECT_EQ(find_model_fault(false), nullptr);
+}
+
+// The flag that decides is the one the position held before: that of the deleted member here.
+TEST_F(Edit, NodeFlagsComeFromThePositionsOldFlag) {
+    draw(0, 0, 100, 0, kind_none, 1);
+    draw(200, 0, 300, 0, kind_none, 2);
+    draw(300, 0, 400, 0, kind_none, 1);
+    del_beam(0);
+    // Position 0 read 1: new nodes get 0. Position 1 read 2: found and new nodes get 2.
+    ASSERT_EQ(model.N_Node, 3);
+    EXPECT_EQ(model.node[0].flag, 0);
+    EXPECT_EQ(model.node[1].flag, 2);
+    EXPECT_EQ(model.node[2].flag, 2);
+    EXPECT_EQ(model.beam[0].flag, 2);
+    EXPECT_EQ(model.beam[1].flag, 1);
+    del_beam(0);
+    ASSERT_EQ(model.N_Node, 2);
+    EXPECT_EQ(model.node[1].flag, 2);
+    EXPECT_EQ(model.beam[0].flag, 1);
+}
+
+TEST_F(Edit, FoundNodeOfAFlagOneMemberIsRestrained) {
+    draw(0, 0, 100, 0, kind_none, 2);
+    draw(100, 0, 200, 0, kind_none, 1);
+    draw(500, 0, 600, 0, kind_none, 2);
+    del_beam(2);
+    EXPECT_EQ(model.node[0].flag, 2);
+    EXPECT_EQ(model.node[1].flag, 1);
+    EXPECT_EQ(model.node[2].flag, 0);
+}
+
+TEST_F(Edit, NewEndNodeTakesTheStartsName) {
+    draw(500, 0, 600, 0, kind_none, 2);
+    Beam& beam = draw(0, 0, 100, 0, kind_none, 2);
+    set_name(beam.idi, "start");
+    set_name(beam.idj, "end");
+    del_beam(0);
+    EXPECT_STREQ(model.node[0].id, "start");
+    EXPECT_STREQ(model.node[1].id, "start");
+    EXPECT_STREQ(model.beam[0].idj, "start");
+}
+
+TEST_F(Edit, EndsWithinTheSnapRadiusShareANode) {
+    draw(500, 0, 600, 0, kind_none, 2);
+    draw(0, 0, 100, 0, kind_none, 2);
+    draw(100, 9.99f, 200, 0, kind_none, 2);
+    draw(210, 0, 300, 0, kind_none, 2); // exactly the radius away: not the same
+    EXPECT_EQ(model.N_Node, 8);
+    del_beam(0);
+    EXPECT_EQ(model.N_Node, 5);
+    EXPECT_EQ(model.beam[1].noi, model.beam[0].noj);
+    EXPECT_FLOAT_EQ(model.beam[1].ys, 99.9f); // the world place stays
+    EXPECT_EQ(model.beam[2].noi, 4);
+    snap_radius = 11.0f;
+    del_beam(2);
+    EXPECT_EQ(model.N_Node, 3);
+}
+
+TEST_F(Edit, FirstNodeWithinTheRadiusIsFound) {
+    draw(0, 0, 100, 0, kind_none, 2);
+    EXPECT_EQ(search_2dim_node(95, 0), 1);
+    EXPECT_EQ(search_2dim_node(90, 0), -1);
+    model.node[1].X = 4;
+    EXPECT_EQ(search_2dim_node(3, 0), 0);
+}
+
+TEST_F(Edit, DumpWritesBothTables) {
+    draw(0, 0, 100, 0, kind_none, 2);
+    set_name(model.node[1].id, "N");
+    check_all_node_beam(); // no log: nothing
+    ASSERT_TRUE(spy_open(work_dir()));
+    check_all_node_beam();
+    spy_close();
+    EXPECT_EQ(
+        read_file(work_file("SPY.TXT")),
+        "Spy Start\r\n"
+        " No   id           no     x        y        z       X       Y      flag\r\n"
+        "    1               1      0.0      0.0      0.0     0.0     0.0     0\r\n"
+        "    2 N     2   1000.0      0.0      0.0   100.0     0.0     0\r\n"
+        "No   idi       idj       noi   noj   xs       ys        zs\r\n"
+        "             size  mat   XS       YS       XL       YL       flag\r\n"
+        "    1                         1     2      0.0      0.0      0.0   1000.0      0.0      "
+        "0.0\r\n"
+        "                -1    -1      0.0      0.0    100.0      0.0     2\r\n");
+}
+
+struct Pattern {
+    const char* pattern;
+    const char* text;
+    bool matches;
+};
+
+TEST(Select, Patterns) {
+    constexpr Pattern patterns[] = {
+        {"", "", true},
+        {"", "X", false},
+        {"*", "", true},
+        {"X0?Y*", "X01Y02", true},
+        {"X0?Y*", "X0Y02", false},
+        {"*Z00", "X00Y00Z00", true},
+        {"*Z00", "X00Y00Z001", false},
+        {"*Z00*", "X00Z00Z01", true},
+        {"?", "", false},
+        {"a*b*c", "axbxbxc", true},
+        {"a*b*c", "axbxbx", false},
+        {"**", "ab", true},
+        {"x00*", "X00Y00Z00", false},
+    };
+    for (const Pattern& p : patterns) {
+        EXPECT_EQ(matches_pattern(p.pattern, p.text), p.matches) << p.pattern << " on " << p.text;
+    }
+}
+
+TEST_F(Edit, SelectorsChooseNodes) {
+    using Positions = std::vector<int>;
+    EXPECT_EQ(select_nodes("bottom"), Positions{});
+    append_beam({0, 0, 0}, {0, 0, 300}, 10, 10, kind_none, 0);
+    append_beam({90, 0, 300}, {90, 0, 0}, 10, 10, kind_none, 0);
+    append_beam({0, 0, 150}, {90, 0, 150}, 10, 10, kind_none, 0);
+    ASSERT_EQ(rebuild_tables(), 0);
+    EXPECT_EQ(select_nodes("bottom"), (Positions{0, 3}));
+    EXPECT_EQ(select_nodes("top"), (Positions{1, 2}));
+    EXPECT_EQ(select_nodes("X01*"), (Positions{2, 3, 5}));
+    EXPECT_EQ(select_nodes("X00Y00Z01"), Positions{4});
+    EXPECT_EQ(select_nodes("nothing"), Positions{});
+}
+
+} // namespace
+} // namespace kigumi

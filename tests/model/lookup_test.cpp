@@ -1,0 +1,346 @@
+#include "model/lookup.h"
+
+#include "support.h"
+
+#include <cmath>
+#include <cstring>
+#include <random>
+
+namespace kigumi {
+namespace {
+
+class Lookup : public test::CoreTest {
+  protected:
+    static void add(float xs, float ys, float zs, float xl, float yl, float zl, float haba = 10.0f,
+                    float atumi = 10.0f) {
+        ASSERT_GE(append_beam({xs, ys, zs}, {xl, yl, zl}, haba, atumi, kind_none, 0), 0);
+    }
+};
+
+TEST_F(Lookup, NodesAreTheSameOnlyToTheLastBit) {
+    const float x = 90.9f;
+    EXPECT_EQ(find_or_add_node(x, 0.0f, 50.0f), 1);
+    EXPECT_EQ(find_or_add_node(std::nextafter(x, 100.0f), 0.0f, 50.0f), 2);
+    EXPECT_EQ(find_or_add_node(x, -0.0f, 50.0f), 1); // the zeros are equal
+    EXPECT_EQ(find_or_add_node(x, 0.0f, 50.0f), 1);
+    EXPECT_EQ(find_or_add_node(50.0f, 0.0f, x), 3);
+    EXPECT_EQ(model.node[2].no, 3);
+    EXPECT_EQ(model.node[2].flag, role_plain);
+    EXPECT_STREQ(model.node[2].id, "");
+}
+
+TEST_F(Lookup, FirstOfEqualNodesIsFoundAfterAnEdit) {
+    find_or_add_node(1.0f, 2.0f, 3.0f);
+    find_or_add_node(4.0f, 5.0f, 6.0f);
+    model.node[0].x = 4.0f;
+    model.node[0].y = 5.0f;
+    model.node[0].z = 6.0f;
+    forget_node_index();
+    EXPECT_EQ(find_or_add_node(4.0f, 5.0f, 6.0f), 1);
+    EXPECT_EQ(find_or_add_node(1.0f, 2.0f, 3.0f), 3);
+}
+
+TEST_F(Lookup, IndexFollowsAShrinkingAndGrowingTable) {
+    find_or_add_node(1.0f, 0.0f, 0.0f);
+    find_or_add_node(2.0f, 0.0f, 0.0f);
+    model.N_Node = 1;
+    EXPECT_EQ(find_or_add_node(2.0f, 0.0f, 0.0f), 2);
+    reset_model();
+    EXPECT_EQ(find_or_add_node(2.0f, 0.0f, 0.0f), 1);
+}
+
+// The index answers as a scan from the first node would.
+TEST_F(Lookup, IndexAgreesWithAScan) {
+    std::mt19937 random(20240607);
+    std::uniform_int_distribution<int> cell(-3, 3);
+    for (int i = 0; i < 2000; ++i) {
+        const float at[3] = {cell(random) * 45.45f, cell(random) * 0.1f, cell(random) * 1e-8f};
+        int scanned = 0;
+        for (int k = 0; k < model.N_Node && scanned == 0; ++k) {
+            const Node& node = model.node[k];
+            scanned = node.x <= at[0] && node.x >= at[0] && node.y <= at[1] && node.y >= at[1] &&
+                              node.z <= at[2] && node.z >= at[2]
+                          ? node.no
+                          : 0;
+        }
+        const int expected = scanned != 0 ? scanned : model.N_Node + 1;
+        ASSERT_EQ(find_or_add_node(at[0], at[1], at[2]), expected);
+    }
+    EXPECT_GT(model.N_Node, 300);
+}
+
+TEST_F(Lookup, FullTablesRefuseAndStayAsTheyWere) {
+    add(0, 0, 0, 1, 0, 0);
+    for (int i = 2; i < node_capacity - 1; ++i) {
+        find_or_add_node(static_cast<float>(i), 0.0f, 0.0f);
+    }
+    ASSERT_EQ(model.N_Node, node_capacity - 1);
+    // Room for one end only: neither is added.
+    EXPECT_EQ(append_beam({0, 1, 0}, {0, 2, 0}, 1, 1, kind_none, 0), -1);
+    EXPECT_EQ(model.N_Node, node_capacity - 1);
+    EXPECT_EQ(model.N_Beam, 1);
+    add(0, 0, 0, 0, 1, 0);
+    EXPECT_EQ(find_or_add_node(0, 2, 0), -1);
+    EXPECT_EQ(find_or_add_node(5, 0, 0), 6); // what is there is still found
+    const std::string full = "節点が多すぎます（最大 10000 個）";
+    EXPECT_EQ(take_messages(), (std::vector<std::string>{full, full}));
+    while (model.N_Beam < beam_capacity) {
+        add(0, 0, 0, 1, 0, 0);
+    }
+    EXPECT_EQ(append_beam({0, 0, 0}, {1, 0, 0}, 1, 1, kind_none, 0), -1);
+    EXPECT_EQ(take_messages(), std::vector<std::string>{"部材が多すぎます（最大 10000 本）"});
+    EXPECT_EQ(find_model_fault(true), nullptr);
+}
+
+TEST_F(Lookup, LevelsNameNodesAndMembers) {
+    EXPECT_EQ(save_level_name(), 0);
+    EXPECT_EQ(model.N_X + model.N_Y + model.N_Z, 0);
+    const float high = std::nextafter(240.0f, 300.0f);
+    add(180, -45, high, 0, 0, 50);
+    add(90, 0, 240, 0, 0, 50);
+    ASSERT_EQ(save_level_name(), 0);
+    EXPECT_EQ(model.N_X, 3);
+    EXPECT_EQ(model.N_Y, 2);
+    EXPECT_EQ(model.N_Z, 3);
+    EXPECT_FLOAT_EQ(model.Xval[1], 90.0f);
+    EXPECT_FLOAT_EQ(model.Yval[0], -45.0f);
+    EXPECT_STREQ(model.node[0].id, "X02Y00Z02");
+    EXPECT_STREQ(model.node[2].id, "X01Y01Z01");
+    EXPECT_STREQ(model.beam[1].idi, "X01Y01Z01");
+    EXPECT_STREQ(model.beam[1].idj, "X00Y01Z00");
+    EXPECT_EQ(find_model_fault(true), nullptr);
+}
+
+TEST_F(Lookup, MoreLevelsThanTheTableLeaveTheNames) {
+    for (int i = 0; i < level_capacity; ++i) {
+        find_or_add_node(0.0f, static_cast<float>(i), 0.0f);
+    }
+    ASSERT_EQ(save_level_name(), 0);
+    EXPECT_STREQ(model.node[99].id, "X00Y99Z00");
+    find_or_add_node(0.0f, -1.0f, 0.0f);
+    EXPECT_EQ(save_level_name(), -1);
+    EXPECT_EQ(take_messages().size(), 1u);
+    EXPECT_EQ(model.N_Y, level_capacity);
+    EXPECT_STREQ(model.node[0].id, "X00Y00Z00");
+    EXPECT_STREQ(model.node[100].id, "");
+}
+
+TEST_F(Lookup, SectionsAreKeyedByWidthThicknessAndLength) {
+    EXPECT_EQ(check_size(), 0);
+    EXPECT_EQ(model.N_Size, 0);
+    add(0, 0, 0, 300, 0, 0);
+    add(0, 0, 0, 0, 0, 300);                            // same section and length
+    add(0, 0, 0, 0, std::nextafter(300.0f, 400.0f), 0); // longer by one bit
+    add(0, 0, 0, 300, 0, 0, 10, 18);
+    add(0, 0, 0, 300, 0, 0, 18, 10);
+    ASSERT_EQ(check_size(), 0);
+    const int expected[] = {1, 1, 2, 3, 4};
+    for (int i = 0; i < 5; ++i) {
+        EXPECT_EQ(model.beam[i].size, expected[i]);
+        EXPECT_EQ(model.beam[i].mat, expected[i]);
+        EXPECT_EQ(model.beam[i].flag, 2);
+    }
+    EXPECT_FLOAT_EQ(model.size.A[2], 180.0f);
+    EXPECT_FLOAT_EQ(model.size.Iy[2], 10.0f * 18.0f * 18.0f * 18.0f / 12.0f);
+    EXPECT_FLOAT_EQ(model.size.Iz[2], 18.0f * 10.0f * 10.0f * 10.0f / 12.0f);
+    EXPECT_FLOAT_EQ(model.size.J[2], 0.229f * 18.0f * 1000.0f);
+    // Wider than thick: the first coefficient, and the width cubed all the same.
+    EXPECT_FLOAT_EQ(model.size.J[3], 0.1406f * 10.0f * 18.0f * 18.0f * 18.0f);
+    EXPECT_FLOAT_EQ(model.size.angle[3], 0.0f);
+    model.default_E = 70000.0f;
+    assign_materials();
+    model.default_E = 100000.0f;
+    EXPECT_EQ(model.N_Mat, 4);
+    EXPECT_FLOAT_EQ(model.mat.E[3], 70000.0f);
+    EXPECT_FLOAT_EQ(model.mat.poisson[3], 0.3f);
+    EXPECT_FLOAT_EQ(model.mat.density[0], 0.0005f);
+}
+
+TEST_F(Lookup, MoreSectionsThanTheTableChangeNothing) {
+    add(0, 0, 0, 1, 0, 0);
+    ASSERT_EQ(check_size(), 0);
+    for (int i = 0; i < size_capacity; ++i) {
+        add(0, 0, 0, 1, 0, 0, 20.0f + static_cast<float>(i));
+    }
+    EXPECT_EQ(check_size(), -1);
+    EXPECT_EQ(take_messages().size(), 1u);
+    EXPECT_EQ(model.N_Size, 1);
+    EXPECT_EQ(model.beam[1].size, -1);
+    --model.N_Beam;
+    EXPECT_EQ(check_size(), 0);
+    EXPECT_EQ(model.N_Size, size_capacity);
+}
+
+struct Beta {
+    float ratio, beta;
+};
+
+class Torsion : public ::testing::TestWithParam<Beta> {};
+
+TEST_P(Torsion, CoefficientChangesAboveTheBound) {
+    EXPECT_FLOAT_EQ(torsion_coefficient(GetParam().ratio), GetParam().beta);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Ratios, Torsion,
+    ::testing::Values(Beta{0.1f, 0.1406f}, Beta{1.0f, 0.1406f}, Beta{1.0001f, 0.166f},
+                      Beta{1.2f, 0.166f}, Beta{1.2001f, 0.196f}, Beta{1.5f, 0.196f},
+                      Beta{1.51f, 0.229f}, Beta{2.0f, 0.229f}, Beta{2.01f, 0.249f},
+                      Beta{2.5f, 0.249f}, Beta{2.51f, 0.263f}, Beta{3.0f, 0.263f},
+                      Beta{3.01f, 0.281f}, Beta{4.0f, 0.281f}, Beta{4.01f, 0.291f},
+                      Beta{5.0f, 0.291f}, Beta{5.01f, 0.312f}, Beta{10.0f, 0.312f},
+                      Beta{10.01f, 0.333f}));
+
+TEST_F(Lookup, SupportsAndLoadsComeFromTheNodeFlags) {
+    for (int i = 0; i < 4; ++i) {
+        find_or_add_node(static_cast<float>(i), 0.0f, 0.0f);
+        model.node[i].flag = i;
+    }
+    save_level_name();
+    append_load(1, 1.0f, 2.0f, 3.0f); // an old one goes
+    ASSERT_EQ(make_fix_and_load(), 0);
+    ASSERT_EQ(model.N_Fix, 1);
+    ASSERT_EQ(model.N_Load, 1);
+    EXPECT_EQ(model.fix[0].no, 2);
+    EXPECT_STREQ(model.fix[0].id, "X01Y00Z00");
+    EXPECT_EQ(model.fix[0].ix + model.fix[0].iy + model.fix[0].iz, 3);
+    EXPECT_EQ(model.load[0].no, 3);
+    EXPECT_FLOAT_EQ(model.load[0].fz, -200.0f);
+    for (int i = 4; i < 4 + fix_capacity; ++i) {
+        find_or_add_node(static_cast<float>(i), 0.0f, 0.0f);
+        model.node[i].flag = role_fixed;
+    }
+    EXPECT_EQ(make_fix_and_load(), -1);
+    EXPECT_EQ(take_messages().size(), 1u);
+    EXPECT_EQ(model.N_Fix, 1);
+}
+
+TEST_F(Lookup, FullSupportAndLoadTables) {
+    find_or_add_node(0, 0, 0);
+    for (int i = 0; i < fix_capacity; ++i) {
+        EXPECT_EQ(append_fix(1, 1, 1, 1), 0);
+        EXPECT_EQ(append_load(1, 0, 0, -1), 0);
+    }
+    EXPECT_EQ(append_fix(1, 1, 1, 1), -1);
+    EXPECT_EQ(append_load(1, 0, 0, -1), -1);
+    EXPECT_EQ(take_messages().size(), 2u);
+    EXPECT_EQ(model.N_Fix, fix_capacity);
+    EXPECT_EQ(model.N_Load, load_capacity);
+}
+
+TEST_F(Lookup, SortingOrdersByHeightThenYThenX) {
+    add(10, 0, 0, 0, 5, 0);
+    add(0, 0, 9, 0, 0, 0);
+    add(10, 0, 0, 0, 0, 9);
+    const Beam before = model.beam[2];
+    EXPECT_EQ(sort_node(), 1);
+    const float z[] = {0, 0, 0, 9};
+    const float y[] = {0, 0, 5, 0};
+    const float x[] = {0, 10, 0, 0};
+    for (int i = 0; i < 4; ++i) {
+        EXPECT_FLOAT_EQ(model.node[i].z, z[i]);
+        EXPECT_FLOAT_EQ(model.node[i].y, y[i]);
+        EXPECT_FLOAT_EQ(model.node[i].x, x[i]);
+    }
+    EXPECT_EQ(model.beam[2].noi, 2);
+    EXPECT_EQ(model.beam[2].noj, 4);
+    EXPECT_FLOAT_EQ(model.beam[2].zl, before.zl);
+    EXPECT_EQ(find_model_fault(false), nullptr);
+    EXPECT_EQ(find_or_add_node(0, 5, 0), 3); // the index went along
+}
+
+TEST_F(Lookup, SortingRefusesAMemberWithoutNode) {
+    add(0, 0, 9, 0, 0, 0);
+    model.beam[0].noj = 3;
+    EXPECT_EQ(sort_node(), -1);
+    EXPECT_EQ(take_messages(), std::vector<std::string>{"ソートができません"});
+    EXPECT_FLOAT_EQ(model.node[0].z, 9.0f);
+}
+
+TEST_F(Lookup, GridNamesMeasureYFromTheSmallestX) {
+    EXPECT_EQ(check_all_node(), 1);
+    add(100, 40, 0, 199, 139, 0);
+    add(100, 139, 0, 149.6f, 40, 0);
+    EXPECT_EQ(check_all_node(), -1); // no node has flag 2
+    EXPECT_STREQ(model.node[0].id, "");
+    for (int i = 0; i < model.N_Node; ++i) {
+        model.node[i].flag = 2;
+    }
+    EXPECT_EQ(check_all_node(), 1);
+    EXPECT_STREQ(model.node[0].id, "X00Y-60Z00"); // all heights are one: index 0
+    EXPECT_STREQ(model.node[1].id, "X99Y39Z00");
+    EXPECT_STREQ(model.node[3].id, "X49Y-60Z00");
+    EXPECT_STREQ(model.beam[1].idj, "X49Y-60Z00");
+}
+
+TEST_F(Lookup, GridNamesFarOutsideTheGridAreStillNames) {
+    add(0, 9000, 0, 9000, std::nextafter(9000.0f, 9999.0f), 0);
+    model.node[0].flag = model.node[1].flag = 2;
+    EXPECT_EQ(check_all_node(), 1);
+    EXPECT_EQ(std::strncmp(model.node[0].id, "X00Y", 4), 0);
+}
+
+TEST_F(Lookup, NameAndPlaceGoIntoTheMembers) {
+    add(0, 0, 0, 10, 0, 0);
+    add(10, 0, 0, 10, 0, 0); // both ends at one node
+    add(5, 5, 5, 0, 0, 0);
+    Node& node = model.node[1];
+    set_name(node.id, "moved");
+    node.x = 20.0f;
+    copy_node_to_beams(1);
+    EXPECT_FLOAT_EQ(model.beam[0].xl, 20.0f);
+    EXPECT_STREQ(model.beam[0].idj, "moved");
+    EXPECT_FLOAT_EQ(model.beam[0].xs, 0.0f);
+    EXPECT_FLOAT_EQ(model.beam[1].xs, 20.0f);
+    EXPECT_FLOAT_EQ(model.beam[1].xl, 10.0f); // only the start of such a member
+    EXPECT_STREQ(model.beam[2].idi, "");
+    EXPECT_EQ(find_or_add_node(20, 0, 0), 2);
+}
+
+TEST_F(Lookup, MemberCheckAndOneSectionForAll) {
+    EXPECT_EQ(check_all_beam(), -1);
+    add(0, 0, 0, 1, 0, 0);
+    add(0, 0, 0, 2, 0, 0);
+    model.beam[0].flag = 2;
+    EXPECT_EQ(check_all_beam(), -1);
+    set_all_beam_section(12.0f, 15.0f);
+    EXPECT_EQ(check_all_beam(), 1);
+    EXPECT_FLOAT_EQ(model.beam[1].haba, 12.0f);
+    EXPECT_FLOAT_EQ(model.beam[0].atumi, 15.0f);
+}
+
+TEST_F(Lookup, MemberWhoseEndIsNotPlacedKeepsItsName) {
+    add(0, 0, 0, 1, 0, 0);
+    model.beam[0].noj = 0;
+    set_name(model.beam[0].idj, "open");
+    EXPECT_EQ(save_level_name(), 0);
+    EXPECT_STREQ(model.beam[0].idi, "X00Y00Z00");
+    EXPECT_STREQ(model.beam[0].idj, "open");
+    EXPECT_STREQ(find_model_fault(false), "a member's end names no node");
+}
+
+TEST_F(Lookup, ValidatorSeesWhatIsBroken) {
+    const auto fault_after = [](auto change) {
+        reset_model();
+        add(0, 0, 0, 1, 0, 0);
+        rebuild_tables();
+        append_fix(1, 1, 1, 1);
+        append_load(2, 0, 0, -1);
+        EXPECT_EQ(find_model_fault(true), nullptr);
+        change();
+        return find_model_fault(true) != nullptr;
+    };
+    EXPECT_TRUE(fault_after([] { model.node[1].no = 1; }));
+    EXPECT_TRUE(fault_after([] { model.beam[0].no = 2; }));
+    EXPECT_TRUE(fault_after([] { model.beam[0].noj = 3; }));
+    EXPECT_TRUE(fault_after([] { model.beam[0].xl = 2.0f; }));
+    EXPECT_TRUE(fault_after([] { set_name(model.node[0].id, "A"); }));
+    EXPECT_TRUE(fault_after([] { model.N_Size = 0; }));
+    EXPECT_TRUE(fault_after([] { model.fix[0].no = 0; }));
+    EXPECT_TRUE(fault_after([] { model.load[0].no = 9; }));
+    EXPECT_TRUE(fault_after([] { model.N_Beam = beam_capacity + 1; }));
+    reset_model();
+}
+
+} // namespace
+} // namespace kigumi
