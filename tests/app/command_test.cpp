@@ -278,6 +278,8 @@ const Refusal refusals[] = {
     {"draw_mode", {"draw", "frame.jik", "--mode", "x", "-o", "old.png"}, 2, "--mode"},
     {"draw_size", {"draw", "frame.jik", "--size", "0x9", "-o", "old.png"}, 2, "「0x9」"},
     {"draw_band", {"draw", "--dir", "s", "--band", "9,1", "-o", "old.png"}, 2, "「9,1」"},
+    {"draw_angle_nan", {"draw", "frame.jik", "--tau", "nan", "-o", "old.png"}, 2, "--tau"},
+    {"draw_rho_zero", {"draw", "frame.jik", "--rho", "0", "-o", "old.png"}, 2, "--rho"},
     {"draw_label", {"draw", "frame.jik", "--labels", "x", "-o", "old.png"}, 2, "「x」"},
     {"draw_angle", {"draw", "frame.jik", "--tau", "x", "-o", "old.png"}, 2, "--tau"},
     {"scale", {"draw", "--dir", "s", "--scale", "2", "-o", "old.png"}, 2, "--scale"},
