@@ -25,6 +25,7 @@ class ZoomCanvas : public PainterCanvas {
         widget_.area_ = shown;
         PainterCanvas::set_area(shown);
     }
+    float zoom() const override { return static_cast<float>(widget_.zoom_); }
 
   private:
     PictureWidget& widget_;
