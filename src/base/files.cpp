@@ -168,6 +168,10 @@ const std::string& file_error() {
     return error_text();
 }
 
+void set_file_error(std::string_view why) {
+    error_text() = why;
+}
+
 void clear_file_error() {
     error_text().clear();
 }

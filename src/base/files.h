@@ -39,8 +39,9 @@ std::optional<std::string> read_file(const fs::path& path);
 // for the disk, for working files that can be made again.
 int save_file(const fs::path& path, std::string_view bytes, bool sync = true);
 
-// Why the last read_file or save_file failed, in Japanese.
+// Why the last read_file or save_file failed, in Japanese. A reader may add where a file is wrong.
 const std::string& file_error();
+void set_file_error(std::string_view why);
 void clear_file_error();
 
 // A text file in the making: lines end in CR LF and are code page 932, as all files of the program.

@@ -142,6 +142,7 @@ int Reader::read() {
         outcome = take(line);
     }
     if (outcome == Outcome::failed) {
+        set_file_error(text_format("%d 行目", lines_.number()));
         return -1;
     }
     if (model.N_Beam == 0) {

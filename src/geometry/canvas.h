@@ -17,6 +17,9 @@ class Canvas {
     // The window through which the plane is seen from now on. A picture calls it after its fit and
     // before it draws. Its client size is what the canvas was asked to show.
     virtual void set_area(const DrawArea& area) = 0;
+    // How many times larger than the picture's own fit the plane is shown. Labels divide their
+    // height by it, so that zooming in parts them.
+    virtual float zoom() const { return 1.0f; }
     // Style by PenStyle, width in pixels, colour by PenColour.
     virtual void set_pen(int style, int width, int colour) = 0;
     virtual void move(float X, float Y) = 0;

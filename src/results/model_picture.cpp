@@ -65,7 +65,7 @@ int draw_model_picture(Canvas& canvas, DrawArea& area, const ModelLabels& labels
         return 0;
     }
     draw_marks(canvas, labels);
-    const float window = area.world.ymax - area.world.ymin;
+    const float window = (area.world.ymax - area.world.ymin) / canvas.zoom();
     if (labels.node_names && draw_names(canvas, window / names_a_window) < 0) {
         return -1;
     }

@@ -73,10 +73,13 @@ void TKihonUnitForm::ask_basic_data() {
 void TKihonUnitForm::generate() {
     const BusyCursor busy;
     forget_old_node();
-    if (make_unit() < 0 || rebuild_tables() < 0 || save_trio_file() < 0) {
+    if (make_unit() < 0 || rebuild_tables() < 0) {
         return;
     }
     document.set_generated();
+    // The frame is there and can be saved even where its solids cannot be (a folder without the
+    // right to write, say); the message has told so.
+    save_trio_file();
     set_frame_exists(true);
     show_mode(ModelMode::wire);
     statusBar()->showMessage(document_summary());

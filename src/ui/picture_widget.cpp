@@ -1,10 +1,12 @@
 #include "ui/picture_widget.h"
 
+#include "base/message.h"
 #include "ui/painter_canvas.h"
 
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPainter>
+#include <QTimer>
 
 #include <algorithm>
 #include <cmath>
@@ -23,6 +25,7 @@ class ZoomCanvas : public PainterCanvas {
         widget_.area_ = shown;
         PainterCanvas::set_area(shown);
     }
+    float zoom() const override { return static_cast<float>(widget_.zoom_); }
 
   private:
     PictureWidget& widget_;
@@ -47,6 +50,7 @@ PictureWidget::PictureWidget(QWidget* parent) : QWidget(parent) {
 
 void PictureWidget::set_picture(Picture picture) {
     picture_ = std::move(picture);
+    failed_ = false;
     update();
 }
 
@@ -87,10 +91,26 @@ void PictureWidget::paintEvent(QPaintEvent*) {
     area_ = DrawArea{};
     area_.xScreen = width();
     area_.yScreen = height();
-    if (picture_) {
+    if (picture_ && !failed_) {
         ZoomCanvas canvas(painter, *this);
-        DrawArea fitted = area_;
-        picture_(canvas, fitted);
+        draw_picture(canvas);
+    }
+}
+
+void PictureWidget::draw_picture(Canvas& canvas) {
+    std::vector<std::string> messages;
+    MessageSink sink =
+        set_message_sink([&messages](std::string_view text) { messages.emplace_back(text); });
+    DrawArea fitted = area_;
+    picture_(canvas, fitted);
+    set_message_sink(std::move(sink));
+    if (!messages.empty()) {
+        failed_ = true;
+        QTimer::singleShot(0, this, [messages = std::move(messages)] {
+            for (const std::string& message : messages) {
+                show_message(message);
+            }
+        });
     }
 }
 

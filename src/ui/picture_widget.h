@@ -14,7 +14,8 @@ namespace kigumi {
 // is given, tells the canvas so (set_area) and draws; it is called again at every paint, so it
 // refits on resize. The wheel zooms about the pointer, dragging with the middle button moves the
 // picture, and the key F (or a menu entry connected to fit()) shows the whole again; these change
-// only the window through which the picture is seen.
+// only the window through which the picture is seen. What a picture has to say is shown once, after
+// the paint; the widget then stays white until it is given a picture again.
 class PictureWidget : public QWidget {
     Q_OBJECT
 
@@ -49,8 +50,11 @@ class PictureWidget : public QWidget {
 
   private:
     World zoomed(const World& fitted) const;
+    // A box opened while painting would have the window painted anew, and so open without end.
+    void draw_picture(Canvas& canvas);
 
     Picture picture_;
+    bool failed_ = false; // the picture had a message
     DrawArea area_;
     // Shown part of the fitted world window: its size is 1 / zoom_, its centre moved by these
     // fractions of the fitted size.

@@ -29,6 +29,9 @@ void PictureWindow::run_modal() {
     QEventLoop loop;
     connect(this, &PictureWindow::closed, &loop, &QEventLoop::quit);
     loop.exec();
+    if (parentWidget() != nullptr) {
+        parentWidget()->activateWindow();
+    }
 }
 
 QMenu* PictureWindow::add_menu(const char* name, const QString& caption) {

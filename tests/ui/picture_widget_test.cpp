@@ -1,5 +1,6 @@
 #include "ui/picture_widget.h"
 
+#include "base/message.h"
 #include "player.h"
 #include "ui/picture_file.h"
 
@@ -55,6 +56,20 @@ TEST_F(Picture, WheelKeepsThePointUnderThePointer) {
     widget_.grab();
     EXPECT_FLOAT_EQ(widget_.area().world.xmin, fitted.xmin);
     EXPECT_FLOAT_EQ(widget_.area().world.ymax, fitted.ymax);
+}
+
+TEST_F(Picture, MessageOfAPaintComesOnceAndAfterIt) {
+    int paints = 0;
+    widget_.set_picture([&paints](Canvas&, DrawArea&) {
+        ++paints;
+        show_message("no file");
+    });
+    widget_.grab();
+    EXPECT_TRUE(take_messages().empty()) << "no box while painting";
+    widget_.grab();
+    QApplication::processEvents();
+    expect_message("no file");
+    EXPECT_EQ(paints, 1);
 }
 
 TEST_F(Picture, MiddleButtonDragsThePictureAlong) {
