@@ -37,10 +37,14 @@ fs::path run(QFileDialog& dialog) {
     return path_of_qt(dialog.selectedFiles().constFirst());
 }
 
-template <class Number> bool read_any(QLineEdit* box, const QString& label, Number& value) {
+template <class Number> bool number_in(const QLineEdit* box, Number& value) {
+    constexpr QChar minus_sign(0x2212);
     const QString text = box->text().normalized(QString::NormalizationForm_KC).trimmed();
-    const std::string bytes = text.toStdString();
-    if (parse_number(bytes, value)) {
+    return parse_number(QString(text).replace(minus_sign, '-').toStdString(), value);
+}
+
+template <class Number> bool read_any(QLineEdit* box, const QString& label, Number& value) {
+    if (number_in(box, value)) {
         return true;
     }
     show_message(QString("%1: 「%2」は数値ではありません").arg(label, box->text()).toStdString());
@@ -121,6 +125,14 @@ bool read_box(QLineEdit* box, const QString& label, float& value) {
 
 bool read_box(QLineEdit* box, const QString& label, int& value) {
     return read_any(box, label, value);
+}
+
+bool peek_box(const QLineEdit* box, float& value) {
+    return number_in(box, value);
+}
+
+bool peek_box(const QLineEdit* box, int& value) {
+    return number_in(box, value);
 }
 
 BusyCursor::BusyCursor() {

@@ -33,6 +33,10 @@ UnsavedAnswer ask_unsaved(QWidget* parent, const QString& text, const QString& s
 bool read_box(QLineEdit* box, const QString& label, float& value);
 bool read_box(QLineEdit* box, const QString& label, int& value);
 
+// The same without a word: false, and the value as it was, when there is no number.
+bool peek_box(const QLineEdit* box, float& value);
+bool peek_box(const QLineEdit* box, int& value);
+
 // Shows the busy cursor as long as it lives.
 class BusyCursor {
   public:

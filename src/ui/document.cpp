@@ -4,6 +4,7 @@
 #include "ui/dialogs.h"
 
 #include <algorithm>
+#include <cmath>
 
 namespace kigumi {
 
@@ -27,6 +28,7 @@ void Document::set_saved(const fs::path& path) {
 void Document::set_empty() {
     file.clear();
     changed = false;
+    shift = Shift{};
 }
 
 QString document_summary() {
@@ -49,11 +51,19 @@ QString document_summary() {
     const auto range = [&](int axis) {
         return QString("%1～%2").arg(low[axis], 0, 'f', 1).arg(high[axis], 0, 'f', 1);
     };
+    const bool moved =
+        std::fabs(document.shift.dx) + std::fabs(document.shift.dy) + std::fabs(document.shift.dz) >
+        0.0f;
+    const QString shift = QString("　座標移動 %1, %2, %3")
+                              .arg(document.shift.dx)
+                              .arg(document.shift.dy)
+                              .arg(document.shift.dz);
     return QString("節点 %1　部材 %2　X %3　Y %4　Z %5 cm　材積 %6 m³")
-        .arg(model.N_Node)
-        .arg(model.N_Beam)
-        .arg(range(0), range(1), range(2))
-        .arg(volume, 0, 'f', 3);
+               .arg(model.N_Node)
+               .arg(model.N_Beam)
+               .arg(range(0), range(1), range(2))
+               .arg(volume, 0, 'f', 3) +
+           (moved ? shift : QString());
 }
 
 QString document_name() {

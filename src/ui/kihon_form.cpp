@@ -133,6 +133,9 @@ void TKihonForm::yane_clicked(int item) {
 }
 
 void TKihonForm::ask_roof() {
+    // The roof's height is offered for the floor that stands in the boxes.
+    kigumi::peek_box(ui_->XtukaEdit, param.NX);
+    kigumi::peek_box(ui_->TukaHabaEdit, param.TukaHaba);
     TYaneForm roof(this);
     if (roof.exec() != QDialog::Accepted) {
         kigumi::choose_item(ui_->YaneGroup, 0);

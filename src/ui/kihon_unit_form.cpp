@@ -91,7 +91,6 @@ void TKihonUnitForm::save_axis_data(bool move) {
         if (dialog.exec() != QDialog::Accepted) {
             return;
         }
-        document.shift = dialog.shift();
     }
     const fs::path path = ask_save_file(this, "軸データ保存", axis_filter, "jik");
     if (path.empty()) {

@@ -46,7 +46,6 @@ TMainForm::TMainForm() : PictureWindow(nullptr) {
     add_data_menu();
     add_view_menu();
     add_help();
-    labels_.fixed_nodes = labels_.loaded_nodes = true;
     resize(1200, 740);
     set_stage(Stage::empty);
 }

@@ -60,15 +60,27 @@ void PictureWidget::fit() {
     update();
 }
 
-SegmentCanvas PictureWidget::segments() const {
+std::optional<SegmentCanvas> PictureWidget::segments() const {
     SegmentCanvas canvas;
     DrawArea area;
     area.xScreen = width();
     area.yScreen = height();
+    const std::vector<std::string> messages = drawn_on(canvas, area);
+    for (const std::string& message : messages) {
+        show_message(message);
+    }
+    return messages.empty() ? std::optional(canvas) : std::nullopt;
+}
+
+std::vector<std::string> PictureWidget::drawn_on(Canvas& canvas, DrawArea area) const {
+    std::vector<std::string> messages;
+    MessageSink sink =
+        set_message_sink([&messages](std::string_view text) { messages.emplace_back(text); });
     if (picture_) {
         picture_(canvas, area);
     }
-    return canvas;
+    set_message_sink(std::move(sink));
+    return messages;
 }
 
 World PictureWidget::zoomed(const World& fitted) const {
@@ -91,20 +103,13 @@ void PictureWidget::paintEvent(QPaintEvent*) {
     area_ = DrawArea{};
     area_.xScreen = width();
     area_.yScreen = height();
-    if (picture_ && !failed_) {
-        ZoomCanvas canvas(painter, *this);
-        draw_picture(canvas);
+    if (failed_) {
+        return;
     }
-}
-
-void PictureWidget::draw_picture(Canvas& canvas) {
-    std::vector<std::string> messages;
-    MessageSink sink =
-        set_message_sink([&messages](std::string_view text) { messages.emplace_back(text); });
-    DrawArea fitted = area_;
-    picture_(canvas, fitted);
-    set_message_sink(std::move(sink));
+    ZoomCanvas canvas(painter, *this);
+    std::vector<std::string> messages = drawn_on(canvas, area_);
     if (!messages.empty()) {
+        // A box opened while painting would have the window painted anew, and so open without end.
         failed_ = true;
         QTimer::singleShot(0, this, [messages = std::move(messages)] {
             for (const std::string& message : messages) {

@@ -7,6 +7,9 @@
 #include <QWidget>
 
 #include <functional>
+#include <optional>
+#include <string>
+#include <vector>
 
 namespace kigumi {
 
@@ -32,7 +35,8 @@ class PictureWidget : public QWidget {
     // The whole picture again.
     void fit();
     // The picture's lines as segments, and the fit that goes with them, as now shown without zoom.
-    SegmentCanvas segments() const;
+    // Nothing, after its message, when the picture cannot be drawn.
+    std::optional<SegmentCanvas> segments() const;
 
     QSize sizeHint() const override { return {1000, 700}; }
 
@@ -50,8 +54,8 @@ class PictureWidget : public QWidget {
 
   private:
     World zoomed(const World& fitted) const;
-    // A box opened while painting would have the window painted anew, and so open without end.
-    void draw_picture(Canvas& canvas);
+    // Draws the picture and returns what it had to say.
+    std::vector<std::string> drawn_on(Canvas& canvas, DrawArea area) const;
 
     Picture picture_;
     bool failed_ = false; // the picture had a message

@@ -73,8 +73,8 @@ void PictureWindow::export_dxf() {
     }
     {
         const BusyCursor busy;
-        const SegmentCanvas canvas = picture_->segments();
-        if (save_segment_file(canvas.area(), canvas.segments()) < 0) {
+        const std::optional<SegmentCanvas> lines = picture_->segments();
+        if (!lines || save_segment_file(lines->area(), lines->segments()) < 0) {
             return;
         }
         make_dxf_file(path, width.choice());

@@ -11,16 +11,14 @@ namespace Ui {
 class TZahyouIdouForm;
 }
 
-// Asks for the shift of a written axis data file. It starts from the shift given last.
+// Asks for the shift of a written axis data file. It starts from the shift given last
+// (`document.shift`), which OK sets.
 class TZahyouIdouForm : public QDialog {
     Q_OBJECT
 
   public:
     explicit TZahyouIdouForm(QWidget* parent = nullptr);
     ~TZahyouIdouForm() override;
-
-    // The shift given last, for the whole program; 0 until there was one. OK sets it.
-    static const kigumi::Shift& shift();
 
     void accept() override;
 

@@ -51,7 +51,7 @@ TEST_F(Picture, WheelKeepsThePointUnderThePointer) {
     }
     EXPECT_LT(widget_.area().world.xmax - widget_.area().world.xmin,
               0.6f * (fitted.xmax - fitted.xmin));
-    EXPECT_FLOAT_EQ(widget_.segments().area().world.xmin, fitted.xmin) << "files keep the fit";
+    EXPECT_FLOAT_EQ(widget_.segments()->area().world.xmin, fitted.xmin) << "files keep the fit";
     widget_.fit();
     widget_.grab();
     EXPECT_FLOAT_EQ(widget_.area().world.xmin, fitted.xmin);
@@ -70,6 +70,8 @@ TEST_F(Picture, MessageOfAPaintComesOnceAndAfterIt) {
     QApplication::processEvents();
     expect_message("no file");
     EXPECT_EQ(paints, 1);
+    EXPECT_FALSE(widget_.segments().has_value()) << "no drawing of a picture that failed";
+    expect_message("no file");
 }
 
 TEST_F(Picture, MiddleButtonDragsThePictureAlong) {

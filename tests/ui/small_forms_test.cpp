@@ -1,4 +1,5 @@
 #include "geometry/projection.h"
+#include "ui/document.h"
 #include "ui/dxf_width_form.h"
 #include "ui/isome_form.h"
 #include "ui/view_form.h"
@@ -169,7 +170,7 @@ TEST_F(SmallForms, ShiftStartsFromTheLastOne) {
         TZahyouIdouForm form;
         type(form, "DxEdit", step.dx);
         press(form, step.button);
-        EXPECT_FLOAT_EQ(TZahyouIdouForm::shift().dx, step.shift);
+        EXPECT_FLOAT_EQ(document.shift.dx, step.shift);
         EXPECT_EQ(text_in(TZahyouIdouForm(), "DxEdit"), step.next);
     }
 }
@@ -182,7 +183,7 @@ TEST_F(SmallForms, ShiftRefusesWhatIsNoNumber) {
     press(form, "OKButton");
     expect_message("Z方向: 「上」は数値ではありません");
     EXPECT_TRUE(form.isVisible());
-    EXPECT_FLOAT_EQ(TZahyouIdouForm::shift().dx, 0.0f);
+    EXPECT_FLOAT_EQ(document.shift.dx, 0.0f);
 }
 
 } // namespace

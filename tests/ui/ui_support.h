@@ -3,6 +3,7 @@
 
 #include "generate/param.h"
 #include "support.h"
+#include "ui/document.h"
 
 #include <QAbstractButton>
 #include <QApplication>
@@ -80,6 +81,7 @@ class UiTest : public CoreTest {
     void SetUp() override {
         CoreTest::SetUp();
         set_default_param();
+        document = Document{};
     }
     // Fails unless exactly this message was shown since the last look.
     void expect_message(const std::string& message) {
