@@ -97,6 +97,18 @@ template <class AtLine> int make_bottom_line(int cells, AtLine at_line) {
     return 0;
 }
 
+// The four diagonals of the cell with this centre, in half pitches.
+int make_cell_diagonals(int cx, int cy) {
+    constexpr int corners[4][2] = {{-1, -1}, {1, -1}, {1, 1}, {-1, 1}};
+    for (const auto& corner : corners) {
+        if (emit_beam(at(cx, cy, level_top()), at(cx + corner[0], cy + corner[1], level_bottom()),
+                      param.ShaHaba, kind_diagonal) < 0) {
+            return -1;
+        }
+    }
+    return 0;
+}
+
 // The verticals and the zigzag of one perimeter face of `cells` cells.
 template <class AtFace> int make_face(int cells, AtFace at_face) {
     const float zb = level_bottom();
@@ -160,17 +172,10 @@ int make_genzai() {
 
 int make_shazai() {
     spy("Enter make_shazai()");
-    constexpr int corners[4][2] = {{-1, -1}, {1, -1}, {1, 1}, {-1, 1}};
     for (int i = 0; i < param.NX; ++i) {
         for (int j = 0; j < param.NY; ++j) {
-            const int cx = 2 * i + 1;
-            const int cy = 2 * j + 1;
-            for (const auto& corner : corners) {
-                if (emit_beam(at(cx, cy, level_top()),
-                              at(cx + corner[0], cy + corner[1], level_bottom()), param.ShaHaba,
-                              kind_diagonal) < 0) {
-                    return -1;
-                }
+            if (make_cell_diagonals(2 * i + 1, 2 * j + 1) < 0) {
+                return -1;
             }
         }
     }

@@ -59,7 +59,9 @@ class Block {
     };
 
     bool emit(Place from, Place to, float width, int kind) const;
+    bool cell_diagonals(Place centre) const;
     bool diagonals() const;
+    template <class AtStop> bool row(int pieces, bool outer, AtStop at_stop) const;
     bool top_layer() const;
     bool bottom_layer() const;
     bool posts() const;
@@ -70,8 +72,6 @@ class Block {
     static int top_stop(int cells, int s) {
         return s == 0 ? 0 : s == cells + 1 ? 2 * cells : 2 * s - 1;
     }
-    float row_width(bool outer) const { return outer ? unit_.waku_haba : unit_.gen_haba; }
-    static int row_kind(bool outer) { return outer ? kind_frame : kind_chord; }
 
     UnitLine unit_;
 };
@@ -96,65 +96,75 @@ bool Block::emit(Place from, Place to, float width, int kind) const {
     return make_kakuzai3(start[0], start[1], start[2], end[0], end[1], end[2], width, width) >= 0;
 }
 
-bool Block::diagonals() const {
+bool Block::cell_diagonals(Place centre) const {
     constexpr int corners[4][2] = {{-1, -1}, {1, -1}, {1, 1}, {-1, 1}};
+    for (const auto& corner : corners) {
+        const Place foot{centre.mx + corner[0], centre.my + corner[1], false};
+        if (!emit(foot, centre, unit_.shazai_haba, kind_diagonal)) {
+            return false;
+        }
+    }
+    return true;
+}
+
+bool Block::diagonals() const {
     for (int i = 0; i < unit_.nx; ++i) {
         for (int j = 0; j < unit_.ny; ++j) {
-            const Place centre{2 * i + 1, 2 * j + 1, true};
-            for (const auto& corner : corners) {
-                const Place foot{centre.mx + corner[0], centre.my + corner[1], false};
-                if (!emit(foot, centre, unit_.shazai_haba, kind_diagonal)) {
-                    return false;
-                }
+            if (!cell_diagonals({2 * i + 1, 2 * j + 1, true})) {
+                return false;
             }
         }
     }
     return true;
 }
 
-bool Block::top_layer() const {
-    const auto rows = [this](int cells, int across, auto place) {
-        for (int r = 0; r <= across + 1; ++r) {
-            const bool outer = r == 0 || r == across + 1;
-            const int line = top_stop(across, r);
-            for (int s = 0; s <= cells; ++s) {
-                if (!emit(place(top_stop(cells, s), line), place(top_stop(cells, s + 1), line),
-                          row_width(outer), row_kind(outer))) {
-                    return false;
-                }
-            }
+// A row of members through stops 0 ... pieces; the outer rows of a layer are its frame.
+template <class AtStop> bool Block::row(int pieces, bool outer, AtStop at_stop) const {
+    const float width = outer ? unit_.waku_haba : unit_.gen_haba;
+    for (int s = 0; s < pieces; ++s) {
+        if (!emit(at_stop(s), at_stop(s + 1), width, outer ? kind_frame : kind_chord)) {
+            return false;
         }
-        return true;
-    };
-    return rows(unit_.nx, unit_.ny,
-                [](int m, int line) {
-                    return Place{m, line, true};
-                }) &&
-           rows(unit_.ny, unit_.nx, [](int m, int line) {
-               return Place{line, m, true};
-           });
+    }
+    return true;
+}
+
+bool Block::top_layer() const {
+    const int nx = unit_.nx;
+    const int ny = unit_.ny;
+    for (int r = 0; r <= ny + 1; ++r) {
+        const int y = top_stop(ny, r);
+        const auto stop = [nx, y](int s) { return Place{top_stop(nx, s), y, true}; };
+        if (!row(nx + 1, r == 0 || r == ny + 1, stop)) {
+            return false;
+        }
+    }
+    for (int r = 0; r <= nx + 1; ++r) {
+        const int x = top_stop(nx, r);
+        const auto stop = [ny, x](int s) { return Place{x, top_stop(ny, s), true}; };
+        if (!row(ny + 1, r == 0 || r == nx + 1, stop)) {
+            return false;
+        }
+    }
+    return true;
 }
 
 bool Block::bottom_layer() const {
-    const auto rows = [this](int cells, int across, auto place) {
-        for (int r = 0; r <= across; ++r) {
-            const bool outer = r == 0 || r == across;
-            for (int s = 0; s < cells; ++s) {
-                if (!emit(place(2 * s, 2 * r), place(2 * s + 2, 2 * r), row_width(outer),
-                          row_kind(outer))) {
-                    return false;
-                }
-            }
+    const int nx = unit_.nx;
+    const int ny = unit_.ny;
+    for (int r = 0; r <= ny; ++r) {
+        const auto stop = [r](int s) { return Place{2 * s, 2 * r, false}; };
+        if (!row(nx, r == 0 || r == ny, stop)) {
+            return false;
         }
-        return true;
-    };
-    return rows(unit_.nx, unit_.ny,
-                [](int m, int line) {
-                    return Place{m, line, false};
-                }) &&
-           rows(unit_.ny, unit_.nx, [](int m, int line) {
-               return Place{line, m, false};
-           });
+    }
+    for (int r = 0; r <= nx; ++r) {
+        const auto stop = [r](int s) { return Place{2 * r, 2 * s, false}; };
+        if (!row(ny, r == 0 || r == nx, stop)) {
+            return false;
+        }
+    }
+    return true;
 }
 
 bool Block::posts() const {

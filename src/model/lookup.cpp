@@ -385,49 +385,76 @@ int check_all_node() {
     return 1;
 }
 
+namespace {
+
+bool counts_fit() {
+    const auto fits = [](int count, int capacity) { return count >= 0 && count <= capacity; };
+    return fits(model.N_Node, node_capacity) && fits(model.N_Beam, beam_capacity) &&
+           fits(model.N_Size, size_capacity) && fits(model.N_Mat, mat_capacity) &&
+           fits(model.N_Fix, fix_capacity) && fits(model.N_Load, load_capacity);
+}
+
+bool ends_lie_at(const Beam& beam, const Node& start, const Node& end) {
+    return same_float(beam.xs, start.x) && same_float(beam.ys, start.y) &&
+           same_float(beam.zs, start.z) && same_float(beam.xl, end.x) &&
+           same_float(beam.yl, end.y) && same_float(beam.zl, end.z);
+}
+
+const char* find_beam_fault(const Beam& beam, bool names) {
+    if (!names_a_node(beam.noi) || !names_a_node(beam.noj)) {
+        return "a member's end names no node";
+    }
+    const Node& start = model.node[position_of(beam.noi)];
+    const Node& end = model.node[position_of(beam.noj)];
+    if (!ends_lie_at(beam, start, end)) {
+        return "a member's end lies elsewhere than its node";
+    }
+    if (names && (std::strcmp(beam.idi, start.id) != 0 || std::strcmp(beam.idj, end.id) != 0)) {
+        return "a member's end has another name than its node";
+    }
+    if (beam.size > model.N_Size || beam.mat > model.N_Mat) {
+        return "a member names no section or material";
+    }
+    return nullptr;
+}
+
+// True when the first `count` records of a table all satisfy the condition.
+template <class Table, class Condition>
+bool all_of(const Table& table, int count, Condition condition) {
+    return std::all_of(table.begin(), table.begin() + count, condition);
+}
+
+template <class Table> bool numbered(const Table& table, int count) {
+    for (int i = 0; i < count; ++i) {
+        if (table[i].no != number_at(i)) {
+            return false;
+        }
+    }
+    return true;
+}
+
+} // namespace
+
 const char* find_model_fault(bool names) {
-    const auto count_ok = [](int count, int capacity) { return count >= 0 && count <= capacity; };
-    if (!count_ok(model.N_Node, node_capacity) || !count_ok(model.N_Beam, beam_capacity) ||
-        !count_ok(model.N_Size, size_capacity) || !count_ok(model.N_Mat, mat_capacity) ||
-        !count_ok(model.N_Fix, fix_capacity) || !count_ok(model.N_Load, load_capacity)) {
+    if (!counts_fit()) {
         return "a count lies outside its table";
     }
-    for (int i = 0; i < model.N_Node; ++i) {
-        if (model.node[i].no != number_at(i)) {
-            return "a node's number is not its position + 1";
-        }
+    if (!numbered(model.node, model.N_Node)) {
+        return "a node's number is not its position + 1";
+    }
+    if (!numbered(model.beam, model.N_Beam)) {
+        return "a member's number is not its position + 1";
     }
     for (int i = 0; i < model.N_Beam; ++i) {
-        const Beam& beam = model.beam[i];
-        if (beam.no != number_at(i)) {
-            return "a member's number is not its position + 1";
-        }
-        if (!names_a_node(beam.noi) || !names_a_node(beam.noj)) {
-            return "a member's end names no node";
-        }
-        const Node& start = model.node[position_of(beam.noi)];
-        const Node& end = model.node[position_of(beam.noj)];
-        if (!same_float(beam.xs, start.x) || !same_float(beam.ys, start.y) ||
-            !same_float(beam.zs, start.z) || !same_float(beam.xl, end.x) ||
-            !same_float(beam.yl, end.y) || !same_float(beam.zl, end.z)) {
-            return "a member's end lies elsewhere than its node";
-        }
-        if (names && (std::strcmp(beam.idi, start.id) != 0 || std::strcmp(beam.idj, end.id) != 0)) {
-            return "a member's end has another name than its node";
-        }
-        if (beam.size > model.N_Size || beam.mat > model.N_Mat) {
-            return "a member names no section or material";
+        if (const char* fault = find_beam_fault(model.beam[i], names)) {
+            return fault;
         }
     }
-    for (int i = 0; i < model.N_Fix; ++i) {
-        if (!names_a_node(model.fix[i].no)) {
-            return "a support names no node";
-        }
+    if (!all_of(model.fix, model.N_Fix, [](const Fix& fix) { return names_a_node(fix.no); })) {
+        return "a support names no node";
     }
-    for (int i = 0; i < model.N_Load; ++i) {
-        if (!names_a_node(model.load[i].no)) {
-            return "a load names no node";
-        }
+    if (!all_of(model.load, model.N_Load, [](const Load& load) { return names_a_node(load.no); })) {
+        return "a load names no node";
     }
     return nullptr;
 }
