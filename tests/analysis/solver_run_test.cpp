@@ -41,10 +41,7 @@ TEST_F(SolverRunTest, RunsInTheFolderAndTellsTheExitStatus) {
     put("FRAMESLV.IN", "input\n");
     EXPECT_EQ(run_program(path, work_dir()), 3);
     EXPECT_EQ(read_file(work_file("seen")), "input 0\n");
-}
-
-TEST_F(SolverRunTest, TellsASignalFromAnExit) {
-    EXPECT_EQ(run_program(program("solver", "#!/bin/sh\nkill -9 $$\n"), work_dir()), 128 + 9);
+    EXPECT_EQ(run_program(program("killed", "#!/bin/sh\nkill -9 $$\n"), work_dir()), 128 + 9);
 }
 
 TEST_F(SolverRunTest, TellsWhenNothingStarted) {
@@ -86,13 +83,6 @@ TEST_F(SolverRunTest, WritesTheInputAndTimesTheRun) {
     EXPECT_EQ(take_messages(), (std::vector<std::string>{"解析計算を終了しまし   12.35 sec"}));
 }
 
-TEST_F(SolverRunTest, SaysWhenTheSolverDoesNotStart) {
-    program("FRAMESLV.EXE", "no program");
-    SolverOutcome outcome;
-    EXPECT_EQ(run_solver(outcome), -1);
-    EXPECT_EQ(take_messages(), (std::vector<std::string>{"Could not create process"}));
-}
-
 TEST_F(SolverRunTest, DoesNotRunOnAnInputThatCouldNotBeWritten) {
     fs::create_directory(work_file("FRAMESLV.IN"));
     solver_seams.start = [](const fs::path&, const fs::path&) {
@@ -104,31 +94,13 @@ TEST_F(SolverRunTest, DoesNotRunOnAnInputThatCouldNotBeWritten) {
     EXPECT_EQ(take_messages(), (std::vector<std::string>{"Error: Unable to open BonFile"}));
 }
 
-TEST_F(SolverRunTest, ReadsTheThreeFilesWithoutAModel) {
-    put_row_results(3);
-    result.Nken_Stress = 5;
-    EXPECT_EQ(FrameSlv(), 0);
-    EXPECT_EQ(model.N_Y, 2);
-    EXPECT_FLOAT_EQ(model.Yval[1], 50.0f);
-    EXPECT_EQ(result.N_Setuten, 3);
-    EXPECT_EQ(result.N_Stress, 2);
-    EXPECT_EQ(result.Nken_Stress, 0);
-    EXPECT_EQ(result.disp[0].old_no, 3);
-}
-
-TEST_F(SolverRunTest, SaysWhichFileIsMissing) {
-    put_row_results(3);
-    for (const char* name : {"frameslv.dsp", "frameslv.lst", "frameslv.zlv"}) {
-        fs::remove(work_file(name));
-        EXPECT_EQ(FrameSlv(), -1);
-        EXPECT_EQ(take_messages(),
-                  (std::vector<std::string>{text_format("ファイル%sをオ－プンできません", name)}));
-    }
-}
-
 TEST_F(SolverRunTest, KeepsEveryTableWhenTheLastFileIsBroken) {
     put_row_results(3);
+    result.Nken_Stress = 5;
     ASSERT_EQ(FrameSlv(), 0);
+    EXPECT_FLOAT_EQ(model.Yval[1], 50.0f);
+    EXPECT_EQ(result.Nken_Stress, 0);
+    EXPECT_EQ(result.disp[0].old_no, 3);
     put("frameslv.zlv", "1 9.0 1 9.0 1 9.0");
     put("frameslv.lst", listing_of_row(5));
     put("frameslv.dsp", displacements_of_row(4));

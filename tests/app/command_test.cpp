@@ -1,17 +1,12 @@
 #include "process.h"
 
-#include "analysis/result.h"
-#include "analysis/solver_run.h"
 #include "base/message.h"
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <cmath>
 #include <fstream>
-#include <map>
 #include <set>
-#include <unistd.h>
 
 namespace kigumi {
 namespace {
@@ -79,15 +74,10 @@ std::string quantities(const std::string& info) {
 
 TEST_F(Command, HelpNamesEveryCommand) {
     const std::string help = succeed({"--help"});
-    std::set<std::string> commands;
-    size_t at = help.find("Subcommands:");
-    ASSERT_NE(at, std::string::npos);
-    while ((at = help.find("\n  ", at + 1)) != std::string::npos) {
-        commands.insert(help.substr(at + 3, help.find(' ', at + 3) - at - 3));
-    }
-    EXPECT_EQ(commands, (std::set<std::string>{"generate", "info", "convert", "solve", "draw",
-                                               "listing", "demo"}));
+    const std::set<std::string> commands{"generate", "info",    "convert", "solve",
+                                         "draw",     "listing", "demo"};
     for (const std::string& command : commands) {
+        EXPECT_TRUE(contains(help, "\n  " + command + " ")) << command;
         EXPECT_TRUE(contains(succeed({command, "--help"}), "Usage: "));
     }
     EXPECT_EQ(succeed({"--version"}).substr(0, 7), "kigumi ");
@@ -95,21 +85,16 @@ TEST_F(Command, HelpNamesEveryCommand) {
 }
 
 TEST_F(Command, GenerateAndInfo) {
-    const std::string told = succeed({"generate", "NX=3", "NY=2", "TukaHaba=90.9", "SumiType=1",
-                                      "N_Sou=2", "YaneMode=0", "-o", "軸.jik"});
+    const std::string told =
+        succeed({"generate", "NX=3", "NY=2", "TukaHaba=90.9", "SumiType=1", "N_Sou=2", "YaneMode=0",
+                 "--move", "10,-20.5,0", "-o", "軸.jik"});
     EXPECT_TRUE(contains(told, "部材 448")) << told;
     const std::string info = succeed({"info", "軸.jik"});
     EXPECT_TRUE(contains(info, "部材 448\n"));
     EXPECT_TRUE(contains(info, "Z レベル 11: 50 110 170 230 290 335 395 455 515 575 620\n"));
-    EXPECT_TRUE(contains(info, "範囲 x 0 .. 272.7  y 0 .. 181.8  z 50 .. 620 cm\n"));
+    EXPECT_TRUE(contains(info, "範囲 x 10 .. 282.7  y -20.5 .. 161.3  z 50 .. 620 cm\n"));
     EXPECT_TRUE(contains(info, "    192 本"));
     EXPECT_EQ(names(), (std::set<std::string>{"軸.jik", "Youseki.dat"}));
-}
-
-TEST_F(Command, MoveShiftsTheFrame) {
-    succeed({"generate", "NX=1", "NY=1", "--move", "10,-20.5,1000", "-o", "frame.jik"});
-    EXPECT_TRUE(contains(succeed({"info", "frame.jik"}),
-                         "範囲 x 10 .. 100  y -20.5 .. 69.5  z 1050 .. 1095 cm\n"));
 }
 
 TEST_F(Command, RoofOnThreeStoreysIsLeftOutAndTold) {
@@ -136,13 +121,6 @@ TEST_F(Command, ConvertToEveryFormat) {
     succeed({"convert", "out.jik", "-o", "again.tgk"});
     EXPECT_EQ(bytes("again.jik"), bytes("out.jik"));
     EXPECT_EQ(quantities(succeed({"info", "again.tgk"})), info);
-}
-
-TEST_F(Command, ColoursOfADrawing) {
-    generate({"NX=1", "NY=1"});
-    succeed({"convert", "frame.jik", "-o", "red.dxf", "--colour", "1"});
-    succeed({"convert", "frame.jik", "-o", "other.dxf", "--colour", "6"});
-    EXPECT_NE(bytes("red.dxf"), bytes("other.dxf"));
 }
 
 // The last role given to a node holds, in the order of the command line.
@@ -184,10 +162,6 @@ TEST_F(Command, SolveIsInEquilibriumAndListsItsResults) {
 TEST_F(Command, DrawEveryModeAndFormat) {
     generate({"NX=1", "NY=1"});
     succeed({"solve", "frame.jik", "--dir", "s", "--fix", "bottom", "--load", "top:0,0,-200"});
-    for (const char* mode : {"wire", "axis", "perspective"}) {
-        succeed({"draw", "frame.jik", "--mode", mode, "-o", std::string(mode) + ".png"});
-        EXPECT_EQ(bytes((std::string(mode) + ".png").c_str()).substr(0, 4), "\x89PNG") << mode;
-    }
     std::set<std::string> pictures;
     for (const char* mode : {"wire", "force", "band", "width", "heni", "solid"}) {
         succeed({"draw", "--dir", "s", "--mode", mode, "--band", "50,100", "--scale", "10",
@@ -200,6 +174,7 @@ TEST_F(Command, DrawEveryModeAndFormat) {
     EXPECT_TRUE(contains(bytes("a.svg"), "<svg"));
     succeed({"draw", "--dir", "s", "--mode", "force", "-o", "A.PDF"});
     EXPECT_EQ(bytes("A.PDF").substr(0, 5), "%PDF-");
+    succeed({"draw", "frame.jik", "--mode", "axis", "-o", "a.svg"});
     succeed({"draw", "frame.jik", "--mode", "perspective", "--rho", "900", "--theta", "45", "--phi",
              "60", "-o", "b.svg"});
     succeed({"draw", "frame.jik", "--mode", "perspective", "-o", "c.svg"});
@@ -235,15 +210,9 @@ class Refused : public Command, public ::testing::WithParamInterface<Refusal> {
         succeed({"info", "frame.jik"}); // leaves the volume summary, as every reading does
         succeed({"solve", "frame.jik", "--dir", "s", "--fix", "bottom", "--load", "top:0,0,-1"});
         fs::create_directories(folder_ / "folder");
-        fs::create_directories(folder_ / "no-results");
         fs::copy(folder_ / "s", folder_ / "cut-off");
         std::ofstream(folder_ / "cut-off" / "frameslv.lst") << "37\n1 1 0.0";
-        std::ofstream(folder_ / "empty.jik");
-        std::ofstream(folder_ / "empty.tgk");
         std::ofstream(folder_ / "noise.jik") << "\x89PNG\r\n\x1a\n\x01\xff\xfe";
-        std::ofstream(folder_ / "noise.tgk") << "\x89PNG\r\n\x1a\n\x01\xff\xfe";
-        std::ofstream(folder_ / "lying.tgk") << " 999999999\r\n 1 \"\" 0 0 0 0 0 0\r\n";
-        std::ofstream(folder_ / "short.tgk") << " 5\r\n 1 \"\" 0 0 0 0 0 0\r\n";
         std::ofstream(folder_ / "sketch.tgk") << "     0\r\n     0\r\n";
         for (const char* ending : {"jik", "tgk", "bon", "dxf", "png", "txt"}) {
             std::ofstream(folder_ / (std::string("old.") + ending)) << "old";
@@ -267,50 +236,28 @@ TEST_P(Refused, SaysWhyInOneLineAndLeavesAllFiles) {
 const Refusal refusals[] = {
     {"no_such_command", {"frob"}, 2, "コマンドがありません"},
     {"argument_missing", {"info"}, 2, "FILE が必要です"},
-    {"argument_too_many", {"info", "frame.jik", "more"}, 2, "余分な引数です: more"},
     {"unknown_option", {"info", "--nope", "frame.jik"}, 2, "余分な引数です: --nope"},
     {"output_missing", {"convert", "frame.jik"}, 2, "--output が必要です"},
-    {"option_without_value", {"convert", "frame.jik", "-o"}, 2, "--output に値が必要です"},
     {"colour", {"convert", "frame.jik", "-o", "old.dxf", "--colour", "9"}, 2, "--colour"},
     {"load_without_force", {"solve", "frame.jik", "--load", "top"}, 2, "「top」を読めません"},
-    {"load_of_two", {"solve", "frame.jik", "--load", "top:1,2"}, 2, "「top:1,2」を読めません"},
-    {"load_of_nan", {"solve", "frame.jik", "--load", "top:0,0,nan"}, 2, "を読めません"},
     {"draw_mode", {"draw", "frame.jik", "--mode", "x", "-o", "old.png"}, 2, "--mode"},
-    {"draw_size", {"draw", "frame.jik", "--size", "0x9", "-o", "old.png"}, 2, "「0x9」"},
     {"draw_band", {"draw", "--dir", "s", "--band", "9,1", "-o", "old.png"}, 2, "「9,1」"},
     {"draw_angle_nan", {"draw", "frame.jik", "--tau", "nan", "-o", "old.png"}, 2, "--tau"},
-    {"draw_rho_zero", {"draw", "frame.jik", "--rho", "0", "-o", "old.png"}, 2, "--rho"},
     {"draw_label", {"draw", "frame.jik", "--labels", "x", "-o", "old.png"}, 2, "「x」"},
-    {"draw_angle", {"draw", "frame.jik", "--tau", "x", "-o", "old.png"}, 2, "--tau"},
-    {"scale", {"draw", "--dir", "s", "--scale", "2", "-o", "old.png"}, 2, "--scale"},
-    {"move", {"generate", "-o", "old.jik", "--move", "1,2"}, 2, "「1,2」"},
     {"setting_without_value", {"generate", "NX", "-o", "old.jik"}, 1, "NX: 名前=値"},
     {"setting_unknown", {"generate", "nx=3", "-o", "old.jik"}, 1, "nx: 知らない"},
     {"setting_no_number", {"generate", "NX=3.5", "-o", "old.jik"}, 1, "NX: 「3.5」"},
     {"setting_range", {"generate", "SumiType=3", "-o", "old.jik"}, 1, "SumiType: "},
-    {"storeys", {"generate", "N_Sou=4", "-o", "old.jik"}, 1, "N_Sou: "},
-    {"top", {"generate", "YaneMode=2", "-o", "old.jik"}, 1, "YaneMode: "},
     {"no_columns", {"generate", "N_Sou=2", "-o", "old.jik"}, 1, "柱なしが指定されている"},
-    {"no_roof",
-     {"generate", "SumiType=1", "YaneMode=1", "YaneTakasa=0", "-o", "old.jik"},
-     1,
-     "屋根高さは 0 より"},
-    {"too_large", {"generate", "NX=50", "-o", "old.jik"}, 1, "座標の種類が多すぎます"},
     {"generate_into_a_folder", {"generate", "-o", "folder"}, 1, "フォルダです"},
     {"generate_into_nowhere", {"generate", "-o", "none/a.jik"}, 1, "フォルダがありません"},
     {"generate_full_disk", {"generate", "-o", "/dev/full"}, 1, "ディスクの空きがありません"},
     {"missing", {"convert", "none.jik", "-o", "old.dxf"}, 1, "none.jik: ファイルまたは"},
     {"input_folder", {"convert", "folder", "-o", "old.dxf"}, 1, "folder: フォルダです"},
-    {"input_empty", {"convert", "empty.jik", "-o", "old.dxf"}, 1, "部材の行がありません"},
     {"input_noise", {"convert", "noise.jik", "-o", "old.dxf"}, 1, "最初の文字は"},
     {"sketch_missing", {"convert", "none.tgk", "-o", "old.dxf"}, 1, "Can't open TEGAKI_FILE"},
-    {"sketch_empty", {"convert", "empty.tgk", "-o", "old.dxf"}, 1, "手書データ読みこみに失敗"},
-    {"sketch_noise", {"info", "noise.tgk"}, 1, "手書データ読みこみに失敗"},
-    {"sketch_lying_count", {"info", "lying.tgk"}, 1, "節点数が範囲外です"},
-    {"sketch_short", {"info", "short.tgk"}, 1, "short.tgk 3 行目"},
     {"sketch_without_members", {"info", "sketch.tgk"}, 1, "部材がありません"},
     {"output_format", {"convert", "frame.jik", "-o", "old.txt"}, 1, "出力の形式は"},
-    {"picture_into_nowhere", {"draw", "frame.jik", "-o", "none/a.png"}, 1, "フォルダがありません"},
     {"picture_format", {"draw", "frame.jik", "-o", "old.txt"}, 1, "図の形式は"},
     {"no_such_node", {"convert", "frame.jik", "-o", "old.bon", "--fix", "X99*"}, 1, "X99*: 該当"},
     {"draw_without_results", {"draw", "--mode", "force", "-o", "old.png"}, 1, "（--dir）が必要"},
@@ -319,40 +266,11 @@ const Refusal refusals[] = {
      {"draw", "--dir", "s", "--mode", "force", "--size", "300x200", "-o", "old.png"},
      1,
      "収まりません"},
-    {"no_result_folder", {"draw", "--dir", "none", "--mode", "force", "-o", "old.png"}, 1, "none"},
-    {"no_results", {"listing", "--dir", "no-results", "-o", "old.txt"}, 1, "frameslv"},
     {"results_cut_off", {"listing", "--dir", "cut-off", "-o", "old.txt"}, 1, "frameslv.lst"},
 };
 
 INSTANTIATE_TEST_SUITE_P(Cases, Refused, ::testing::ValuesIn(refusals),
                          [](const auto& refusal) { return std::string(refusal.param.name); });
-
-TEST_F(Command, LineOfHundredMegabytes) {
-    {
-        std::ofstream file(folder_ / "long.jik");
-        file << "1 0 0 0";
-        const std::string piece(1 << 20, '0');
-        for (int i = 0; i < 100; ++i) {
-            file << piece;
-        }
-    }
-    const Outcome outcome = run({"info", "long.jik"});
-    EXPECT_EQ(outcome.status, 1);
-    EXPECT_TRUE(contains(outcome.err, "1 行目: 行が長すぎます")) << outcome.err.substr(0, 500);
-}
-
-TEST_F(Command, FolderThatMayNotBeWritten) {
-    if (geteuid() == 0) {
-        GTEST_SKIP() << "root may write everywhere";
-    }
-    generate();
-    const std::string old = bytes("frame.jik");
-    fs::permissions(folder_, fs::perms::owner_read | fs::perms::owner_exec);
-    const Outcome outcome = run({"generate", "NX=1", "-o", "frame.jik"});
-    fs::permissions(folder_, fs::perms::owner_all);
-    EXPECT_EQ(outcome.status, 1);
-    EXPECT_EQ(bytes("frame.jik"), old);
-}
 
 // A failed analysis leaves no results that could be taken for its own.
 TEST_F(Command, FailedSolveLeavesNoOldResults) {
@@ -365,67 +283,6 @@ TEST_F(Command, FailedSolveLeavesNoOldResults) {
     EXPECT_EQ(run({"listing", "--dir", "s", "-o", "list.txt"}).status, 1);
     EXPECT_FALSE(fs::exists(folder_ / "list.txt"));
 }
-
-struct RoofedFrame {
-    const char* type;
-    const char* storeys;
-};
-
-class Roofed : public Command, public ::testing::WithParamInterface<RoofedFrame> {};
-
-// A symmetric frame under a symmetric load moves symmetrically, and the loaded ridge goes down.
-TEST_P(Roofed, MovesSymmetricallyUnderALoadOnTheRidge) {
-    generate({"NX=4", "NY=3", "TukaHaba=90.9", "SumiType=2", "YaneMode=1",
-              std::string("YaneType=") + GetParam().type,
-              std::string("N_Sou=") + GetParam().storeys});
-    succeed({"solve", "frame.jik", "--dir", "s", "--fix", "bottom", "--load", "top:0,0,-200"});
-    work_dir() = folder_ / "s";
-    ASSERT_EQ(FrameSlv(), 0);
-    ASSERT_GT(result.N_Setuten, 100);
-    std::map<int, const Disp*> of_number;
-    std::map<std::array<long, 3>, const Disp*> at_place;
-    const auto key = [](double x, double y, double z) {
-        return std::array<long, 3>{std::lround(x * 10), std::lround(y * 10), std::lround(z * 10)};
-    };
-    float right = 0.0f;
-    float back = 0.0f;
-    float top = 0.0f;
-    for (int i = 0; i < result.N_Setuten; ++i) {
-        of_number[result.disp[i].old_no] = &result.disp[i];
-        right = std::max(right, result.setuten[i].x);
-        back = std::max(back, result.setuten[i].y);
-        top = std::max(top, result.setuten[i].z);
-    }
-    for (int i = 0; i < result.N_Setuten; ++i) {
-        const Setuten& node = result.setuten[i];
-        at_place[key(node.x, node.y, node.z)] = of_number.at(node.OldNo);
-    }
-    const double near = 1e-4 * result.disp[0].mag;
-    ASSERT_GT(result.disp[0].mag, 0.0f);
-    ASSERT_LT(result.disp[0].mag, 10.0f);
-    for (int i = 0; i < result.N_Setuten; ++i) {
-        const Setuten& node = result.setuten[i];
-        const Disp& own = *of_number.at(node.OldNo);
-        ASSERT_TRUE(std::isfinite(own.mag) && std::isfinite(own.rad_x + own.rad_y + own.rad_z));
-        const Disp& across_x = *at_place.at(key(right - node.x, node.y, node.z));
-        const Disp& across_y = *at_place.at(key(node.x, back - node.y, node.z));
-        EXPECT_NEAR(own.disp_x, -across_x.disp_x, near) << own.name;
-        EXPECT_NEAR(own.disp_z, across_x.disp_z, near) << own.name;
-        EXPECT_NEAR(own.disp_y, -across_y.disp_y, near) << own.name;
-        EXPECT_NEAR(own.disp_z, across_y.disp_z, near) << own.name;
-        if (node.z >= top) {
-            EXPECT_LT(own.disp_z, 0.0f) << own.name;
-        }
-    }
-}
-
-INSTANTIATE_TEST_SUITE_P(Types, Roofed,
-                         ::testing::Values(RoofedFrame{"1", "1"}, RoofedFrame{"1", "2"},
-                                           RoofedFrame{"2", "1"}, RoofedFrame{"2", "2"}),
-                         [](const auto& frame) {
-                             return std::string(frame.param.type[0] == '1' ? "hip" : "gable") +
-                                    frame.param.storeys;
-                         });
 
 } // namespace
 } // namespace kigumi

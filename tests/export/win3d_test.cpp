@@ -20,22 +20,6 @@ TEST_F(Win3dTest, BoxOfOneMember) {
     expect_golden("export/box.win3d", read_file(out()).value_or(""));
 }
 
-TEST_F(Win3dTest, PointsOfEarlierBuildsStay) {
-    add_member({0, 0, 0}, {100, 0, 0});
-    ASSERT_EQ(build_trio_file(), 0);
-    model.beam[0].xl = 50;
-    ASSERT_EQ(build_trio_file(), 0);
-    ASSERT_EQ(save_win3d(out()), 0);
-    const std::string text = read_file(out()).value_or("");
-    EXPECT_NE(text.find("\r\n    12  5.00000e+01 "), std::string::npos);
-    EXPECT_NE(text.find("Faces:\r\n    10    -1     9.\r\n"), std::string::npos);
-}
-
-TEST_F(Win3dTest, BeforeAnyBuildThereIsNothingButTheMark) {
-    ASSERT_EQ(save_win3d(out()), 0);
-    EXPECT_EQ(read_file(out()), "Faces:\r\n");
-}
-
 TEST_F(Win3dTest, FailuresLeaveNoFile) {
     add_member({0, 0, 0}, {100, 0, 0});
     ASSERT_EQ(build_trio_file(), 0);

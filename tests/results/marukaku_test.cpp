@@ -73,12 +73,6 @@ TEST_F(MarukakuTest, WritesTheFileAndSetsTheEye) {
     EXPECT_TRUE(shown.area.crt.left == 100 && shown.area.crt.right == 700);
 }
 
-TEST_F(MarukakuTest, SaysWhenTheFileCannotBeWritten) {
-    fs::create_directory(work_file("TRIO.DAT"));
-    EXPECT_EQ(make_marukaku(shown), -1);
-    EXPECT_EQ(take_messages(), (std::vector<std::string>{"Error: Unable to open TRIO_FILE 01"}));
-}
-
 } // namespace
 
 } // namespace kigumi::test

@@ -47,8 +47,7 @@ TEST_F(BenchmarkTest, Logan58) {
     f.support = {{2}, {3}, {4}};
     f.load = {{1, z_up(six(0, -50, 0, -1000))}};
     const Results r = solved(f);
-    expect_moved(r, {{1, {"7.098e-5", "-0.014", "-2.352e-3", "-3.996e-3", "1.78e-5", "-1.033e-4"}},
-                     {1,
+    expect_moved(r, {{1,
                       {"7.09826e-5", "-1.399513e-2", "-2.351889e-3", "-3.996090e-3", "1.780069e-5",
                        "-1.033429e-4"}}});
     expect_axial(r, {"0.21295", "-7.05567", "-41.98540"});
@@ -58,12 +57,12 @@ TEST_F(BenchmarkTest, Logan58) {
 
 namespace {
 
-Frame weaver(double nu) {
+Frame weaver() {
     Frame f;
     f.node = {z_up(0, 120, 0), z_up(240, 120, 0), z_up(0, 0, 0), z_up(360, 0, 120)};
     f.member = {{1, 2}, {3, 1}, {2, 4}};
     f.section = {{56, 56, 11, 83}};
-    f.material = {{30000, nu}};
+    f.material = {{30000, 0.25}};
     f.support = {{3}, {4}};
     f.load = {{1, z_up(six(2, 0, 0))}, {2, z_up(six(0, -1, 0, 0, 0, -120))}};
     return f;
@@ -73,10 +72,9 @@ Frame weaver(double nu) {
 
 // Weaver, Computer Programs for Structural Analysis (1967), p. 146, problem 8.
 TEST_F(BenchmarkTest, Weaver146) {
-    const Frame f = weaver(0.25);
+    const Frame f = weaver();
     const Results r = solved(f);
-    expect_moved(r, {{1, {"0.22267", "0.00016", "-0.17182", "-0.00255", "0.00217", "-0.00213"}},
-                     {2, {"0.22202", "-0.48119", "-0.70161", "-0.00802", "0.00101", "-0.00435"}},
+    expect_moved(r, {{2, {"0.22202", "-0.48119", "-0.70161", "-0.00802", "0.00101", "-0.00435"}},
                      {1,
                       {"0.2226715", "0.000157170", "-0.1718231", "-0.00255327", "0.00216542",
                        "-0.00213387"}}});
@@ -84,12 +82,6 @@ TEST_F(BenchmarkTest, Weaver146) {
                      {{3, {"-1.1041", "-0.43222", "0.21731", "48.785", "-17.973", "96.122"}},
                       {4, {"-0.89588", "1.4322", "-0.21731", "123.08", "47.246", "-11.72"}}});
     expect_axial(r, {"-0.895878", "0.432217", "-1.46959"});
-}
-
-TEST_F(BenchmarkTest, Weaver146WithAnotherPoissonRatio) {
-    const Results r = solved(weaver(0.3));
-    expect_moved(
-        r, {{2, {"0.222749", "-0.489532", "-0.710679", "-0.008214", "0.001067", "-0.004413"}}});
 }
 
 // Kassimali, example 8.1, a space truss: the bending of thin bars changes nothing in five digits.
@@ -131,11 +123,9 @@ Frame ferreira() {
 // Ferreira, MATLAB Codes for Finite Element Analysis, example 8.3: tells Iy from Iz.
 TEST_F(BenchmarkTest, Ferreira83) {
     const Frame f = ferreira();
-    expect_moved(
-        solved(f),
-        {{1, {"-7.05e-6", "-7e-8", "1.418e-5", "1.45e-6", "1.75e-6", "1.14e-6"}},
-         {1,
-          {"-7.05148e-6", "-6.65367e-8", "1.41770e-5", "1.44779e-6", "1.74858e-6", "1.13605e-6"}}});
+    expect_moved(solved(f), {{1,
+                              {"-7.05148e-6", "-6.65367e-8", "1.41770e-5", "1.44779e-6",
+                               "1.74858e-6", "1.13605e-6"}}});
     Frame exchanged = f;
     exchanged.section.push_back({10e-5, 20e-5, 0.02, 5e-5});
     exchanged.member[2].section = 2;
@@ -216,9 +206,7 @@ TEST_F(BenchmarkTest, McGuire48) {
     f.support = {{1}, {2, "011000"}}; // y and z are held whichever is upward
     f.load = {{3, z_up(six(5 / std::sqrt(2.0), -5 / std::sqrt(2.0), 0))}};
     expect_moved(solved(f),
-                 {{2, {"0.024", nullptr, nullptr, nullptr, nullptr, "-0.00088"}},
-                  {3, {"0.046", "-19.15", nullptr, nullptr, nullptr, "-0.00530"}},
-                  {2, {"0.0235702", nullptr, nullptr, nullptr, nullptr, "-0.000883883"}},
+                 {{2, {"0.0235702", nullptr, nullptr, nullptr, nullptr, "-0.000883883"}},
                   {3, {"0.0456673", "-19.15081", nullptr, nullptr, nullptr, "-0.00530330"}}});
 }
 

@@ -57,14 +57,12 @@ TEST_F(InputTest, LevelsOnlyWhereTheyAgree) {
         double x;
     };
     for (const auto& [from, to, x] : {
-             Case{"9.09091e+01", "9.08500e+01", 90.85}, // just half the last place
-             Case{"9.09091e+01", "9.08490e+01", 90.9},  // more
-             Case{"9.09091e+01", "9.09500e+01", 90.95},
+             Case{"9.09091e+01", "9.08500e+01", 90.85},        // just half the last place
+             Case{"9.09091e+01", "9.08490e+01", 90.9},         // more
              Case{"270.0 X01Y00Z01", "270.0 X01Y01Z01", 90.9}, // no such level
              Case{"270.0 X01Y00Z01", "270.0 X01Y00Z00", 90.9}, // another height
              Case{"270.0 X01Y00Z01", "270.0 X1Y0Z1", 90.9091},
              Case{"270.0 X01Y00Z01", "270.0 X01Y00Z01a", 90.9},
-             Case{"270.0 X01Y00Z01", "270.0 B7", 90.9},
          }) {
         const Results r = run(replaced(modeller_text, from, to));
         ASSERT_EQ(r.code, 0) << r.err;
@@ -82,17 +80,13 @@ TEST_F(InputTest, FreeForms) {
              Case{"     2\r\n  0.00000e+00\r\n  9.09091e+01\r\n", "2 0, 90.9091\n"},
              Case{"     2\r\n  0.00000e+00\r\n  9.09091e+01\r\n", "\n\r\n2\n0 +90.9091 \n\n"},
              Case{" X00Y00Z00 X00Y00Z01\r\n", "\r\n"},
-             Case{" X00Y00Z00 X00Y00Z01\r\n", "           X00Y00Z01\r\n"},
              Case{"1     1     2     1     1        0.0", "1,1,2,1,1,0."},
              Case{"2       0.0       0.0     270.0 X00Y00Z01", "2,0, 0.0, 270.049, 5"},
              Case{"1 1.000e+03 5.000e+02", "\t1, 1000\t.5E3"},
              Case{"1,111111", "1 111111"},
              Case{"     1\r\n     1,111111", "2\n1,111000\n1,000111"},
              Case{" X01Y00Z01,    3,", ",3,"},
-             Case{" X01Y00Z01,    3,", "          ,    3,"},
              Case{" X01Y00Z01,    3,", "3 "},
-             Case{"     2     2     3     1     1        0.0 X00Y00Z01 X01Y00Z01\r\n",
-                  "     2     2     3     1     1        360 X00Y00Z01 X01Y00Z01\r\n"},
          }) {
         const Results r = run(replaced(modeller_text, from, to));
         ASSERT_EQ(r.code, 0) << to << r.err;

@@ -3,7 +3,6 @@
 #include "support.h"
 
 #include "solver/check.h"
-#include "solver/element.h"
 #include "solver/input.h"
 #include "solver/solve.h"
 #include "solver/sparse.h"
@@ -253,40 +252,6 @@ TEST_F(PropertyTest, LoadsAddUpAndAreReciprocal) {
     for (const Frame::Load& one : f.load)
         work += one.value.dot(sum.u(one.no));
     EXPECT_GT(work, 0.0);
-}
-
-TEST(ElementTest, SixRigidMotionsWithoutForce) {
-    Random random(7);
-    for (int k = 0; k < 50; k++) {
-        const Point i{draw(random, -9, 9), draw(random, -9, 9), draw(random, -9, 9)};
-        const Point j{k % 5 == 0 ? i.x : draw(random, -9, 9), k % 5 == 0 ? i.y : 10.0, 11.0};
-        Model model;
-        model.node = {{i, "", {}, {}}, {j, "", {}, {}}};
-        model.member = {{1, 2, 1, 1, draw(random, 0, 360)}};
-        model.section = {{2.0, 3.0, 5.0, 1.5}};
-        model.material = {{10.0, 0.25, 0.0}};
-        const Element element = make_element(model, 1);
-        const StiffnessBlocks blocks = stiffness_blocks(element);
-        Matrix12 K;
-        K << blocks.ii, blocks.ij, blocks.ij.transpose(), blocks.jj;
-        const Eigen::Matrix<double, 12, 1> modes =
-            Eigen::SelfAdjointEigenSolver<Matrix12>(K).eigenvalues();
-        EXPECT_LT(std::abs(modes(0)) + std::abs(modes(5)), 1e-12 * modes(11));
-        EXPECT_GT(modes(6), 1e-5 * modes(11));
-        // The end forces are the same stiffness, and none follow a rigid motion.
-        const Vector6 a = Vector6::Random(), b = Vector6::Random();
-        const EndForces forces = end_forces(element, a, b);
-        Vector6 global;
-        global << element.axes.transpose() * forces.j.head<3>(),
-            element.axes.transpose() * forces.j.tail<3>();
-        EXPECT_LE((global - blocks.ij.transpose() * a - blocks.jj * b).norm(), 1e-12 * modes(11));
-        const Vector3 turn(0.1, -0.2, 0.3), arm(j.x - i.x, j.y - i.y, j.z - i.z);
-        Vector6 rigid_i, rigid_j;
-        rigid_i << Vector3(1, 2, 3), turn;
-        rigid_j << Vector3(1, 2, 3) + turn.cross(arm), turn;
-        const EndForces none = end_forces(element, rigid_i, rigid_j);
-        EXPECT_LE(none.i.norm() + none.j.norm(), 1e-12 * modes(11));
-    }
 }
 
 // The long chain is sound though its pivots fall; a ratio of 1e10 is told, and the result still

@@ -58,18 +58,15 @@ TEST_F(RefusalTest, Models) {
         {"no nodes", [](Frame& f) { f = Frame(); }, bad, "節点がありません"},
         {"no members", [](Frame& f) { f.member.clear(); }, bad, "部材がありません"},
         {"unknown node", [](Frame& f) { f.member[1].j = 5; }, bad, "部材 2: 節点番号 5"},
-        {"node 0", [](Frame& f) { f.member[1].i = 0; }, bad, "部材 2: 節点番号 0"},
         {"unknown section", [](Frame& f) { f.member[1].section = -1; }, bad, "部材 2: 断面番号 -1"},
         {"unknown material", [](Frame& f) { f.member[2].material = 2; }, bad, "部材 3: 材料番号 2"},
         {"A zero", [](Frame& f) { f.section[0].A = 0; }, bad, "断面 1 の A"},
         {"Iy negative", [](Frame& f) { f.section[0].Iy = -1; }, bad, "断面 1 の Iy"},
-        {"Iz zero", [](Frame& f) { f.section[0].Iz = 0; }, bad, "断面 1 の Iz"},
         {"J zero", [](Frame& f) { f.section[0].J = 0; }, bad, "断面 1 の J"},
         {"E zero", [](Frame& f) { f.material[0].E = 0; }, bad, "材料 1 の E"},
         {"nu -1", [](Frame& f) { f.material[0].nu = -1; }, bad, "材料 1 のポアソン比"},
         {"nu 0.51", [](Frame& f) { f.material[0].nu = 0.51; }, bad, "材料 1 のポアソン比"},
         {"zero length", [](Frame& f) { f.node[2] = f.node[1]; }, bad, "部材 2 (節点 2 - 節点 3)"},
-        {"one node twice", [](Frame& f) { f.member[0].j = 1; }, bad, "部材 1 (節点 1 - 節点 1)"},
         {"far away",
          [](Frame& f) {
              f.node[0].x() = 1.7e308;
@@ -83,28 +80,15 @@ TEST_F(RefusalTest, Models) {
          bad, "節点 2 の荷重"},
         {"stiffness beyond double", [](Frame& f) { f.material[0].E = 1e308; }, Exit::inexact,
          "節点"},
-        {"stiffness below double", [](Frame& f) { f.material[0].E = 1e-308; }, Exit::inexact,
-         "節点"},
         {"results beyond single",
          [](Frame& f) {
              f.load = {{2, six(1e40, 0, 0)}};
          },
          Exit::inexact, "が大きすぎます"},
         {"no supports", [](Frame& f) { f.support.clear(); }, loose, "支点がありません"},
-        {"only empty supports",
-         [](Frame& f) {
-             f.support = {{1, "000000"}};
-         },
-         loose, "支点がありません"},
         {"node without members",
          [](Frame& f) {
              f.node.push_back({9, 9, 9});
-         },
-         loose, "節点 5 に部材がありません"},
-        {"such a node half held",
-         [](Frame& f) {
-             f.node.push_back({9, 9, 9});
-             f.support.push_back({5, "111110"});
          },
          loose, "節点 5 に部材がありません"},
         {"floating part",
@@ -119,23 +103,11 @@ TEST_F(RefusalTest, Models) {
              f.support = {{1, "111000"}, {4, "111000"}};
          },
          loose, "Y 方向"},
-        {"spin about a slanted line",
-         [](Frame& f) {
-             f.support = {{2, "111000"}, {4, "111000"}};
-         },
-         loose, "Y 方向"},
         {"slides",
          [](Frame& f) {
              f.support = {{1, "011111"}, {4, "011111"}};
          },
          loose, "X 方向"},
-        {"bar turning about itself",
-         [](Frame& f) {
-             f.node = {{0, 0, 0}, {100, 0, 0}};
-             f.member = {{1, 2}};
-             f.support = {{1, "111000"}, {2, "111000"}};
-         },
-         loose, "X 軸まわり"},
         {"second part loose",
          [](Frame& f) {
              f.node.push_back({0, 900, 0});
@@ -163,43 +135,26 @@ TEST_F(RefusalTest, Texts) {
     const std::string good = portal().text();
     const Case cases[] = {
         {"4 3\n", "-4 3\n", "4行目"},
-        {"4 3\n", "4 -3\n", "4行目"},
-        {"4 3\n", "4 2000000000\n", "4行目"},
         {"4 3\n", "4 30\n", "4行目: 部材の個数 30"}, // 30 records need more than the bytes left
-        {"4 3\n", "40 3\n", "4行目: 節点の個数 40"},
-        {"4 3\n", "4 99999999999\n", "4行目: 「99999999999」"},
         {"4 3\n", "4\n", "4行目: 部材の項目の数 1"},
         {"4 3\n", "5 3\n", "節点の数 4 が部材の見出し行の節点数 5"},
-        {"4 3\n", "4 2\n", "断面"},
         {"4 3\n", "4 4\n", "8行目"},
         {"0\n0\n0\n", "-1\n0\n0\n", "1行目: X レベルの個数 -1"},
-        {"0\n0\n0\n", "2000000000\n0\n0\n", "1行目: X レベル"},
         {"0\n0\n0\n", "2\n1\n2 3\n0\n0\n", "より多くの値"},
         {"2 2 3 1 1 0\n", "1 2 3 1 1 0\n", "6行目: 部材の番号 1 が二度"},
         {"2 2 3 1 1 0\n", "4 2 3 1 1 0\n", "6行目: 部材の番号 4 は 1～3"},
-        {"2 2 3 1 1 0\n", "0 2 3 1 1 0\n", "6行目: 部材の番号 0"},
         {"2 2 3 1 1 0\n", "2 2 3.0 1 1 0\n", "6行目: 「3.0」は整数"},
         {"2 2 3 1 1 0\n", "2 2 3 1 1 0 a b c\n", "6行目: 部材の項目の数 9"},
         {"2 2 3 1 1 0\n", "2 2 3 1 1 up\n", "6行目: 「up」は数値"},
         {"2 0 0 300\n", "2 0 0 nan\n", "「nan」"},
-        {"2 0 0 300\n", "2 0 0 inf\n", "「inf」"},
-        {"2 0 0 300\n", "2 0 0 -infinity\n", "「-infinity」"},
-        {"2 0 0 300\n", "2 0 0 1e999\n", "「1e999」"},
-        {"2 0 0 300\n", "2 0 0 0x10\n", "「0x10」"},
-        {"2 0 0 300\n", "2 0 0 1d2\n", "「1d2」"},
-        {"2 0 0 300\n", "2 0 0 +-3\n", "「+-3」"},
         {"2 0 0 300\n", "2 0 1,5 30\n", "節点の名前「30」が数値"},
         {"2 2 3 1 1 0\n", "2 2 3 1 1 0,5\n", "部材の名前「5」が数値"},
         {"2 0 0 300\n", "2 0,,0 300\n", "カンマ"},
-        {"1 1000 500 100 800\n", "1 1,5 500 100 800\n", "断面の項目の数 6"},
         {"1 1000 500 100 800\n", "1 1000 500 100\n", "断面の項目の数 4"},
         {"1,111111\n", "1,111112\n", "「111112」"},
-        {"1,111111\n", "1,11111\n", "「11111」"},
         {"1,111111\n", "9,111111\n", "節点番号 9"},
         {"1,111111\n", "1,1,111111\n", "支点の項目の数 3"},
         {" ,2,10,", " ,7,10,", "荷重の節点番号 7"},
-        {" ,2,10,", " ,2,", "荷重の項目の数 6"},
-        {" ,2,10,", " ,2,1,5,", "荷重の項目の数"},
         {" ,2,10,", "2,1,0,10,", "荷重の項目の数 9"},
     };
     for (const auto& [from, to, named] : cases) {
