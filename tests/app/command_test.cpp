@@ -1,11 +1,16 @@
 #include "process.h"
 
+#include "analysis/result.h"
+#include "analysis/solver_run.h"
 #include "base/message.h"
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <array>
+#include <cmath>
 #include <fstream>
+#include <map>
 #include <set>
 
 namespace kigumi {
@@ -283,6 +288,50 @@ TEST_F(Command, FailedSolveLeavesNoOldResults) {
     EXPECT_EQ(run({"listing", "--dir", "s", "-o", "list.txt"}).status, 1);
     EXPECT_FALSE(fs::exists(folder_ / "list.txt"));
 }
+
+struct RoofedFrame {
+    const char* type;
+    const char* storeys;
+};
+
+class Roofed : public Command, public ::testing::WithParamInterface<RoofedFrame> {};
+
+// A frame that a half turn maps onto itself moves so too, and its loaded ridge goes down.
+TEST_P(Roofed, StandsAndMovesSymmetrically) {
+    generate({"NX=4", "NY=3", "TukaHaba=90.9", "SumiType=2", "YaneMode=1",
+              std::string("YaneType=") + GetParam().type,
+              std::string("N_Sou=") + GetParam().storeys});
+    succeed({"solve", "frame.jik", "--dir", "s", "--fix", "bottom", "--load", "top:0,0,-200"});
+    work_dir() = folder_ / "s";
+    ASSERT_EQ(FrameSlv(), 0);
+    std::map<std::array<long, 3>, const Disp*> at_place;
+    const auto place = [](const Setuten& node, double sign) {
+        const double x = sign * (node.x - 2 * 90.9);
+        const double y = sign * (node.y - 1.5 * 90.9);
+        return std::array<long, 3>{std::lround(x), std::lround(y), std::lround(node.z * 10)};
+    };
+    std::map<int, const Disp*> of_number;
+    for (int i = 0; i < result.N_Setuten; ++i) {
+        of_number[result.disp[i].old_no] = &result.disp[i];
+    }
+    for (int i = 0; i < result.N_Setuten; ++i) {
+        at_place[place(result.setuten[i], 1.0)] = of_number.at(result.setuten[i].OldNo);
+    }
+    const double near = 1e-4 * result.disp[0].mag;
+    ASSERT_TRUE(result.disp[0].mag > 0.0f && result.disp[0].mag < 10.0f);
+    EXPECT_LT(result.disp[0].disp_z, 0.0f);
+    for (int i = 0; i < result.N_Setuten; ++i) {
+        const Disp& own = *of_number.at(result.setuten[i].OldNo);
+        const Disp& turned = *at_place.at(place(result.setuten[i], -1.0));
+        EXPECT_NEAR(own.disp_x, -turned.disp_x, near) << own.name;
+        EXPECT_NEAR(own.disp_y, -turned.disp_y, near) << own.name;
+        EXPECT_NEAR(own.disp_z, turned.disp_z, near) << own.name;
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Types, Roofed,
+                         ::testing::Values(RoofedFrame{"1", "1"}, RoofedFrame{"1", "2"},
+                                           RoofedFrame{"2", "1"}, RoofedFrame{"2", "2"}));
 
 } // namespace
 } // namespace kigumi
