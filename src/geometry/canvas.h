@@ -20,6 +20,8 @@ class Canvas {
     // How many times larger than the picture's own fit the plane is shown. Labels divide their
     // height by it, so that zooming in parts them.
     virtual float zoom() const { return 1.0f; }
+    // False where a label at this plane point could not be seen, so that it need not be drawn.
+    virtual bool shows(float, float) const { return true; }
     // Style by PenStyle, width in pixels, colour by PenColour.
     virtual void set_pen(int style, int width, int colour) = 0;
     virtual void move(float X, float Y) = 0;

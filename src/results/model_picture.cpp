@@ -10,9 +10,8 @@ namespace kigumi {
 
 namespace {
 
-constexpr int mark_half = 4;              // pixels
-constexpr float names_a_window = 75.0f;   // name height: the window's height / 75
-constexpr float number_of_window = 0.01f; // number height: the window's height × 0.01
+constexpr int mark_half = 4;             // pixels
+constexpr float labels_a_window = 75.0f; // label height: the window's height / 75
 
 void draw_marks(Canvas& canvas, const ModelLabels& labels) {
     for (int i = 0; i < model.N_Node; ++i) {
@@ -31,6 +30,9 @@ int draw_names(Canvas& canvas, float height) {
     canvas.set_pen(pen_solid, 1, colour_navy);
     for (int i = 0; i < model.N_Node; ++i) {
         const Node& node = model.node[i];
+        if (!canvas.shows(node.X, node.Y)) {
+            continue;
+        }
         const int length = static_cast<int>(std::strlen(node.id));
         if (draw_text(canvas, node.id, length, node.X + 0.5f * height, node.Y + 0.3f * height, 0.0f,
                       height) < 0) {
@@ -44,9 +46,12 @@ int draw_numbers(Canvas& canvas, float height) {
     canvas.set_pen(pen_solid, 1, colour_maroon);
     for (int i = 0; i < model.N_Beam; ++i) {
         const Beam& beam = model.beam[i];
-        const std::string number = text_format("%d", beam.no);
         const float X = 0.5f * (beam.XS + beam.XL);
         const float Y = 0.5f * (beam.YS + beam.YL);
+        if (!canvas.shows(X, Y)) {
+            continue;
+        }
+        const std::string number = text_format("%d", beam.no);
         if (draw_text(canvas, number, static_cast<int>(number.size()), X, Y, 0.0f, height) < 0) {
             return -1;
         }
@@ -66,10 +71,10 @@ int draw_model_picture(Canvas& canvas, DrawArea& area, const ModelLabels& labels
     }
     draw_marks(canvas, labels);
     const float window = (area.world.ymax - area.world.ymin) / canvas.zoom();
-    if (labels.node_names && draw_names(canvas, window / names_a_window) < 0) {
+    if (labels.node_names && draw_names(canvas, window / labels_a_window) < 0) {
         return -1;
     }
-    if (labels.member_numbers && draw_numbers(canvas, window * number_of_window) < 0) {
+    if (labels.member_numbers && draw_numbers(canvas, window / labels_a_window) < 0) {
         return -1;
     }
     canvas.set_pen(pen_solid, 1, colour_black);

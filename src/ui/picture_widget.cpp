@@ -26,6 +26,13 @@ class ZoomCanvas : public PainterCanvas {
         PainterCanvas::set_area(shown);
     }
     float zoom() const override { return static_cast<float>(widget_.zoom_); }
+    bool shows(float X, float Y) const override {
+        constexpr int longest_label = 300; // pixels
+        int px = 0;
+        int py = 0;
+        return to_screen(area_, X, Y, px, py) && px > -longest_label && py > -longest_label &&
+               px < widget_.width() + longest_label && py < widget_.height() + longest_label;
+    }
 
   private:
     PictureWidget& widget_;
