@@ -23,11 +23,6 @@ namespace kigumi {
 
 namespace {
 
-int refuse(const std::string& message) {
-    show_message(message);
-    return -1;
-}
-
 // Seconds since it was made or asked last.
 class Stopwatch {
   public:

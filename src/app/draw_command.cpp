@@ -19,11 +19,6 @@ namespace kigumi {
 
 namespace {
 
-int refuse(const std::string& message) {
-    show_message(message);
-    return -1;
-}
-
 bool has_label(const DrawOptions& options, const char* label) {
     return std::find(options.labels.begin(), options.labels.end(), label) != options.labels.end();
 }

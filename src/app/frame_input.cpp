@@ -13,11 +13,6 @@ namespace kigumi {
 
 namespace {
 
-int refuse(const std::string& message) {
-    show_message(message);
-    return -1;
-}
-
 // One setting, NAME=VALUE.
 int set_one(const std::string& setting, bool& yane_said) {
     const size_t equals = setting.find('=');

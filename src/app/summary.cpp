@@ -51,15 +51,7 @@ void print_levels(const char* name, const std::array<float, Size>& levels, int c
 }
 
 void print_bounds() {
-    float low[3] = {0, 0, 0};
-    float high[3] = {0, 0, 0};
-    for (int i = 0; i < model.N_Node; ++i) {
-        const float at[3] = {model.node[i].x, model.node[i].y, model.node[i].z};
-        for (int axis = 0; axis < 3; ++axis) {
-            low[axis] = i == 0 ? at[axis] : std::min(low[axis], at[axis]);
-            high[axis] = i == 0 ? at[axis] : std::max(high[axis], at[axis]);
-        }
-    }
+    const auto& [low, high] = node_extent();
     std::printf("範囲 x %g .. %g  y %g .. %g  z %g .. %g cm\n", low[0], high[0], low[1], high[1],
                 low[2], high[2]);
 }

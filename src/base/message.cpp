@@ -22,6 +22,11 @@ void show_message(std::string_view text) {
     std::fprintf(stderr, "%.*s\n", static_cast<int>(text.size()), text.data());
 }
 
+int refuse(std::string_view text) {
+    show_message(text);
+    return -1;
+}
+
 MessageSink set_message_sink(MessageSink sink) {
     return std::exchange(current_sink(), std::move(sink));
 }

@@ -12,6 +12,9 @@ using MessageSink = std::function<void(std::string_view)>;
 // error for the commands, a message box for the windows, a list for tests.
 void show_message(std::string_view text);
 
+// Shows the message and returns -1, for a function that gives up.
+int refuse(std::string_view text);
+
 // Replaces the sink and returns the one before. An empty sink stands for standard error.
 MessageSink set_message_sink(MessageSink sink);
 

@@ -41,11 +41,6 @@ void apply_yane_choice(int choice) {
 
 namespace {
 
-int refuse(const char* message) {
-    show_message(message);
-    return -1;
-}
-
 // Overall height by storeys and what stands on top, cm. False when the choice leaves it as it was.
 bool overall_height(const KihonChoice& choice, float& height) {
     const double L = param.Lowest;

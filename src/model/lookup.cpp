@@ -385,6 +385,18 @@ int check_all_node() {
     return 1;
 }
 
+Extent node_extent() {
+    Extent extent{};
+    for (int i = 0; i < model.N_Node; ++i) {
+        const float at[3] = {model.node[i].x, model.node[i].y, model.node[i].z};
+        for (int axis = 0; axis < 3; ++axis) {
+            extent.low[axis] = i == 0 ? at[axis] : std::min(extent.low[axis], at[axis]);
+            extent.high[axis] = i == 0 ? at[axis] : std::max(extent.high[axis], at[axis]);
+        }
+    }
+    return extent;
+}
+
 namespace {
 
 bool counts_fit() {

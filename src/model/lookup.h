@@ -79,6 +79,13 @@ void check_all_node_beam();
 // message "ソートができません" when a member names a node outside the table.
 int sort_node();
 
+// The smallest and largest x, y and z of the nodes, cm; all 0 without nodes.
+struct Extent {
+    float low[3];
+    float high[3];
+};
+Extent node_extent();
+
 // Describes the first fault of the tables (counts, numbers, ends, names, coordinates), or null when
 // they are sound. Names are compared only when `names` is true.
 const char* find_model_fault(bool names);

@@ -1,9 +1,8 @@
 #include "ui/document.h"
 
-#include "model/model.h"
+#include "model/lookup.h"
 #include "ui/dialogs.h"
 
-#include <algorithm>
 #include <cmath>
 
 namespace kigumi {
@@ -35,21 +34,13 @@ QString document_summary() {
     if (model.N_Beam == 0) {
         return "モデルがありません";
     }
-    float low[3] = {model.node[0].x, model.node[0].y, model.node[0].z};
-    float high[3] = {low[0], low[1], low[2]};
-    for (int i = 0; i < model.N_Node; ++i) {
-        const float at[3] = {model.node[i].x, model.node[i].y, model.node[i].z};
-        for (int axis = 0; axis < 3; ++axis) {
-            low[axis] = std::min(low[axis], at[axis]);
-            high[axis] = std::max(high[axis], at[axis]);
-        }
-    }
+    const Extent extent = node_extent();
     double volume = 0.0;
     for (int i = 0; i < model.N_Beam; ++i) {
         volume += beam_volume(model.beam[i]);
     }
     const auto range = [&](int axis) {
-        return QString("%1～%2").arg(low[axis], 0, 'f', 1).arg(high[axis], 0, 'f', 1);
+        return QString("%1～%2").arg(extent.low[axis], 0, 'f', 1).arg(extent.high[axis], 0, 'f', 1);
     };
     const bool moved =
         std::fabs(document.shift.dx) + std::fabs(document.shift.dy) + std::fabs(document.shift.dz) >
