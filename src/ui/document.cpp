@@ -32,7 +32,8 @@ void Document::set_empty() {
 
 QString document_summary() {
     if (model.N_Beam == 0) {
-        return "モデルがありません";
+        return "モデルがありません。ファイル → 基本データ選択 で骨組を作るか、"
+               "軸データ編集 で軸データを読み込みます";
     }
     const Extent extent = node_extent();
     double volume = 0.0;
