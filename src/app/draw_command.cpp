@@ -10,10 +10,13 @@
 #include "results/force_picture.h"
 #include "results/marukaku.h"
 #include "results/model_picture.h"
+#include "results/selection.h"
 #include "results/stroke_font.h"
 #include "ui/picture_file.h"
 
 #include <algorithm>
+#include <numeric>
+#include <vector>
 
 namespace kigumi {
 
@@ -81,9 +84,9 @@ int draw_results(const DrawOptions& options, const fs::path& path) {
 int draw_solid_results(const DrawOptions& options, const fs::path& path) {
     ResultView shown;
     shown.area = client_area(options);
-    std::copy(result.stress.begin(), result.stress.begin() + result.N_Stress,
-              result.kensaku.begin());
-    result.Nken_Stress = result.N_Stress;
+    std::vector<int> all(result.N_Stress);
+    std::iota(all.begin(), all.end(), 0);
+    select_results(all);
     if (make_marukaku(shown) < 0) {
         return -1;
     }
