@@ -57,8 +57,7 @@ void RecordGrid::show_at_top(int row) {
 
 QSize RecordGrid::sizeHint() const {
     const int column_width = fontMetrics().horizontalAdvance('0') * shown_characters;
-    return {columnCount() * column_width,
-            verticalHeader()->defaultSectionSize() * shown_rows};
+    return {columnCount() * column_width, verticalHeader()->defaultSectionSize() * shown_rows};
 }
 
 void RecordGrid::keyPressEvent(QKeyEvent* event) {
