@@ -119,4 +119,23 @@ std::vector<LegendLine> result_legend(const ResultView& shown, float scale) {
     return lines;
 }
 
+std::string result_title(const ResultView& shown, float scale) {
+    switch (shown.mode) {
+    case mode_wire:
+        return "ワイヤモデル";
+    case mode_sign:
+        return "軸力表示";
+    case mode_band:
+        return text_format("軸力表示（%g～%g ％）", shown.lower, shown.upper);
+    case mode_width:
+        return "太さ色分";
+    case mode_solids:
+        return "角丸表示";
+    case mode_displaced:
+        return text_format("変位%g倍", scale);
+    default:
+        return {};
+    }
+}
+
 } // namespace kigumi

@@ -20,4 +20,7 @@ struct LegendLine {
 // magnification of the displaced shape. Empty for a mode without a picture.
 std::vector<LegendLine> result_legend(const ResultView& shown, float scale);
 
+// What the picture shows, in a few words: "太さ色分", "変位10倍"; for its title.
+std::string result_title(const ResultView& shown, float scale);
+
 } // namespace kigumi
