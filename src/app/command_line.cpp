@@ -167,6 +167,7 @@ void CommandLine::add_draw() {
     draw_->add_option("--scale", draw_options_.scale, "変位の倍率")
         ->check(CLI::IsMember({1, 5, 10}));
     draw_->add_option("--labels", label_list_, "文字 nodes,members,fix,load");
+    draw_->add_flag("--legend", draw_options_.legend, "凡例を入れる（結果の図。PDF には必ず入る）");
     draw_->add_option("--size", size_, "図の大きさ WxH（ピクセル）");
     draw_->add_option("-o,--output", draw_options_.output, "図（.png .svg .pdf）")->required();
 }

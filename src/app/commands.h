@@ -33,6 +33,7 @@ struct DrawOptions {
     int scale = 1; // magnification of displacements
     std::vector<std::string> labels;
     int width = 1280, height = 800;
+    bool legend = false; // of results; a PDF file has it in any case
     std::string output;
 };
 
