@@ -10,6 +10,7 @@
 #include "trace/spy.h"
 #include "ui/dialogs.h"
 #include "ui/document.h"
+#include "ui/frame_slv_form.h"
 #include "ui/help_form.h"
 #include "ui/jiku_form.h"
 #include "ui/kihon_unit_form.h"
@@ -76,8 +77,8 @@ void TMainForm::add_file_menu() {
         QKeySequence(Qt::Key_F5));
     QAction* keep =
         add_item(file, "KekkaHozonMenu", "解析結果保存(&R)", [this] { save_result_files(); });
-    QAction* last = add_item(file, "SaigoKaisekiMenu", "最後の解析結果(&L)",
-                             [this] { not_in_this_version("最後の解析結果"); });
+    QAction* last =
+        add_item(file, "SaigoKaisekiMenu", "最後の解析結果(&L)", [this] { show_results(); });
     file->addSeparator();
     QAction* exit = add_item(
         file, "ExitMenu", "終了(&X)", [this] { close(); }, QKeySequence("Ctrl+Q"));
@@ -259,6 +260,14 @@ void TMainForm::save_textbook_input() {
     if (!path.empty() && save_honegra(path) < 0) {
         show_message("｢フレームラボ」データ保存に失敗しました");
     }
+}
+
+void TMainForm::show_results() {
+    TFrameSlvForm window(this);
+    window.run_modal();
+    view.TAU = view.FAI = 30.0f;
+    state_.results = true;
+    set_stage(state_.stage);
 }
 
 void TMainForm::save_result_files() {
