@@ -88,6 +88,7 @@ void TFrameSlvForm::read_results() {
         valid_ = FrameSlv() == 0;
     }
     set_message_sink(std::move(sink));
+    const std::string reason = valid_ ? "" : file_error();
     for (const std::string& message : messages) {
         show_message(message);
     }
@@ -96,7 +97,8 @@ void TFrameSlvForm::read_results() {
     }
     if (!valid_) {
         clear_selection();
-        status_->setText(messages.empty() ? QString() : qt_text(messages.back()));
+        messages.push_back(reason);
+        status_->setText(qt_text(messages.front() + (reason.empty() ? "" : "（" + reason + "）")));
         return;
     }
     read_roles();
