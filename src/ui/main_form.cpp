@@ -8,6 +8,7 @@
 #include "geometry/solid.h"
 #include "model/lookup.h"
 #include "trace/spy.h"
+#include "ui/analysis_run.h"
 #include "ui/dialogs.h"
 #include "ui/document.h"
 #include "ui/frame_slv_form.h"
@@ -73,8 +74,7 @@ void TMainForm::add_file_menu() {
         save, "FrameSlvSaveMenu", "FrameSlv入力データ(&F)", [this] { save_solver_input(); },
         QKeySequence::Save);
     QAction* solve = add_item(
-        file, "KaisekiMenu", "構造解析実施(&A)", [this] { not_in_this_version("構造解析実施"); },
-        QKeySequence(Qt::Key_F5));
+        file, "KaisekiMenu", "構造解析実施(&A)", [this] { analyse(); }, QKeySequence(Qt::Key_F5));
     QAction* keep =
         add_item(file, "KekkaHozonMenu", "解析結果保存(&R)", [this] { save_result_files(); });
     QAction* last =
@@ -275,6 +275,19 @@ void TMainForm::save_result_files() {
     if (!path.empty()) {
         save_results(path);
     }
+}
+
+void TMainForm::analyse() {
+    if (run_analysis(*this)) {
+        show_results();
+    }
+}
+
+void TMainForm::show_results() {
+    FrameSlv();
+    view.TAU = view.FAI = 30.0f;
+    state_.results = true;
+    set_stage(state_.stage);
 }
 
 void TMainForm::not_in_this_version(const QString& what) {
