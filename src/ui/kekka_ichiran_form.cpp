@@ -30,7 +30,7 @@ TKekkaIchiranForm::TKekkaIchiranForm(QWidget* parent) : ResultListForm(member_ta
     connect(&chosen(), &RowSelection::chosen, this,
             [this](bool added) { take_highlighted(added); });
     connect(&chosen(), &RowSelection::currentChanged, this, [this] { show_state(); });
-    set_note("行を選ぶと、その部材が計算結果の図で色付きになります（Ctrl・Shift で複数）。");
+    set_note("行を選ぶと、その部材が計算結果の図で色付きになります（Ctrl・Shift で複数）。", false);
     show_rows(all_rows(member_table()), false);
     show_selection();
 }

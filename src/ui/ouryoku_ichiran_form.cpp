@@ -26,10 +26,9 @@ void TOuryokuIchiranForm::show_selection() {
     const std::vector<int> rows = selected_rows();
     const bool some = !rows.empty();
     show_rows(some ? rows : all_rows(stress_table()), true);
-    set_note(
-        some ? QString("選択した %1 部材の応力").arg(rows.size())
-             : QString("すべての部材（%1 部材）の応力。部材を選択すると、その部材だけになります。")
-                   .arg(stress_table().rows()));
+    set_note(some ? QString("選択した %1 部材の応力").arg(rows.size())
+                  : QString("すべての部材（%1 部材）の応力").arg(stress_table().rows()),
+             true);
     set_summary(extremes());
     show_state();
 }

@@ -150,8 +150,9 @@ void ResultListForm::show_rows(std::vector<int> rows, bool mark) {
     show_counts();
 }
 
-void ResultListForm::set_note(const QString& note) {
+void ResultListForm::set_note(const QString& note, bool printed) {
     note_->setText(note);
+    note_printed_ = printed;
 }
 
 void ResultListForm::set_summary(const QString& summary) {
@@ -181,6 +182,23 @@ std::vector<int> ResultListForm::wanted_rows() const {
                                                          : proxy_->shown_rows();
 }
 
+QString ResultListForm::wanted_text(size_t rows) const {
+    QString text = QString("%1 行").arg(rows);
+    if (!filter_->text().isEmpty()) {
+        text += QString("、絞り込み「%1」").arg(filter_->text());
+    }
+    if (wanted_->currentIndex() == wanted_highlighted) {
+        text += "、選んだ行だけ";
+    }
+    const int column = proxy_->sortColumn();
+    if (column >= 0) {
+        text += QString("、%1の%2順")
+                    .arg(model_->sheet().column(column).heading,
+                         proxy_->sortOrder() == Qt::AscendingOrder ? "小さい" : "大きい");
+    }
+    return text;
+}
+
 TablePrinter ResultListForm::printed() const {
     TablePrinter pages(windowTitle(), qt_path(work_dir().filename()));
     const ResultSheet& sheet = model_->sheet();
@@ -198,9 +216,10 @@ TablePrinter ResultListForm::printed() const {
     table.marked = [this, rows](int row, int column) {
         return model_->is_largest(rows[static_cast<size_t>(row)], column);
     };
-    if (!note_->text().isEmpty()) {
+    if (note_printed_) {
         pages.add_text(note_->text());
     }
+    pages.add_text(wanted_text(rows.size()));
     if (!summary_->text().isEmpty()) {
         pages.add_text(summary_->text());
     }

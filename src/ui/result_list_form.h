@@ -43,8 +43,8 @@ class ResultListForm : public QDialog {
 
     // Shows these rows, with headings and columns as wide as they need.
     void show_rows(std::vector<int> rows, bool mark);
-    // A line above the list (`SetumeiLabel`).
-    void set_note(const QString& note);
+    // A line above the list (`SetumeiLabel`), also printed unless it speaks of the window only.
+    void set_note(const QString& note, bool printed);
     // A line below it, also printed (`GoukeiLabel`).
     void set_summary(const QString& summary);
     // A button of the row below the list, before those of every list.
@@ -61,6 +61,8 @@ class ResultListForm : public QDialog {
     void add_list(const ResultTable& table);
     void add_buttons();
     std::vector<int> wanted_rows() const;
+    // Which rows the pages hold, in words.
+    QString wanted_text(size_t rows) const;
     void save_csv();
     void save_pdf();
     void print();
@@ -72,6 +74,7 @@ class ResultListForm : public QDialog {
     QTableView* list_ = nullptr;
     QLineEdit* filter_ = nullptr;
     QLabel* note_ = nullptr;
+    bool note_printed_ = false;
     QLabel* summary_ = nullptr;
     QLabel* counts_ = nullptr;
     QComboBox* wanted_ = nullptr;
