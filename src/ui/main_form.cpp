@@ -13,6 +13,7 @@
 #include "ui/help_form.h"
 #include "ui/jiku_form.h"
 #include "ui/kihon_unit_form.h"
+#include "ui/sel_beam_form.h"
 
 #include <QCloseEvent>
 #include <QGuiApplication>
@@ -100,13 +101,15 @@ void TMainForm::add_data_menu() {
         {"KousokuSetutenMenu", "拘束節点指定(&K)", "拘束節点指定"},
         {"KajyuSetutenMenu", "荷重節点指定(&L)", "荷重節点指定"},
         {"SetutenDataMenu", "節点データ入力(&N)", "節点データ入力"},
-        {"BeamParamMenu", "部材データ(&B)", "部材データ"},
     };
     for (const Item& item : items) {
         QAction* action = add_item(menu, item.name, item.caption,
                                    [this, words = item.words] { not_in_this_version(words); });
         opened_by_.emplace_back(action, &CommandFlags::SetutenShiteiMenu);
     }
+    opened_by_.emplace_back(
+        add_item(menu, "BeamParamMenu", "部材データ(&B)", [this] { member_data(); }),
+        &CommandFlags::SetutenShiteiMenu);
 }
 
 QAction* TMainForm::add_toggle(QMenu* menu, const char* name, const QString& caption, bool& flag) {
@@ -118,6 +121,11 @@ QAction* TMainForm::add_toggle(QMenu* menu, const char* name, const QString& cap
         show_state();
     });
     return action;
+}
+
+void TMainForm::member_data() {
+    TSelBeamForm window(this);
+    window.exec();
 }
 
 void TMainForm::add_view_menu() {

@@ -28,6 +28,7 @@ class TMainForm : public kigumi::PictureWindow {
     void new_model();
     void basic_data();
     void read_axis_data();
+    void member_data();
     void save_solver_input();
     void save_textbook_input();
     void save_result_files();
