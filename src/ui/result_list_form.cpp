@@ -201,18 +201,8 @@ QString ResultListForm::wanted_text(size_t rows) const {
 
 TablePrinter ResultListForm::printed() const {
     TablePrinter pages(windowTitle(), qt_path(work_dir().filename()));
-    const ResultSheet& sheet = model_->sheet();
-    PrintedTable table;
-    for (int column = 0; column < sheet.columns(); ++column) {
-        table.columns.push_back(
-            {model_->headerData(column, Qt::Horizontal, Qt::DisplayRole).toString(),
-             sheet.column(column).number != nullptr});
-    }
     const std::vector<int> rows = wanted_rows();
-    table.rows = static_cast<int>(rows.size());
-    table.cell = [&sheet, rows](int row, int column) {
-        return qt_text(sheet.text(rows[static_cast<size_t>(row)], column));
-    };
+    PrintedTable table = printed_rows(model_->sheet(), rows);
     table.marked = [this, rows](int row, int column) {
         return model_->is_largest(rows[static_cast<size_t>(row)], column);
     };
@@ -223,7 +213,7 @@ TablePrinter ResultListForm::printed() const {
     if (!summary_->text().isEmpty()) {
         pages.add_text(summary_->text());
     }
-    pages.set_landscape(sheet.columns() > most_upright_columns);
+    pages.set_landscape(model_->columnCount() > most_upright_columns);
     pages.add_table(std::move(table));
     return pages;
 }

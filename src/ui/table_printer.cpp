@@ -1,6 +1,7 @@
 #include "ui/table_printer.h"
 
 #include "base/message.h"
+#include "ui/dialogs.h"
 #include "ui/painter_canvas.h"
 
 #include <QBuffer>
@@ -341,6 +342,21 @@ void PageFlow::place(const TablePrinter::Picture& picture) {
         painter_->restore();
     }
     y_ += height + mm(gap);
+}
+
+PrintedTable printed_rows(const ResultSheet& sheet, std::vector<int> rows, int columns) {
+    PrintedTable table;
+    const int all = columns < 0 ? sheet.columns() : columns;
+    for (int i = 0; i < all; ++i) {
+        const ResultColumn& column = sheet.column(i);
+        const QString unit = *column.unit == '\0' ? QString() : QString("\n(%1)").arg(column.unit);
+        table.columns.push_back({column.heading + unit, column.number != nullptr});
+    }
+    table.rows = static_cast<int>(rows.size());
+    table.cell = [sheet, shown = std::move(rows)](int row, int column) {
+        return qt_text(sheet.text(shown[static_cast<size_t>(row)], column));
+    };
+    return table;
 }
 
 TablePrinter::TablePrinter(const QString& title, const QString& foot)
