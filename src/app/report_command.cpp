@@ -243,8 +243,7 @@ void add_supports(TablePrinter& pages) {
             {QString::number(fix.no), node_name(fix.no), held.isEmpty() ? "なし" : held.trimmed()});
     }
     pages.add_heading("支点");
-    pages.add_text(
-        QString("固定節点 %1 個。拘束は動かない方向で、回転はすべて固定です。").arg(model.N_Fix));
+    pages.add_text(QString("固定節点 %1 個。拘束は動かない方向です。").arg(model.N_Fix));
     if (!records.empty()) {
         pages.add_table(
             text_table_beside({numbers("節点"), words("節点名"), words("拘束")}, records, beside));

@@ -4,7 +4,6 @@
 #include "ui/dialogs.h"
 
 #include <QPushButton>
-#include <QShortcut>
 #include <QTableView>
 
 #include <algorithm>
@@ -25,8 +24,6 @@ TKekkaIchiranForm::TKekkaIchiranForm(QWidget* parent) : ResultListForm(member_ta
     });
     connect(clear_, &QPushButton::clicked, this, [this] { select_rows({}); });
     connect(remove_, &QPushButton::clicked, this, [this] { remove_current(); });
-    auto* key = new QShortcut(QKeySequence::Delete, &list(), nullptr, nullptr, Qt::WidgetShortcut);
-    connect(key, &QShortcut::activated, this, [this] { remove_current(); });
     connect(&chosen(), &RowSelection::chosen, this,
             [this](bool added) { take_highlighted(added); });
     connect(&chosen(), &RowSelection::currentChanged, this, [this] { show_state(); });

@@ -4,7 +4,6 @@
 #include "ui/dialogs.h"
 
 #include <QPushButton>
-#include <QShortcut>
 #include <QTableView>
 
 #include <algorithm>
@@ -16,8 +15,6 @@ TOuryokuIchiranForm::TOuryokuIchiranForm(QWidget* parent) : ResultListForm(stres
     remove_ = add_button("SakujoButton", "選択から外す(&R)");
     remove_->setToolTip("この一覧で選んだ行の部材を、計算結果の選択から外す（Delete）");
     connect(remove_, &QPushButton::clicked, this, [this] { remove_highlighted(); });
-    auto* key = new QShortcut(QKeySequence::Delete, &list(), nullptr, nullptr, Qt::WidgetShortcut);
-    connect(key, &QShortcut::activated, this, [this] { remove_highlighted(); });
     connect(&chosen(), &RowSelection::selectionChanged, this, [this] { show_state(); });
     show_selection();
 }

@@ -8,6 +8,7 @@
 #include <QComboBox>
 #include <QHBoxLayout>
 #include <QHeaderView>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
@@ -96,10 +97,20 @@ void ResultListForm::add_list(const ResultTable& table) {
     // Unsorted, as the results were read, until a heading is clicked.
     list_->horizontalHeader()->setSortIndicator(-1, Qt::AscendingOrder);
     list_->setSortingEnabled(true);
+    list_->installEventFilter(this);
     all->addWidget(list_, 1);
     summary_ = make_label("GoukeiLabel");
     summary_->hide();
     all->addWidget(summary_);
+}
+
+bool ResultListForm::eventFilter(QObject* watched, QEvent* event) {
+    if (watched == list_ && event->type() == QEvent::KeyPress &&
+        static_cast<QKeyEvent*>(event)->matches(QKeySequence::Delete)) {
+        delete_pressed();
+        return true;
+    }
+    return QDialog::eventFilter(watched, event);
 }
 
 void ResultListForm::add_buttons() {
@@ -161,10 +172,15 @@ void ResultListForm::set_summary(const QString& summary) {
 }
 
 std::vector<int> ResultListForm::highlighted_rows() const {
+    std::vector<bool> highlighted(static_cast<size_t>(proxy_->rowCount()), false);
+    for (const QItemSelectionRange& range : chosen_->selection()) {
+        std::fill(highlighted.begin() + range.top(), highlighted.begin() + range.bottom() + 1,
+                  true);
+    }
     std::vector<int> rows;
-    for (int row = 0; row < proxy_->rowCount(); ++row) {
-        if (chosen_->isRowSelected(row)) {
-            rows.push_back(proxy_->result_row(row));
+    for (size_t row = 0; row < highlighted.size(); ++row) {
+        if (highlighted[row]) {
+            rows.push_back(proxy_->result_row(static_cast<int>(row)));
         }
     }
     return rows;

@@ -55,6 +55,9 @@ class ResultListForm : public QDialog {
     void show_counts();
     // Called once the filter has changed which rows are shown.
     virtual void filtered() {}
+    // Delete was pressed in the list.
+    virtual void delete_pressed() {}
+    bool eventFilter(QObject* watched, QEvent* event) override;
 
   private:
     void add_filter();
