@@ -37,6 +37,12 @@ struct DrawOptions {
     std::string output;
 };
 
+struct ReportOptions {
+    std::string dir;   // folder of the result files
+    std::string input; // the frame's file; may be empty
+    std::string output;
+};
+
 // Each returns 0, or -1 after a message.
 int run_generate(const GenerateOptions& options);
 int run_info(const std::string& input);
@@ -45,7 +51,9 @@ int run_convert(const std::string& input, const std::string& output,
 int run_solve(const std::string& input, const std::string& dir,
               const std::vector<RoleOption>& roles);
 int run_draw(const DrawOptions& options);
-int run_listing(const std::string& dir, const std::string& output);
+// `csv`: "members", "stress" or "heni" for that list as CSV; empty for the listing.
+int run_listing(const std::string& dir, const std::string& csv, const std::string& output);
+int run_report(const ReportOptions& options);
 int run_demo(const std::string& dir);
 
 } // namespace kigumi

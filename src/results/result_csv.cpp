@@ -28,8 +28,8 @@ std::string field_of(const ResultColumn& column, int row) {
         return csv_text(column.text(row));
     }
     char digits[64];
-    const auto written =
-        std::to_chars(digits, digits + sizeof digits, static_cast<float>(column.number(row)));
+    const float value = static_cast<float>(column.number(row)) + 0.0f; // no negative zero
+    const auto written = std::to_chars(digits, digits + sizeof digits, value);
     return std::string(digits, written.ptr);
 }
 

@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <map>
 #include <numeric>
 
 namespace kigumi {
@@ -150,9 +151,14 @@ std::string heading_text(const ResultColumn& column) {
 
 ResultSheet::ResultSheet(const ResultTable& table) : table_(&table) {
     const std::vector<double> largest = largest_magnitudes(table, all_rows(table));
+    std::map<std::string_view, double> of_unit;
     for (size_t i = 0; i < largest.size(); ++i) {
-        const int own = table.columns[i].decimals;
-        decimals_.push_back(own == measured ? decimals_for(largest[i]) : own);
+        double& most = of_unit[table.columns[i].unit];
+        most = std::max(most, largest[i]);
+    }
+    for (const ResultColumn& column : table.columns) {
+        decimals_.push_back(column.decimals == measured ? decimals_for(of_unit[column.unit])
+                                                        : column.decimals);
     }
 }
 

@@ -40,7 +40,8 @@ std::vector<int> all_rows(const ResultTable& table);
 std::string heading_text(const ResultColumn& column);
 
 // A table as it is shown. Columns without decimals of their own get as many as show five digits of
-// their largest value, at least one; they are measured when the sheet is made.
+// the largest value of all columns with their unit, at least one; they are measured when the sheet
+// is made.
 class ResultSheet {
   public:
     explicit ResultSheet(const ResultTable& table);

@@ -4,7 +4,6 @@
 #include "ui/dialogs.h"
 
 #include <QPushButton>
-#include <QShortcut>
 #include <QTableView>
 
 #include <algorithm>
@@ -25,12 +24,10 @@ TKekkaIchiranForm::TKekkaIchiranForm(QWidget* parent) : ResultListForm(member_ta
     });
     connect(clear_, &QPushButton::clicked, this, [this] { select_rows({}); });
     connect(remove_, &QPushButton::clicked, this, [this] { remove_current(); });
-    auto* key = new QShortcut(QKeySequence::Delete, &list(), nullptr, nullptr, Qt::WidgetShortcut);
-    connect(key, &QShortcut::activated, this, [this] { remove_current(); });
     connect(&chosen(), &RowSelection::chosen, this,
             [this](bool added) { take_highlighted(added); });
     connect(&chosen(), &RowSelection::currentChanged, this, [this] { show_state(); });
-    set_note("行を選ぶと、その部材が計算結果の図で色付きになります（Ctrl・Shift で複数）。");
+    set_note("行を選ぶと、その部材が計算結果の図で色付きになります（Ctrl・Shift で複数）。", false);
     show_rows(all_rows(member_table()), false);
     show_selection();
 }

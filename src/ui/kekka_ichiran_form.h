@@ -16,6 +16,7 @@ class TKekkaIchiranForm : public kigumi::ResultListForm {
 
   protected:
     void filtered() override;
+    void delete_pressed() override { remove_current(); }
 
   private:
     // Takes the highlighted rows over as the selection; `added`: beside the hidden ones.

@@ -4,7 +4,6 @@
 #include "ui/dialogs.h"
 
 #include <QPushButton>
-#include <QShortcut>
 #include <QTableView>
 
 #include <algorithm>
@@ -16,8 +15,6 @@ TOuryokuIchiranForm::TOuryokuIchiranForm(QWidget* parent) : ResultListForm(stres
     remove_ = add_button("SakujoButton", "選択から外す(&R)");
     remove_->setToolTip("この一覧で選んだ行の部材を、計算結果の選択から外す（Delete）");
     connect(remove_, &QPushButton::clicked, this, [this] { remove_highlighted(); });
-    auto* key = new QShortcut(QKeySequence::Delete, &list(), nullptr, nullptr, Qt::WidgetShortcut);
-    connect(key, &QShortcut::activated, this, [this] { remove_highlighted(); });
     connect(&chosen(), &RowSelection::selectionChanged, this, [this] { show_state(); });
     show_selection();
 }
@@ -26,10 +23,9 @@ void TOuryokuIchiranForm::show_selection() {
     const std::vector<int> rows = selected_rows();
     const bool some = !rows.empty();
     show_rows(some ? rows : all_rows(stress_table()), true);
-    set_note(
-        some ? QString("選択した %1 部材の応力").arg(rows.size())
-             : QString("すべての部材（%1 部材）の応力。部材を選択すると、その部材だけになります。")
-                   .arg(stress_table().rows()));
+    set_note(some ? QString("選択した %1 部材の応力").arg(rows.size())
+                  : QString("すべての部材（%1 部材）の応力").arg(stress_table().rows()),
+             true);
     set_summary(extremes());
     show_state();
 }

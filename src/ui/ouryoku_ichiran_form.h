@@ -14,6 +14,9 @@ class TOuryokuIchiranForm : public kigumi::ResultListForm {
   public slots:
     void show_selection() override;
 
+  protected:
+    void delete_pressed() override { remove_highlighted(); }
+
   private:
     // Takes the highlighted members out of the selection.
     void remove_highlighted();

@@ -8,6 +8,7 @@
 #include <QComboBox>
 #include <QHBoxLayout>
 #include <QHeaderView>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
@@ -96,10 +97,20 @@ void ResultListForm::add_list(const ResultTable& table) {
     // Unsorted, as the results were read, until a heading is clicked.
     list_->horizontalHeader()->setSortIndicator(-1, Qt::AscendingOrder);
     list_->setSortingEnabled(true);
+    list_->installEventFilter(this);
     all->addWidget(list_, 1);
     summary_ = make_label("GoukeiLabel");
     summary_->hide();
     all->addWidget(summary_);
+}
+
+bool ResultListForm::eventFilter(QObject* watched, QEvent* event) {
+    if (watched == list_ && event->type() == QEvent::KeyPress &&
+        static_cast<QKeyEvent*>(event)->matches(QKeySequence::Delete)) {
+        delete_pressed();
+        return true;
+    }
+    return QDialog::eventFilter(watched, event);
 }
 
 void ResultListForm::add_buttons() {
@@ -150,8 +161,9 @@ void ResultListForm::show_rows(std::vector<int> rows, bool mark) {
     show_counts();
 }
 
-void ResultListForm::set_note(const QString& note) {
+void ResultListForm::set_note(const QString& note, bool printed) {
     note_->setText(note);
+    note_printed_ = printed;
 }
 
 void ResultListForm::set_summary(const QString& summary) {
@@ -160,10 +172,15 @@ void ResultListForm::set_summary(const QString& summary) {
 }
 
 std::vector<int> ResultListForm::highlighted_rows() const {
+    std::vector<bool> highlighted(static_cast<size_t>(proxy_->rowCount()), false);
+    for (const QItemSelectionRange& range : chosen_->selection()) {
+        std::fill(highlighted.begin() + range.top(), highlighted.begin() + range.bottom() + 1,
+                  true);
+    }
     std::vector<int> rows;
-    for (int row = 0; row < proxy_->rowCount(); ++row) {
-        if (chosen_->isRowSelected(row)) {
-            rows.push_back(proxy_->result_row(row));
+    for (size_t row = 0; row < highlighted.size(); ++row) {
+        if (highlighted[row]) {
+            rows.push_back(proxy_->result_row(static_cast<int>(row)));
         }
     }
     return rows;
@@ -181,30 +198,38 @@ std::vector<int> ResultListForm::wanted_rows() const {
                                                          : proxy_->shown_rows();
 }
 
+QString ResultListForm::wanted_text(size_t rows) const {
+    QString text = QString("%1 行").arg(rows);
+    if (!filter_->text().isEmpty()) {
+        text += QString("、絞り込み「%1」").arg(filter_->text());
+    }
+    if (wanted_->currentIndex() == wanted_highlighted) {
+        text += "、選んだ行だけ";
+    }
+    const int column = proxy_->sortColumn();
+    if (column >= 0) {
+        text += QString("、%1の%2順")
+                    .arg(model_->sheet().column(column).heading,
+                         proxy_->sortOrder() == Qt::AscendingOrder ? "小さい" : "大きい");
+    }
+    return text;
+}
+
 TablePrinter ResultListForm::printed() const {
     TablePrinter pages(windowTitle(), qt_path(work_dir().filename()));
-    const ResultSheet& sheet = model_->sheet();
-    PrintedTable table;
-    for (int column = 0; column < sheet.columns(); ++column) {
-        table.columns.push_back(
-            {model_->headerData(column, Qt::Horizontal, Qt::DisplayRole).toString(),
-             sheet.column(column).number != nullptr});
-    }
     const std::vector<int> rows = wanted_rows();
-    table.rows = static_cast<int>(rows.size());
-    table.cell = [&sheet, rows](int row, int column) {
-        return qt_text(sheet.text(rows[static_cast<size_t>(row)], column));
-    };
+    PrintedTable table = printed_rows(model_->sheet(), rows);
     table.marked = [this, rows](int row, int column) {
         return model_->is_largest(rows[static_cast<size_t>(row)], column);
     };
-    if (!note_->text().isEmpty()) {
+    if (note_printed_) {
         pages.add_text(note_->text());
     }
+    pages.add_text(wanted_text(rows.size()));
     if (!summary_->text().isEmpty()) {
         pages.add_text(summary_->text());
     }
-    pages.set_landscape(sheet.columns() > most_upright_columns);
+    pages.set_landscape(model_->columnCount() > most_upright_columns);
     pages.add_table(std::move(table));
     return pages;
 }

@@ -43,8 +43,8 @@ class ResultListForm : public QDialog {
 
     // Shows these rows, with headings and columns as wide as they need.
     void show_rows(std::vector<int> rows, bool mark);
-    // A line above the list (`SetumeiLabel`).
-    void set_note(const QString& note);
+    // A line above the list (`SetumeiLabel`), also printed unless it speaks of the window only.
+    void set_note(const QString& note, bool printed);
     // A line below it, also printed (`GoukeiLabel`).
     void set_summary(const QString& summary);
     // A button of the row below the list, before those of every list.
@@ -55,12 +55,17 @@ class ResultListForm : public QDialog {
     void show_counts();
     // Called once the filter has changed which rows are shown.
     virtual void filtered() {}
+    // Delete was pressed in the list.
+    virtual void delete_pressed() {}
+    bool eventFilter(QObject* watched, QEvent* event) override;
 
   private:
     void add_filter();
     void add_list(const ResultTable& table);
     void add_buttons();
     std::vector<int> wanted_rows() const;
+    // Which rows the pages hold, in words.
+    QString wanted_text(size_t rows) const;
     void save_csv();
     void save_pdf();
     void print();
@@ -72,6 +77,7 @@ class ResultListForm : public QDialog {
     QTableView* list_ = nullptr;
     QLineEdit* filter_ = nullptr;
     QLabel* note_ = nullptr;
+    bool note_printed_ = false;
     QLabel* summary_ = nullptr;
     QLabel* counts_ = nullptr;
     QComboBox* wanted_ = nullptr;

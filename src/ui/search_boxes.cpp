@@ -25,6 +25,8 @@ std::array<Axis, 3> axes() {
 
 LevelRanges::LevelRanges(QWidget* parent) : QGroupBox("座標の範囲 (cm)", parent) {
     auto* grid = new QGridLayout(this);
+    grid->setColumnStretch(1, 1);
+    grid->setColumnStretch(3, 1);
     const auto all = axes();
     for (size_t axis = 0; axis < all.size(); ++axis) {
         const QString name = all[axis].name;

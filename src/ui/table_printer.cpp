@@ -1,6 +1,7 @@
 #include "ui/table_printer.h"
 
 #include "base/message.h"
+#include "ui/dialogs.h"
 #include "ui/painter_canvas.h"
 
 #include <QBuffer>
@@ -144,6 +145,8 @@ class TableFlow {
     void draw_cell(size_t column, double height, int aligned, const QString& text,
                    const QFont& letters);
     void draw_rule(double y);
+    // Lines between the columns of a row of this height.
+    void draw_columns(double height);
 
     PageFlow& flow_;
     const PrintedTable& table_;
@@ -197,6 +200,15 @@ void TableFlow::draw_rule(double y) {
     }
 }
 
+void TableFlow::draw_columns(double height) {
+    if (flow_.paints()) {
+        flow_.painter_->setPen(QPen(rule_colour, flow_.mm(rule_width)));
+        for (const double x : left_) {
+            flow_.painter_->drawLine(QLineF(x, flow_.y_, x, flow_.y_ + height));
+        }
+    }
+}
+
 void TableFlow::draw_head() {
     if (flow_.paints()) {
         flow_.painter_->fillRect(QRectF(0, flow_.y_, left_.back(), head()), heading_tint);
@@ -207,6 +219,7 @@ void TableFlow::draw_head() {
         draw_cell(i, head(), column.right ? Qt::AlignRight : Qt::AlignLeft, column.heading,
                   letters_);
     }
+    draw_columns(head());
     flow_.y_ += head();
     draw_rule(flow_.y_);
 }
@@ -222,6 +235,7 @@ void TableFlow::draw_row(int row_at) {
         draw_cell(i, row(), table_.columns[i].right ? Qt::AlignRight : Qt::AlignLeft,
                   table_.cell(row_at, column), marked ? bold_ : letters_);
     }
+    draw_columns(row());
     flow_.y_ += row();
     draw_rule(flow_.y_);
 }
@@ -328,6 +342,21 @@ void PageFlow::place(const TablePrinter::Picture& picture) {
         painter_->restore();
     }
     y_ += height + mm(gap);
+}
+
+PrintedTable printed_rows(const ResultSheet& sheet, std::vector<int> rows, int columns) {
+    PrintedTable table;
+    const int all = columns < 0 ? sheet.columns() : columns;
+    for (int i = 0; i < all; ++i) {
+        const ResultColumn& column = sheet.column(i);
+        const QString unit = *column.unit == '\0' ? QString() : QString("\n(%1)").arg(column.unit);
+        table.columns.push_back({column.heading + unit, column.number != nullptr});
+    }
+    table.rows = static_cast<int>(rows.size());
+    table.cell = [sheet, shown = std::move(rows)](int row, int column) {
+        return qt_text(sheet.text(shown[static_cast<size_t>(row)], column));
+    };
+    return table;
 }
 
 TablePrinter::TablePrinter(const QString& title, const QString& foot)

@@ -1,6 +1,7 @@
 // Paper: headings, texts, tables and pictures one below the other, on as many pages as it takes.
 #pragma once
 
+#include "results/result_table.h"
 #include "ui/picture_file.h"
 
 #include <QPageLayout>
@@ -26,6 +27,9 @@ struct PrintedTable {
     std::function<QString(int row, int column)> cell;
     std::function<bool(int row, int column)> marked; // in bold letters on a tint; none when empty
 };
+
+// Rows of a sheet, of the result table's first columns (-1: all), as a table on paper.
+PrintedTable printed_rows(const ResultSheet& sheet, std::vector<int> rows, int columns = -1);
 
 // Collects what is to be printed, then lays it out for a paper. Every page has the title and the
 // date at its head and a name and "n / m" at its foot; a table that goes on repeats its headings.
