@@ -14,6 +14,7 @@
 #include "ui/help_form.h"
 #include "ui/jiku_form.h"
 #include "ui/kihon_unit_form.h"
+#include "ui/sel_beam_form.h"
 #include "ui/sel_node_form.h"
 
 #include <QCloseEvent>
@@ -100,8 +101,7 @@ void TMainForm::add_data_menu() {
                  [this] { picking_->start(PickMode::load); }),
         add_item(menu, "SetutenDataMenu", "節点データ入力(&N)",
                  [this] { support_and_load_data(); }),
-        add_item(menu, "BeamParamMenu", "部材データ(&B)",
-                 [this] { not_in_this_version("部材データ"); }),
+        add_item(menu, "BeamParamMenu", "部材データ(&B)", [this] { member_data(); }),
     };
     for (QAction* item : items) {
         opened_by_.emplace_back(item, &CommandFlags::SetutenShiteiMenu);
@@ -117,6 +117,11 @@ QAction* TMainForm::add_toggle(QMenu* menu, const char* name, const QString& cap
         show_state();
     });
     return action;
+}
+
+void TMainForm::member_data() {
+    TSelBeamForm window(this);
+    window.exec();
 }
 
 void TMainForm::add_view_menu() {

@@ -29,6 +29,7 @@ class TMainForm : public kigumi::PictureWindow {
     void new_model();
     void basic_data();
     void read_axis_data();
+    void member_data();
     // The saving of solver input; false when it was cancelled or failed.
     bool save_solver_input();
     bool save_textbook_input();

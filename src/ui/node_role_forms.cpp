@@ -4,84 +4,50 @@
 #include "ui/dialogs.h"
 #include "ui/form.h"
 
-#include <QGridLayout>
+#include <QFormLayout>
 #include <QLabel>
 #include <QPushButton>
-#include <QVBoxLayout>
 
 using namespace kigumi;
 
 namespace kigumi {
 
 NodeValueForm::NodeValueForm(QWidget* parent, const QString& title, int node, const Boxes& boxes)
-    : QDialog(parent), column_(new QVBoxLayout(this)), grid_(new QGridLayout) {
+    : QDialog(parent), rows_(new QFormLayout(this)) {
     setWindowTitle(title);
-    column_->addLayout(grid_);
-    add_line("BangouEdit", boxes.number_label, QString::number(number_at(node)));
-    add_line("CodeEdit", "節点コード", qt_text(model.node[node].id));
+    add_shown_box(rows_, "BangouEdit", boxes.number_label)
+        ->setText(QString::number(number_at(node)));
+    add_shown_box(rows_, "CodeEdit", "節点コード")->setText(qt_text(model.node[node].id));
     for (int axis = 0; axis < 3; ++axis) {
-        auto* label = new QLabel(boxes.labels[axis]);
-        value_[axis] = new NumberEdit;
-        value_[axis]->setObjectName(boxes.names[axis]);
-        label->setBuddy(value_[axis]);
-        const int row = grid_->rowCount();
-        grid_->addWidget(label, row, 0);
-        grid_->addWidget(value_[axis], row, 1);
+        value_[axis] = add_number_box(rows_, boxes.names[axis], boxes.labels[axis], 0.0f);
     }
-    column_->addStretch(1);
-    add_buttons();
+    add_buttons(rows_, *this, "OK");
     value_[0]->setFocus();
-}
-
-void NodeValueForm::add_line(const QString& name, const QString& label, const QString& text) {
-    auto* box = new QLineEdit(text);
-    box->setObjectName(name);
-    box->setReadOnly(true);
-    box->setFocusPolicy(Qt::NoFocus);
-    box->setFrame(false);
-    box->setStyleSheet("background: transparent");
-    auto* caption = new QLabel(label);
-    caption->setBuddy(box);
-    const int row = grid_->rowCount();
-    grid_->addWidget(caption, row, 0);
-    grid_->addWidget(box, row, 1);
 }
 
 void NodeValueForm::add_message(const QString& text) {
     auto* line = new QLabel(text);
     line->setObjectName("MessageLabel");
-    column_->insertWidget(0, line);
+    rows_->insertRow(0, line);
 }
 
 QLabel* NodeValueForm::add_note(const QString& text) {
     auto* line = new QLabel(text);
     line->setObjectName("NoteLabel");
-    column_->insertWidget(column_->indexOf(grid_) + 1, line);
+    rows_->insertRow(rows_->rowCount() - 1, line);
     return line;
+}
+
+void NodeValueForm::add_row(QLabel* caption, QWidget* widget) {
+    rows_->insertRow(rows_->rowCount() - 1, caption, widget);
 }
 
 void NodeValueForm::lock_values() {
     for (NumberEdit* box : value_) {
         box->setReadOnly(true);
-        box->setFocusPolicy(Qt::NoFocus);
+        box->setFocusPolicy(Qt::ClickFocus);
     }
     findChild<QPushButton*>("OKButton")->setFocus();
-}
-
-void NodeValueForm::add_buttons() {
-    auto* ok = new QPushButton("OK");
-    ok->setObjectName("OKButton");
-    ok->setDefault(true);
-    auto* cancel = new QPushButton("Cancel");
-    cancel->setObjectName("CancelButton");
-    cancel->setAutoDefault(false);
-    auto* row = new QHBoxLayout;
-    row->addStretch(1);
-    row->addWidget(ok);
-    row->addWidget(cancel);
-    column_->addLayout(row);
-    connect(ok, &QPushButton::clicked, this, &QDialog::accept);
-    connect(cancel, &QPushButton::clicked, this, &QDialog::reject);
 }
 
 FixValueForm::FixValueForm(QWidget* parent, const QString& title, int node, const Values& values)
@@ -204,9 +170,7 @@ void TLoadEditForm::add_all_button() {
     all->setShortcut(QKeySequence("Alt+A"));
     all->setToolTip("全ての荷重値をこの値に設定する (Alt+A)");
     all->setAccessibleName(label->text());
-    const int row = grid()->rowCount();
-    grid()->addWidget(label, row, 0);
-    grid()->addWidget(all, row, 1);
+    add_row(label, all);
     connect(all, &QPushButton::clicked, this, [this] { set_all(); });
 }
 

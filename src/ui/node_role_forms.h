@@ -4,10 +4,10 @@
 #include <QDialog>
 
 #include <array>
+#include <vector>
 
-class QGridLayout;
+class QFormLayout;
 class QLabel;
-class QVBoxLayout;
 
 namespace kigumi {
 
@@ -29,21 +29,18 @@ class NodeValueForm : public QDialog {
     };
     NodeValueForm(QWidget* parent, const QString& title, int node, const Boxes& boxes);
 
-    // Lines above the boxes and below them.
+    // A line above the boxes, and one below them.
     void add_message(const QString& text);
     QLabel* add_note(const QString& text);
+    // A row below the boxes.
+    void add_row(QLabel* caption, QWidget* widget);
     // Values are shown only.
     void lock_values();
-    QGridLayout* grid() { return grid_; }
 
     std::array<NumberEdit*, 3> value_{};
 
   private:
-    void add_line(const QString& name, const QString& label, const QString& text);
-    void add_buttons();
-
-    QVBoxLayout* column_;
-    QGridLayout* grid_;
+    QFormLayout* rows_;
 };
 
 // Three flags: 1 holds the node in x, y, z.

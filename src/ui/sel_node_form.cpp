@@ -5,9 +5,11 @@
 #include "model/roles.h"
 #include "ui/dialogs.h"
 #include "ui/document.h"
+#include "ui/form.h"
 #include "ui/node_role_forms.h"
-#include "ui/string_grid.h"
+#include "ui/record_grid.h"
 
+#include <QFormLayout>
 #include <QHBoxLayout>
 #include <QHeaderView>
 #include <QKeyEvent>
@@ -20,53 +22,44 @@ using namespace kigumi;
 
 namespace {
 
-const QString sample_id = "X00Y00Z00";
-const QString sample_length = "-99999.9";
-
 QString decimal(float value) {
     return qt_text(text_format("%8.1f", value));
 }
 
-// The two columns behind the record itself: node number and place.
-QString place_text(int no, int column) {
-    const Node& node = model.node[position_of(no)];
-    return column == 4 ? QString::number(no)
-                       : QString("%1, %2, %3")
-                             .arg(node.x, 0, 'f', 1)
-                             .arg(node.y, 0, 'f', 1)
-                             .arg(node.z, 0, 'f', 1);
+QString place(const Node& node) {
+    return QString("%1, %2, %3")
+        .arg(node.x, 0, 'f', 1)
+        .arg(node.y, 0, 'f', 1)
+        .arg(node.z, 0, 'f', 1);
 }
 
-QString node_text(int row, int column) {
+QStringList node_texts(int row) {
     const Node& node = model.node[row];
-    const float at[3] = {node.x, node.y, node.z};
-    return column == 0 ? qt_text(node.id) : decimal(at[column - 1]);
+    return {qt_text(node.id), decimal(node.x), decimal(node.y), decimal(node.z)};
 }
 
-QString fix_text(int row, int column) {
+QStringList fix_texts(int row) {
     const Fix& fix = model.fix[row];
-    const int code[3] = {fix.ix, fix.iy, fix.iz};
-    return column == 0  ? qt_text(model.node[position_of(fix.no)].id)
-           : column < 4 ? QString::number(code[column - 1])
-                        : place_text(fix.no, column);
+    const Node& node = model.node[position_of(fix.no)];
+    return {qt_text(node.id),        QString::number(fix.ix), QString::number(fix.iy),
+            QString::number(fix.iz), QString::number(fix.no), place(node)};
 }
 
-QString load_text(int row, int column) {
+QStringList load_texts(int row) {
     const Load& load = model.load[row];
-    const float force[3] = {load.fx, load.fy, load.fz};
-    return column == 0  ? qt_text(model.node[position_of(load.no)].id)
-           : column < 4 ? decimal(force[column - 1])
-                        : place_text(load.no, column);
+    const Node& node = model.node[position_of(load.no)];
+    return {qt_text(node.id), decimal(load.fx),         decimal(load.fy),
+            decimal(load.fz), QString::number(load.no), place(node)};
 }
 
-QLineEdit* count_box(const char* name) {
-    auto* box = new QLineEdit;
-    box->setObjectName(name);
-    box->setReadOnly(true);
-    box->setFocusPolicy(Qt::NoFocus);
-    box->setAlignment(Qt::AlignRight);
-    box->setMaximumWidth(box->fontMetrics().horizontalAdvance("0") * 9);
-    return box;
+// A grid of records: what is in them, then the node's number and place.
+RecordGrid* record_grid(const char* name, const QStringList& values) {
+    auto* grid = new RecordGrid(name, QStringList("Node") + values + QStringList("No") +
+                                          QStringList("X, Y, Z(cm)"));
+    const int last = grid->columnCount() - 1;
+    grid->horizontalHeader()->setSectionResizeMode(last, QHeaderView::Fixed);
+    grid->setColumnWidth(last, grid->fontMetrics().horizontalAdvance("-9999.9, -9999.9, 9999.9"));
+    return grid;
 }
 
 QPushButton* small_button(const QString& name, const QString& face, const QString& hint,
@@ -84,14 +77,10 @@ QPushButton* small_button(const QString& name, const QString& face, const QStrin
 } // namespace
 
 TSelNodeForm::TSelNodeForm(QWidget* parent)
-    : QDialog(parent), nodes_(new StringGrid("ZenStringGrid", {"Node", "X(cm)", "Y(cm)", "Z(cm)"},
-                                             {sample_id, sample_length, sample_length})),
-      fixes_(new StringGrid("FixStringGrid", {"Node", "Xmov", "Ymov", "Zmov", "No", "X, Y, Z(cm)"},
-                            {sample_id, "Xmov", "Xmov", "Xmov", "00000"})),
-      loads_(new StringGrid("LoadStringGrid", {"Node", "Xkgf", "Ykgf", "Zkgf", "No", "X, Y, Z(cm)"},
-                            {sample_id, sample_length, sample_length, sample_length, "00000"})),
-      node_count_(count_box("ZenEdit")), fix_count_(count_box("FixEdit")),
-      load_count_(count_box("LoadEdit")), id_(new QLineEdit), note_(new QLabel) {
+    : QDialog(parent), nodes_(new RecordGrid("ZenStringGrid", {"Node", "X(cm)", "Y(cm)", "Z(cm)"})),
+      fixes_(record_grid("FixStringGrid", {"Xmov", "Ymov", "Zmov"})),
+      loads_(record_grid("LoadStringGrid", {"Xkgf", "Ykgf", "Zkgf"})), id_(new QLineEdit),
+      note_(new QLabel) {
     setWindowTitle("節点選択");
     resize(1100, 640);
     auto* all = new QVBoxLayout(this);
@@ -110,10 +99,10 @@ TSelNodeForm::TSelNodeForm(QWidget* parent)
     foot->addWidget(ok);
     all->addLayout(foot);
     connect(ok, &QPushButton::clicked, this, &QDialog::accept);
-    connect(fixes_, &StringGrid::opened, this, [this](int row) { open_fix(row, false); });
-    connect(fixes_, &StringGrid::remove_asked, this, [this](int row) { open_fix(row, true); });
-    connect(loads_, &StringGrid::opened, this, [this](int row) { open_load(row, false); });
-    connect(loads_, &StringGrid::remove_asked, this, [this](int row) { open_load(row, true); });
+    connect(fixes_, &RecordGrid::opened, this, [this](int row) { open_fix(row, false); });
+    connect(fixes_, &RecordGrid::removed, this, [this](int row) { open_fix(row, true); });
+    connect(loads_, &RecordGrid::opened, this, [this](int row) { open_load(row, false); });
+    connect(loads_, &RecordGrid::removed, this, [this](int row) { open_load(row, true); });
     fill_nodes();
     fill_records();
     nodes_->setFocus();
@@ -121,10 +110,8 @@ TSelNodeForm::TSelNodeForm(QWidget* parent)
 
 QBoxLayout* TSelNodeForm::node_column() {
     auto* column = new QVBoxLayout;
-    auto* head = new QHBoxLayout;
-    head->addWidget(new QLabel("全節点数"));
-    head->addWidget(node_count_);
-    head->addStretch(1);
+    auto* head = new QFormLayout;
+    node_count_ = add_shown_box(head, "ZenEdit", "全節点数");
     column->addLayout(head);
     column->addWidget(nodes_, 1);
     auto* search = new QHBoxLayout;
@@ -157,27 +144,28 @@ QBoxLayout* TSelNodeForm::add_column() {
     return column;
 }
 
-QBoxLayout* TSelNodeForm::record_head(const QString& caption, QLineEdit* count, const QString& kind,
-                                      StringGrid* grid) {
+QBoxLayout* TSelNodeForm::record_head(const QString& caption, const QString& kind,
+                                      RecordGrid* grid) {
     auto* head = new QHBoxLayout;
-    head->addWidget(new QLabel(caption + "数"));
-    head->addWidget(count);
+    auto* count = new QFormLayout;
+    add_shown_box(count, qPrintable(kind + "Edit"), caption + "数");
+    head->addLayout(count);
     head->addStretch(1);
     auto* remove = small_button(QString("Del%1SpeedButton").arg(kind), "×", caption + "削除");
     auto* change = small_button(QString("Mod%1SpeedButton").arg(kind), "M", caption + "変更");
     head->addWidget(remove);
     head->addWidget(change);
     connect(remove, &QPushButton::clicked, grid,
-            [grid] { emit grid->remove_asked(grid->currentRow()); });
+            [grid] { emit grid->removed(grid->currentRow()); });
     connect(change, &QPushButton::clicked, grid, [grid] { emit grid->opened(grid->currentRow()); });
     return head;
 }
 
 QBoxLayout* TSelNodeForm::record_column() {
     auto* column = new QVBoxLayout;
-    column->addLayout(record_head("固定節点", fix_count_, "Fix", fixes_));
+    column->addLayout(record_head("固定節点", "Fix", fixes_));
     column->addWidget(fixes_, 1);
-    column->addLayout(record_head("荷重節点", load_count_, "Load", loads_));
+    column->addLayout(record_head("荷重節点", "Load", loads_));
     column->addWidget(loads_, 1);
     return column;
 }
@@ -193,15 +181,14 @@ void TSelNodeForm::keyPressEvent(QKeyEvent* event) {
 
 void TSelNodeForm::fill_nodes() {
     node_count_->setText(QString::number(model.N_Node));
-    nodes_->horizontalHeader()->setSectionResizeMode(QHeaderView::Stretch);
-    nodes_->fill(model.N_Node, node_text);
+    nodes_->fill(model.N_Node, node_texts);
 }
 
 void TSelNodeForm::fill_records() {
-    fix_count_->setText(QString::number(model.N_Fix));
-    load_count_->setText(QString::number(model.N_Load));
-    fixes_->fill(model.N_Fix, fix_text);
-    loads_->fill(model.N_Load, load_text);
+    findChild<QLineEdit*>("FixEdit")->setText(QString::number(model.N_Fix));
+    findChild<QLineEdit*>("LoadEdit")->setText(QString::number(model.N_Load));
+    fixes_->fill(model.N_Fix, fix_texts);
+    loads_->fill(model.N_Load, load_texts);
     for (const char* name : {"DelFixSpeedButton", "ModFixSpeedButton"}) {
         findChild<QPushButton*>(name)->setEnabled(model.N_Fix > 0);
     }
@@ -238,7 +225,7 @@ void TSelNodeForm::add_fix() {
     const auto& [ix, iy, iz] = form.values();
     if (put_fix(node, ix, iy, iz) == 0) {
         note_change();
-        fixes_->show_row(find_fix(number_at(node)));
+        fixes_->choose(find_fix(number_at(node)));
     }
 }
 
@@ -258,7 +245,7 @@ void TSelNodeForm::add_load() {
     const auto& [fx, fy, fz] = form.values();
     if (put_load(node, fx, fy, fz) == 0) {
         note_change();
-        loads_->show_row(find_load(number_at(node)));
+        loads_->choose(find_load(number_at(node)));
     }
 }
 
@@ -300,7 +287,7 @@ void TSelNodeForm::search_id() {
     const QString text = id_->text().normalized(QString::NormalizationForm_KC);
     const int node = find_node_id(text.toStdString());
     if (node >= 0) {
-        nodes_->show_row(node, QAbstractItemView::PositionAtTop);
+        nodes_->show_at_top(node);
         return;
     }
     show_message(node == bad_node_id ? "IDコードが間違っています" : "検索に失敗しました");

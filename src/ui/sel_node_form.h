@@ -8,7 +8,7 @@ class QLabel;
 class QLineEdit;
 
 namespace kigumi {
-class StringGrid;
+class RecordGrid;
 }
 
 // Lists all nodes, the restrained and the loaded ones, and adds, changes and removes supports and
@@ -28,8 +28,8 @@ class TSelNodeForm : public QDialog {
   private:
     QBoxLayout* node_column();
     QBoxLayout* record_column();
-    QBoxLayout* record_head(const QString& caption, QLineEdit* count, const QString& kind,
-                            kigumi::StringGrid* grid);
+    // Caption, count and buttons above a grid of "Fix" or "Load" records.
+    QBoxLayout* record_head(const QString& caption, const QString& kind, kigumi::RecordGrid* grid);
     QBoxLayout* add_column();
     void fill_nodes();
     // Shows the two tables as they are now.
@@ -43,12 +43,10 @@ class TSelNodeForm : public QDialog {
     void open_load(int row, bool remove);
     void search_id();
 
-    kigumi::StringGrid* nodes_;
-    kigumi::StringGrid* fixes_;
-    kigumi::StringGrid* loads_;
-    QLineEdit* node_count_;
-    QLineEdit* fix_count_;
-    QLineEdit* load_count_;
+    kigumi::RecordGrid* nodes_;
+    kigumi::RecordGrid* fixes_;
+    kigumi::RecordGrid* loads_;
+    QLineEdit* node_count_ = nullptr;
     QLineEdit* id_;
     QLabel* note_;
 };

@@ -1,8 +1,8 @@
 // The support and load window and its dialogs.
 #include "model/lookup.h"
 #include "model/roles.h"
+#include "ui/record_grid.h"
 #include "ui/sel_node_form.h"
-#include "ui/string_grid.h"
 #include "ui_support.h"
 
 #include <QElapsedTimer>
@@ -29,12 +29,12 @@ class NodeForms : public UiTest {
         QKeyEvent event(QEvent::KeyPress, key, Qt::NoModifier);
         QApplication::sendEvent(control<QWidget>(window, grid), &event);
     }
-    static StringGrid* grid(const QWidget& window, const char* name) {
-        return control<StringGrid>(window, name);
+    static RecordGrid* grid(const QWidget& window, const char* name) {
+        return control<RecordGrid>(window, name);
     }
     // Node, three values of every row, blanks left out.
     static std::string rows(const QWidget& window, const char* name) {
-        const StringGrid* table = grid(window, name);
+        const RecordGrid* table = grid(window, name);
         std::string text;
         for (int row = 0; row < table->rowCount(); ++row) {
             for (int column = 0; column < 4; ++column) {
@@ -77,15 +77,15 @@ TEST_F(NodeForms, AddingOffersTheDefaultsAndReplaces) {
     QObject::connect(&form, &TSelNodeForm::changed, [&redrawn] { ++redrawn; });
     EXPECT_EQ(text_in(form, "ZenEdit"), "5");
     EXPECT_EQ(grid(form, "LoadStringGrid")->item(0, 3)->text(), "  -200.0");
-    grid(form, "ZenStringGrid")->show_row(3);
+    grid(form, "ZenStringGrid")->choose(3);
     answer_values("TSelFixForm", "fix", as_offered, "OKButton");
     press(form, "AddFixSpeedButton");
     EXPECT_EQ(rows(form, "FixStringGrid"), "X00Y00Z00 1 1 1; X03Y00Z00 0 0 1; ");
-    grid(form, "ZenStringGrid")->show_row(0);
+    grid(form, "ZenStringGrid")->choose(0);
     answer_values("TSelFixForm", "fix", {"5", "0", "-1"}, "OKButton");
     press(form, "AddFixSpeedButton");
     EXPECT_EQ(rows(form, "FixStringGrid"), "X00Y00Z00 1 0 1; X03Y00Z00 0 0 1; ");
-    grid(form, "ZenStringGrid")->show_row(4);
+    grid(form, "ZenStringGrid")->choose(4);
     answer_values("TSelLoadForm", "load", as_offered, "OKButton");
     press(form, "AddLoadSpeedButton");
     EXPECT_EQ(rows(form, "LoadStringGrid"),
@@ -110,7 +110,7 @@ TEST_F(NodeForms, CancelAndWrongNumbersChangeNothing) {
                 {"ModLoadSpeedButton", "TLoadEditForm", "load"},
                 {"DelLoadSpeedButton", "TLoadEditForm", "load"}};
     for (const auto& [button, type, kind] : ways) {
-        grid(form, "ZenStringGrid")->show_row(4);
+        grid(form, "ZenStringGrid")->choose(4);
         answer_values(type, kind, {"1", "1", "1"}, "CancelButton");
         press(form, button);
     }
@@ -138,7 +138,7 @@ TEST_F(NodeForms, CancelAndWrongNumbersChangeNothing) {
 
 TEST_F(NodeForms, TheOtherRoleIsGivenUpOnlyWhenSaidSo) {
     TSelNodeForm form(nullptr);
-    grid(form, "ZenStringGrid")->show_row(2);
+    grid(form, "ZenStringGrid")->choose(2);
     for (const char* button : {"CancelButton", "OKButton"}) {
         EXPECT_EQ(model.node[2].flag, role_loaded);
         answer_next([=](QDialog& dialog) {
@@ -177,7 +177,7 @@ TEST_F(NodeForms, RowsAreChangedAndRemovedByButtonAndKey) {
     put_fix(4, 0, 0, 1);
     put_fix(3, 0, 0, 1);
     TSelNodeForm window(nullptr);
-    grid(window, "FixStringGrid")->show_row(1);
+    grid(window, "FixStringGrid")->choose(1);
     answer_next([](QDialog& dialog) {
         EXPECT_EQ(label_text(dialog, "MessageLabel"), "この固定節点を編集します");
         EXPECT_EQ(text_in(dialog, "BangouEdit"), "5");
@@ -242,7 +242,7 @@ TEST_F(NodeForms, TenThousandNodesOpenAtOnceAndScrollToAnId) {
     QApplication::processEvents();
     EXPECT_LT(watch.elapsed(), 300);
     RecordProperty("milliseconds", static_cast<int>(watch.elapsed()));
-    const StringGrid* nodes = grid(form, "ZenStringGrid");
+    const RecordGrid* nodes = grid(form, "ZenStringGrid");
     type(form, "KensakuEdit", "X07Y55Z00");
     press(form, "KensakuButton1");
     EXPECT_EQ(nodes->currentRow(), 5507);
