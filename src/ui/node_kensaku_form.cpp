@@ -129,7 +129,8 @@ void TNodeKensakuForm::search() {
 
 void TNodeKensakuForm::show_count(int count) {
     found_ = count;
-    count_->setText(QString("青丸 %1 個").arg(count));
+    count_->setText(count > 0 ? QString("青丸 %1 個").arg(count)
+                              : QString("青丸 0 個（範囲を選んでください）"));
 }
 
 void TNodeKensakuForm::select_all() {

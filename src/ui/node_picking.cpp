@@ -30,7 +30,7 @@ QString mode_text(PickMode mode) {
     }
     const QString name = mode == PickMode::restrain ? "拘束節点指定" : "荷重節点指定";
     return name + (model.fix_load_edited != 0
-                       ? "：入力済みのため変わりません。変更は 節点データ入力 で"
+                       ? "：支点と荷重は入力済みで、ここでは変わりません（変更は節点データ入力）"
                        : "：節点を左クリック（Esc で終わり）");
 }
 
