@@ -9,6 +9,7 @@
 #include "model/lookup.h"
 #include "model/roles.h"
 #include "trace/spy.h"
+#include "ui/analysis_run.h"
 #include "ui/dialogs.h"
 #include "ui/document.h"
 #include "ui/help_form.h"
@@ -74,12 +75,11 @@ void TMainForm::add_file_menu() {
         save, "FrameSlvSaveMenu", "FrameSlv入力データ(&F)", [this] { save_solver_input(); },
         QKeySequence::Save);
     QAction* solve = add_item(
-        file, "KaisekiMenu", "構造解析実施(&A)", [this] { not_in_this_version("構造解析実施"); },
-        QKeySequence(Qt::Key_F5));
+        file, "KaisekiMenu", "構造解析実施(&A)", [this] { analyse(); }, QKeySequence(Qt::Key_F5));
     QAction* keep =
         add_item(file, "KekkaHozonMenu", "解析結果保存(&R)", [this] { save_result_files(); });
-    QAction* last = add_item(file, "SaigoKaisekiMenu", "最後の解析結果(&L)",
-                             [this] { not_in_this_version("最後の解析結果"); });
+    QAction* last =
+        add_item(file, "SaigoKaisekiMenu", "最後の解析結果(&L)", [this] { show_results(); });
     file->addSeparator();
     QAction* exit = add_item(
         file, "ExitMenu", "終了(&X)", [this] { close(); }, QKeySequence("Ctrl+Q"));
@@ -292,6 +292,19 @@ void TMainForm::save_result_files() {
     if (!path.empty()) {
         save_results(path);
     }
+}
+
+void TMainForm::analyse() {
+    if (run_analysis(*this)) {
+        show_results();
+    }
+}
+
+void TMainForm::show_results() {
+    FrameSlv();
+    view.TAU = view.FAI = 30.0f;
+    state_.results = true;
+    set_stage(state_.stage);
 }
 
 void TMainForm::not_in_this_version(const QString& what) {

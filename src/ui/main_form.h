@@ -36,6 +36,8 @@ class TMainForm : public kigumi::PictureWindow {
     // 節点データ入力: ends picking and opens the supports and loads.
     void support_and_load_data();
     void save_result_files();
+    void analyse();
+    void show_results();
     void not_in_this_version(const QString& what);
 
     // What follows every command that makes a model.

@@ -103,11 +103,13 @@ TEST_F(Picking, SavesTheInputOfTheCommandLine) {
     player.play();
     EXPECT_FALSE(document.roles_changed);
     for (const char* ending : {".bon", ".ydu"}) {
-        const QString output = QString::fromStdString(work_file("core").string() + ending);
-        ASSERT_EQ(QProcess::execute(KIGUMI_PROGRAM,
-                                    {"convert", QString::fromStdString(work_file("portal.jik")),
-                                     "-o", output, "--fix", "bottom", "--load", "top:0,0,-200"}),
-                  0);
+        const QString output = QString("core") + ending;
+        QProcess convert;
+        convert.setWorkingDirectory(QString::fromStdString(work_dir().string()));
+        convert.start(KIGUMI_PROGRAM, {"convert", "portal.jik", "-o", output, "--fix", "bottom",
+                                       "--load", "top:0,0,-200"});
+        ASSERT_TRUE(convert.waitForFinished());
+        ASSERT_EQ(convert.exitCode(), 0);
         EXPECT_EQ(read_file(work_file(std::string("window") + ending)),
                   read_file(work_file(std::string("core") + ending)));
     }
