@@ -29,8 +29,8 @@ template <class Table> void remove_record(Table& table, std::int32_t& count, int
 
 // The two digits behind each of the letters of "X00Y00Z00"; false for a name of another form.
 bool levels_of(const char (&id)[name_bytes], int (&levels)[3]) {
-    for (int axis = 0; axis < 3; ++axis) {
-        const char* part = id + 3 * axis;
+    const char* part = id;
+    for (int axis = 0; axis < 3; ++axis, part += 3) {
         const auto digit = [](char c) { return c >= '0' && c <= '9'; };
         if (part[0] != 'X' + axis || !digit(part[1]) || !digit(part[2])) {
             return false;

@@ -172,7 +172,7 @@ QBoxLayout* TSelNodeForm::record_column() {
 
 void TSelNodeForm::keyPressEvent(QKeyEvent* event) {
     const bool enter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
-    if (enter && id_->hasFocus()) {
+    if (enter && focusWidget() == id_) {
         search_id();
         return;
     }
