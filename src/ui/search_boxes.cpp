@@ -23,7 +23,7 @@ std::array<Axis, 3> axes() {
 
 } // namespace
 
-LevelRanges::LevelRanges(QWidget* parent) : QGroupBox("座標の範囲 (cm)", parent) {
+LevelRangeBoxes::LevelRangeBoxes(QWidget* parent) : QGroupBox("座標の範囲 (cm)", parent) {
     auto* grid = new QGridLayout(this);
     grid->setColumnStretch(1, 1);
     grid->setColumnStretch(3, 1);
@@ -49,12 +49,12 @@ LevelRanges::LevelRanges(QWidget* parent) : QGroupBox("座標の範囲 (cm)", pa
         grid->addWidget(new QLabel("～"), row, 2);
         grid->addWidget(to_[axis], row, 3);
         for (QComboBox* box : {from_[axis], to_[axis]}) {
-            connect(box, &QComboBox::currentIndexChanged, this, &LevelRanges::changed);
+            connect(box, &QComboBox::currentIndexChanged, this, &LevelRangeBoxes::changed);
         }
     }
 }
 
-std::optional<LevelRanges::Range> LevelRanges::chosen(int axis) const {
+std::optional<LevelRangeBoxes::Range> LevelRangeBoxes::chosen(int axis) const {
     const QComboBox* from = from_[static_cast<size_t>(axis)];
     const QComboBox* to = to_[static_cast<size_t>(axis)];
     if (from->currentIndex() <= 0 && to->currentIndex() == to->count() - 1) {

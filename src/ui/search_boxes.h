@@ -14,11 +14,11 @@ namespace kigumi {
 
 // From and to for the levels of each direction (`XFromComboBox` ... `ZToComboBox`), the whole
 // extent at first.
-class LevelRanges : public QGroupBox {
+class LevelRangeBoxes : public QGroupBox {
     Q_OBJECT
 
   public:
-    explicit LevelRanges(QWidget* parent = nullptr);
+    explicit LevelRangeBoxes(QWidget* parent = nullptr);
 
     struct Range {
         float low, high; // cm
