@@ -7,6 +7,7 @@
 #include "files/tegaki.h"
 #include "geometry/solid.h"
 #include "model/lookup.h"
+#include "model/sketch.h"
 #include "trace/spy.h"
 #include "ui/analysis_run.h"
 #include "ui/dialogs.h"
@@ -15,6 +16,7 @@
 #include "ui/jiku_form.h"
 #include "ui/kihon_unit_form.h"
 #include "ui/sel_beam_form.h"
+#include "ui/tegaki_form.h"
 
 #include <QCloseEvent>
 #include <QGuiApplication>
@@ -59,8 +61,7 @@ void TMainForm::add_file_menu() {
     file->addSeparator();
     QAction* kihon = add_item(
         file, "KihonMenu", "基本データ選択(&K)", [this] { basic_data(); }, QKeySequence("Ctrl+G"));
-    QAction* tegaki = add_item(file, "TegakiMenu", "手書入力編集(&T)",
-                               [this] { not_in_this_version("手書入力編集"); });
+    QAction* tegaki = add_item(file, "TegakiMenu", "手書入力編集(&T)", [this] { draw_by_hand(); });
     QAction* read = add_item(
         file, "JikuDataReadMenu", "軸データ編集(&J)", [this] { read_axis_data(); },
         QKeySequence::Open);
@@ -218,6 +219,16 @@ void TMainForm::basic_data() {
     check_model();
 }
 
+void TMainForm::draw_by_hand() {
+    TTegakiForm window(this);
+    window.run_modal();
+    check_model();
+    if (state_.stage == Stage::made) {
+        forget_drawing_states();
+    }
+    show_state();
+}
+
 void TMainForm::read_axis_data() {
     const fs::path path = ask_open_file(this, "軸データ編集", "軸データ(*.JIK)|*.jik");
     if (path.empty()) {
@@ -295,7 +306,8 @@ bool TMainForm::save_axis_data() {
 }
 
 bool TMainForm::may_leave() {
-    if (!document.changed || model.N_Beam == 0) {
+    // An unfinished sketch was asked about by its editor; it is no axis data yet.
+    if (!document.changed || model.N_Beam == 0 || check_all_beam() < 0) {
         return true;
     }
     switch (ask_unsaved(this, "保存していない骨組があります。軸データとして保存しますか?",

@@ -27,6 +27,7 @@ class TMainForm : public kigumi::PictureWindow {
 
     void new_model();
     void basic_data();
+    void draw_by_hand();
     void read_axis_data();
     void member_data();
     void save_solver_input();
