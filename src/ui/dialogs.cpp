@@ -23,11 +23,16 @@ QString toolkit_filter(const QString& filter) {
     return name + " (" + patterns + ")";
 }
 
+// True while a test answers the dialogs.
+bool is_driven() {
+    return qEnvironmentVariable("KIGUMI_TEST") == "1";
+}
+
 void prepare(QFileDialog& dialog, const QString& caption, const QString& filter) {
     dialog.setWindowTitle(caption);
     dialog.setNameFilter(toolkit_filter(filter));
     dialog.setDirectory(qt_path(work_dir()));
-    dialog.setOption(QFileDialog::DontUseNativeDialog, qEnvironmentVariable("KIGUMI_TEST") == "1");
+    dialog.setOption(QFileDialog::DontUseNativeDialog, is_driven());
 }
 
 fs::path run(QFileDialog& dialog) {
@@ -93,7 +98,11 @@ fs::path ask_save_file(QWidget* parent, const QString& caption, const QString& f
     dialog.setFileMode(QFileDialog::AnyFile);
     dialog.setDefaultSuffix(extension);
     if (!suggested.empty()) {
-        dialog.selectFile(qt_path(suggested));
+        dialog.setDirectory(qt_path(suggested.parent_path()));
+        // A file chosen in the list would win over the name that a test puts into the box.
+        if (!is_driven()) {
+            dialog.selectFile(qt_path(suggested));
+        }
     }
     return run(dialog);
 }
