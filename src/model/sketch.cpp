@@ -95,12 +95,6 @@ void set_beam_section(int beam, float haba, float atumi) {
     model.beam[beam].flag = 2;
 }
 
-void forget_drawing_states() {
-    for (int i = 0; i < model.N_Node; ++i) {
-        model.node[i].flag = role_plain;
-    }
-}
-
 void TegakiSheet::set_mode(SheetMode mode) {
     give_up();
     marks_.clear();

@@ -54,9 +54,6 @@ void set_node_place(int node, float x, float y, float z);
 // Gives the member at position `beam` a section, cm, and flag 2.
 void set_beam_section(int beam, float haba, float atumi);
 
-// The drawing states of the nodes become plain roles: a finished sketch goes on as a model.
-void forget_drawing_states();
-
 // What the mouse is for.
 enum class SheetMode { draw, remove, node_data, beam_data };
 

@@ -13,11 +13,13 @@ Document document;
 void Document::set_generated() {
     file.clear();
     changed = true;
+    roles_changed = false;
 }
 
 void Document::set_read(const fs::path& path) {
     file = path;
     changed = false;
+    roles_changed = false;
 }
 
 void Document::set_saved(const fs::path& path) {
@@ -27,7 +29,7 @@ void Document::set_saved(const fs::path& path) {
 
 void Document::set_empty() {
     file.clear();
-    changed = false;
+    changed = roles_changed = false;
     shift = Shift{};
 }
 
