@@ -7,12 +7,13 @@ namespace kigumi::hidden_line {
 
 namespace {
 
-EyePoint between(const EyePoint& p, const EyePoint& q, double part) {
-    return {p.xe + part * (q.xe - p.xe), p.ye + part * (q.ye - p.ye), p.ze + part * (q.ze - p.ze)};
-}
-
 Plane below(const Plane& face, double tolerance) {
     return {-face.a, -face.b, -face.c, -face.d - tolerance};
+}
+
+bool is_finite(const Trio& trio) {
+    return std::all_of(&trio.vertex[0][0], &trio.vertex[0][0] + 9,
+                       [](float value) { return std::isfinite(value); });
 }
 
 // A triangle cut off at the near plane.
@@ -119,6 +120,9 @@ void SceneMaker::add_open_bar(const BarShape& bar) {
 }
 
 void SceneMaker::add_triangle(const Trio& trio, int record) {
+    if (!is_finite(trio)) {
+        return;
+    }
     const EyePoint corner[3] = {eye(trio.vertex[0]), eye(trio.vertex[1]), eye(trio.vertex[2])};
     for (const TrioEdge& edge : trio_edges) {
         if ((trio.hyoji & edge.bit) != 0) {
@@ -129,7 +133,7 @@ void SceneMaker::add_triangle(const Trio& trio, int record) {
 }
 
 void SceneMaker::add_edge(const EyePoint& a, const EyePoint& b, int record, int own) {
-    SceneEdge edge{a, b, record, own};
+    SceneEdge edge{a, b, record, {own, -1}};
     if (cut_at_near_plane(v_, edge.a, edge.b)) {
         scene_.edges.push_back(edge);
     }
@@ -144,7 +148,7 @@ Polygon SceneMaker::beyond_near(const EyePoint (&corner)[3]) const {
             polygon.point[polygon.count++] = p;
         }
         if (beyond(p) != beyond(q)) {
-            polygon.point[polygon.count++] = between(p, q, (near_ - p.ze) / (q.ze - p.ze));
+            polygon.point[polygon.count++] = point_between(p, q, (near_ - p.ze) / (q.ze - p.ze));
         }
     }
     return polygon;

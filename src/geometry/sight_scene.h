@@ -32,7 +32,7 @@ struct Occluder {
 struct SceneEdge {
     EyePoint a, b;
     int record;
-    int own; // the body that it is an edge of and that does not hide it; -1: tested with all
+    int own[2]; // bodies on whose surface it lies and that do not hide it; -1: none
 };
 
 // A piece of an edge: 0 at its start, 1 at its end.

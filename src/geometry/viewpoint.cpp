@@ -40,15 +40,19 @@ double near_plane(const ViewCoefficients& v) {
     return std::max(part_of_distance * v.v43, nearest);
 }
 
+EyePoint point_between(const EyePoint& a, const EyePoint& b, double part) {
+    return {a.xe + part * (b.xe - a.xe), a.ye + part * (b.ye - a.ye), a.ze + part * (b.ze - a.ze)};
+}
+
 bool cut_at_near_plane(const ViewCoefficients& v, EyePoint& a, EyePoint& b) {
     const double near = near_plane(v);
     if (a.ze < near && b.ze < near) {
         return false;
     }
     const auto cut = [near](const EyePoint& behind, const EyePoint& seen) {
-        const double s = (near - behind.ze) / (seen.ze - behind.ze);
-        return EyePoint{behind.xe + s * (seen.xe - behind.xe),
-                        behind.ye + s * (seen.ye - behind.ye), near};
+        EyePoint at = point_between(behind, seen, (near - behind.ze) / (seen.ze - behind.ze));
+        at.ze = near;
+        return at;
     };
     if (a.ze < near) {
         a = cut(a, b);

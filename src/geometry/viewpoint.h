@@ -31,6 +31,9 @@ EyePoint to_eye(const ViewCoefficients& v, float x, float y, float z);
 // less than 1 cm.
 double near_plane(const ViewCoefficients& v);
 
+// The point at this part of the way from a to b.
+EyePoint point_between(const EyePoint& a, const EyePoint& b, double part);
+
 // Cuts off the part of the edge a-b before the near plane; false when that is the whole edge.
 bool cut_at_near_plane(const ViewCoefficients& v, EyePoint& a, EyePoint& b);
 

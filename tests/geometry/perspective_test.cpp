@@ -51,7 +51,7 @@ TEST_F(PerspectiveTest, PictureGoesToTheSegmentFile) {
     expect_golden("geometry/temp_box.txt", hex_dump(read_file(work_file("TEMP.DAT")).value_or("")));
     const auto file = read_segment_file();
     ASSERT_TRUE(file);
-    EXPECT_EQ(file->segments.size(), 12u);
+    EXPECT_EQ(file->segments.size(), 9u);
     EXPECT_EQ(file->world.xmax, area.world.xmax);
     EXPECT_EQ(file->crt.right, 400);
 }
