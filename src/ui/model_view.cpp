@@ -5,8 +5,12 @@
 #include "geometry/perspective.h"
 #include "geometry/solid.h"
 #include "ui/dialogs.h"
+#include "ui/document.h"
 #include "ui/isome_form.h"
+#include "ui/perspective_progress.h"
 #include "ui/view_form.h"
+
+#include <QStatusBar>
 
 namespace kigumi {
 
@@ -42,6 +46,9 @@ void ModelWindow::show_mode(ModelMode mode) {
     picture().fit();
     picture().set_picture(
         [mode](Canvas& canvas, DrawArea& area) { paint_model(mode, canvas, area); });
+    if (mode != ModelMode::perspective) {
+        statusBar()->showMessage(document_summary());
+    }
 }
 
 void ModelWindow::add_view_menu(ModelMode marked) {
@@ -97,10 +104,23 @@ void ModelWindow::show_viewpoint_model() {
         show_message("get_jiku failed at jikuire()");
         return;
     }
+    if (prepare_viewpoint(this) < 0) {
+        return;
+    }
     show_mode(ModelMode::perspective);
     TViewForm viewpoint(this);
+    connect(&viewpoint, &TViewForm::stored, this, [&] { prepare_viewpoint(&viewpoint); });
     viewpoint.exec();
+    prepare_viewpoint(this);
+}
+
+int ModelWindow::prepare_viewpoint(QWidget* parent) {
+    const int status = prepare_perspective_shown(parent);
+    statusBar()->showMessage(status == perspective_stopped
+                                 ? "隠れ線の処理を中止したので、隠れた線も描いています"
+                                 : document_summary());
     picture().update();
+    return status;
 }
 
 } // namespace kigumi

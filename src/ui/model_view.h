@@ -39,6 +39,8 @@ class ModelWindow : public PictureWindow {
 
   private:
     int rebuild_solids();
+    // Makes the perspective picture of the stored viewpoint ready and repaints; -1 after a message.
+    int prepare_viewpoint(QWidget* parent);
 
     std::vector<QAction*> view_items_;
     ModelMode mode_ = ModelMode::nothing;
