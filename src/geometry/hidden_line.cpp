@@ -29,7 +29,10 @@ VisibleSegment segment_of(const ViewCoefficients& v, const SceneEdge& edge, Piec
     };
     const PlanePoint from = place(piece.from);
     const PlanePoint to = place(piece.to);
-    return {{from.X, from.Y, to.X, to.Y}, edge.record, piece.from <= 0.0 && piece.to >= 1.0};
+    const bool joint_line = edge.own[1] >= 0;
+    return {{from.X, from.Y, to.X, to.Y},
+            edge.record,
+            !joint_line && piece.from <= 0.0 && piece.to >= 1.0};
 }
 
 } // namespace
@@ -59,7 +62,7 @@ std::optional<std::vector<VisibleSegment>> remove_hidden_lines(std::span<const T
                                                                const HiddenLineOptions& options) {
     const double tolerance =
         options.tolerance > 0.0 ? options.tolerance : hidden_line_tolerance(records);
-    const Scene scene = make_scene(records, v, tolerance);
+    const Scene scene = make_scene(records, v, tolerance, options.joints);
     if (options.progress && !options.progress(0.0)) {
         return std::nullopt;
     }

@@ -14,13 +14,14 @@ namespace kigumi {
 struct VisibleSegment {
     Segment line; // perspective plane, cm
     int record;
-    bool whole = true; // the edge itself, not a piece that others left of it
+    bool whole = true; // the edge itself, not a piece that others left of it nor a joint line
 };
 
 // Is told how much of the work is done, 0 to 1, from the thread that asked for it; false stops it.
 using Progress = std::function<bool(double done)>;
 
 struct HiddenLineOptions {
+    bool joints = false;    // also the lines where bars pass into each other (交線)
     double tolerance = 0.0; // cm; 0: hidden_line_tolerance of the records
     int threads = 0;        // 0: as many as the machine has cores. The result is the same
     Progress progress;
@@ -38,7 +39,8 @@ double hidden_line_tolerance(std::span<const Trio> records);
 // The flagged edges as far as the eye sees them, in the order of records and edges, in plane units,
 // cm. Of an edge that two triangles of one bar flag, and of a piece where hidden or seen parts of
 // no more than the tolerance would part it, one line is made; edges within a flat face of a bar are
-// no outlines and not drawn. Bars may pass through each other: what is inside another is hidden.
+// no outlines and not drawn. Bars may pass through each other: what is inside another is hidden,
+// and the lines where they meet can be drawn too, after the edges.
 // Nothing when `progress` stopped the work.
 std::optional<std::vector<VisibleSegment>>
 remove_hidden_lines(std::span<const Trio> records, const ViewCoefficients& v,

@@ -17,12 +17,15 @@ constexpr double crumb_pixels = 0.5;
 struct PictureKey {
     std::uint32_t edition = 0; // of the triangles; 0: none
     double Rho = 0.0, Theta = 0.0, Phi = 0.0;
+    int joints = 0;
 
     bool same_eye(const PictureKey& k) const {
         return !(Rho < k.Rho || Rho > k.Rho || Theta < k.Theta || Theta > k.Theta || Phi < k.Phi ||
                  Phi > k.Phi);
     }
-    bool operator==(const PictureKey& k) const { return edition == k.edition && same_eye(k); }
+    bool operator==(const PictureKey& k) const {
+        return edition == k.edition && joints == k.joints && same_eye(k);
+    }
 };
 
 struct KeptLines {
@@ -74,6 +77,7 @@ int keep_lines(std::span<const Trio> records, const PictureKey& key, const Progr
         return -1;
     }
     HiddenLineOptions options;
+    options.joints = key.joints != 0;
     options.progress = progress;
     kept().preparing = true;
     auto seen = remove_hidden_lines(records, v, options);
@@ -104,7 +108,7 @@ void draw_visible(Canvas& canvas, std::span<const VisibleSegment> visible,
 }
 
 PictureKey wanted_key() {
-    return {trio_edition(), view.Rho, view.Theta, view.Phi};
+    return {trio_edition(), view.Rho, view.Theta, view.Phi, view.joints};
 }
 
 } // namespace

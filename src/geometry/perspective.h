@@ -20,12 +20,12 @@ constexpr int perspective_ready = 0;
 constexpr int perspective_stopped = 1;
 
 // Finds the lines of TRIO.DAT that are seen from the shared viewpoint and keeps them for
-// draw_perspective until solids or viewpoint change; nothing is computed again before that. The
-// places of the vertices in the perspective plane go into the records (project_trio_file). A window
-// calls it before it paints, with its progress display. perspective_ready, or perspective_stopped
-// when `progress` stopped it: draw_perspective then shows all flagged edges, hidden ones too, until
-// the next call. -1 after the message "Error: Unable to open TRIO_FILE jikuire 03" or that of
-// project_trio_file.
+// draw_perspective until solids, viewpoint or View::joints change; nothing is computed again before
+// that. The places of the vertices in the perspective plane go into the records
+// (project_trio_file). A window calls it before it paints, with its progress display.
+// perspective_ready, or perspective_stopped when `progress` stopped it: draw_perspective then shows
+// all flagged edges, hidden ones too, until the next call. -1 after the message "Error: Unable to
+// open TRIO_FILE jikuire 03" or that of project_trio_file.
 int prepare_perspective(const Progress& progress = {});
 
 // Draws TRIO.DAT from the shared viewpoint: visible segments, margin fit, TEMP.DAT, picture; every

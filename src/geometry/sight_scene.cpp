@@ -1,5 +1,7 @@
 #include "geometry/sight_scene.h"
 
+#include "geometry/joint_lines.h"
+
 #include <algorithm>
 #include <cmath>
 
@@ -24,8 +26,9 @@ struct Polygon {
 
 class SceneMaker {
   public:
-    SceneMaker(std::span<const Trio> records, const ViewCoefficients& v, double tolerance)
-        : records_(records), v_(v), near_(near_plane(v)), tolerance_(tolerance) {}
+    SceneMaker(std::span<const Trio> records, const ViewCoefficients& v, double tolerance,
+               bool joints)
+        : records_(records), v_(v), near_(near_plane(v)), tolerance_(tolerance), joints_(joints) {}
 
     Scene make();
 
@@ -47,8 +50,10 @@ class SceneMaker {
 
     std::span<const Trio> records_;
     const ViewCoefficients& v_;
-    double near_, tolerance_;
+    const double near_, tolerance_;
+    const bool joints_;
     Scene scene_;
+    std::vector<SceneBody> bodies_; // kept for joint lines
     Occluder occluder_{};
 };
 
@@ -65,6 +70,7 @@ Scene SceneMaker::make() {
             ++i;
         }
     }
+    append_joint_lines(scene_, bodies_, tolerance_);
     return std::move(scene_);
 }
 
@@ -97,6 +103,10 @@ void SceneMaker::add_body(const BarShape& bar) {
     }
     end_occluder();
     const int own = static_cast<int>(scene_.occluders.size()) - 1;
+    if (joints_) {
+        SceneBody& body = bodies_.emplace_back(SceneBody{bar, own, {}});
+        std::copy(facing, facing + bar.n_faces, body.facing);
+    }
     for (int e = 0; e < bar.n_edges; ++e) {
         const BarEdge& edge = bar.edge[e];
         const bool outline = edge.record >= 0 && edge.face[0] != edge.face[1];
@@ -203,8 +213,9 @@ SightPoint sight_point(const EyePoint& p) {
     return {p.xe / p.ze, p.ye / p.ze};
 }
 
-Scene make_scene(std::span<const Trio> records, const ViewCoefficients& v, double tolerance) {
-    return SceneMaker(records, v, tolerance).make();
+Scene make_scene(std::span<const Trio> records, const ViewCoefficients& v, double tolerance,
+                 bool joints) {
+    return SceneMaker(records, v, tolerance, joints).make();
 }
 
 bool hidden_piece(const Scene& scene, const Occluder& body, const SceneEdge& edge, Piece& piece) {

@@ -50,8 +50,10 @@ struct Scene {
 // The scene of these triangles. A bar (see read_bar) beyond the near plane is one body without its
 // edges between two averted faces, which it hides itself, and without edges inside a flat face.
 // Other triangles, and those of a bar that the near plane cuts open, each hide for themselves, from
-// both sides. A point is hidden when it lies more than `tolerance` cm below each face plane.
-Scene make_scene(std::span<const Trio> records, const ViewCoefficients& v, double tolerance);
+// both sides. A point is hidden when it lies more than `tolerance` cm below each face plane. With
+// `joints` the lines where bars pass into each other follow the edges.
+Scene make_scene(std::span<const Trio> records, const ViewCoefficients& v, double tolerance,
+                 bool joints = false);
 
 // The piece of the edge that the body hides; false when there is none.
 bool hidden_piece(const Scene& scene, const Occluder& body, const SceneEdge& edge, Piece& piece);

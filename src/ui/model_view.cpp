@@ -63,7 +63,21 @@ void ModelWindow::add_view_menu(ModelMode marked) {
         add_item(menu, "SitenModelMenu", "視点座標モデル(&S)", [this] { show_viewpoint_model(); });
     view_items_.push_back(viewpoint_item_);
     menu->addSeparator();
+    add_joint_item(menu);
     add_fit_item(menu);
+}
+
+void ModelWindow::add_joint_item(QMenu* menu) {
+    QAction* item = add_item(menu, "KousenMenu", "部材の交線(&K)", [] {});
+    item->setCheckable(true);
+    item->setChecked(view.joints != 0);
+    item->setStatusTip("視点座標モデルに、部材どうしが突き抜ける所の線も描きます");
+    connect(item, &QAction::toggled, this, [this](bool checked) {
+        view.joints = checked ? 1 : 0;
+        if (mode_ == ModelMode::perspective) {
+            prepare_viewpoint(this);
+        }
+    });
 }
 
 void ModelWindow::set_views_enabled(bool enabled) {

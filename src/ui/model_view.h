@@ -39,6 +39,7 @@ class ModelWindow : public PictureWindow {
 
   private:
     int rebuild_solids();
+    void add_joint_item(QMenu* menu);
     // Makes the perspective picture of the stored viewpoint ready and repaints; -1 after a message.
     int prepare_viewpoint(QWidget* parent);
 

@@ -72,8 +72,10 @@ double seen_length(const std::vector<VisibleSegment>& segments) {
 }
 
 std::vector<VisibleSegment> seen(const std::vector<Trio>& records, double Rho, double Theta,
-                                 double Phi) {
-    return *remove_hidden_lines(records, view_coefficients(Rho, Theta, Phi));
+                                 double Phi, bool joints = false) {
+    HiddenLineOptions options;
+    options.joints = joints;
+    return *remove_hidden_lines(records, view_coefficients(Rho, Theta, Phi), options);
 }
 
 // --- Every edge against every triangle, on paper: cut by the sides of the projected triangle, and
@@ -372,6 +374,10 @@ TEST_F(HiddenLineTest, OneBodyBehindAnother) {
         EXPECT_TRUE(s.record < 24);
     }
     EXPECT_GE(pieces, 3) << "the rod's long edges end in the board";
+    const auto with_joints = seen(through, 1000, 30, 70, true);
+    ASSERT_EQ(with_joints.size(), lines.size() + 2) << "two sides of the rod enter the board";
+    EXPECT_FALSE(with_joints.back().whole);
+    EXPECT_EQ(with_joints.back().record, 0);
     // Behind the eye there is nothing; around it something.
     EXPECT_TRUE(seen(through, 1000, 0, 90).size() > 0);
     std::vector<Trio> behind;
@@ -406,6 +412,9 @@ TEST_F(HiddenLineTest, EdgesInAFaceAreSeenWhole) {
             }
         }
         EXPECT_EQ(upper, 16) << turn;
+        EXPECT_EQ(seen(solids.trio, 3000, 25, 40, true).size(),
+                  seen(solids.trio, 3000, 25, 40).size() + 1)
+            << "the corner between crossing bars; nothing in flush faces";
     }
 }
 
