@@ -15,6 +15,7 @@ int prepare_perspective_shown(QWidget* parent, int patience) {
     box.setWindowTitle("視点座標モデル");
     box.setWindowModality(Qt::ApplicationModal);
     box.setMinimumDuration(patience);
+    QObject::connect(&box, &QDialog::rejected, &box, &QProgressDialog::cancel);
     return prepare_perspective([&box](double done) {
         const int value = static_cast<int>(done * percent);
         if (value != box.value()) {

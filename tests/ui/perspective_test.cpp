@@ -6,6 +6,7 @@
 #include "ui/jiku_form.h"
 #include "ui/perspective_progress.h"
 
+#include <QKeyEvent>
 #include <QProgressDialog>
 #include <QPushButton>
 #include <QStatusBar>
@@ -57,18 +58,25 @@ TEST_F(PerspectiveWindow, ShowsWhatTheEyeSeesAndFollowsTheDialog) {
 }
 
 TEST_F(PerspectiveWindow, WorkIsStoppedFromItsBox) {
+    param.NX = param.NY = 20; // enough work for the box to be drawn in the midst of it
     ASSERT_EQ(make_unit(), 0);
     ASSERT_EQ(build_trio_file(), 0);
     QString text;
-    QTimer::singleShot(0, qApp, [&text] {
-        auto* box = qobject_cast<QProgressDialog*>(QApplication::activeModalWidget());
-        if (box != nullptr) {
+    for (const bool by_key : {false, true}) {
+        QTimer::singleShot(0, qApp, [&text, by_key] {
+            auto* box = qobject_cast<QProgressDialog*>(QApplication::activeModalWidget());
+            ASSERT_NE(box, nullptr);
             text = box->labelText();
-            box->findChild<QPushButton*>()->click();
-        }
-    });
-    EXPECT_EQ(prepare_perspective_shown(nullptr, 0), perspective_stopped);
-    EXPECT_EQ(text, "隠れ線を処理しています");
+            if (by_key) {
+                QKeyEvent escape(QEvent::KeyPress, Qt::Key_Escape, Qt::NoModifier);
+                QApplication::sendEvent(box, &escape);
+            } else {
+                box->findChild<QPushButton*>()->click();
+            }
+        });
+        EXPECT_EQ(prepare_perspective_shown(nullptr, 0), perspective_stopped) << by_key;
+        EXPECT_EQ(text, "隠れ線を処理しています");
+    }
     EXPECT_EQ(prepare_perspective_shown(nullptr), perspective_ready);
 }
 
