@@ -1,5 +1,6 @@
 #include "geometry/hidden_line.h"
 
+#include "base/float.h"
 #include "geometry/edge_cutter.h"
 
 #include <algorithm>
@@ -18,6 +19,10 @@ int thread_count(int wanted, std::size_t edges) {
     const int cores = static_cast<int>(std::thread::hardware_concurrency());
     const int useful = static_cast<int>(std::min<std::size_t>(edges / worth_a_thread, most));
     return wanted > 0 ? wanted : std::clamp(cores, 1, std::max(useful, 1));
+}
+
+bool is_point(const Segment& s) {
+    return same_float(s.X1, s.X2) && same_float(s.Y1, s.Y2);
 }
 
 // The segment of a seen piece; the ends of the edge keep their places to the last bit.
@@ -75,7 +80,10 @@ std::optional<std::vector<VisibleSegment>> remove_hidden_lines(std::span<const T
     segments.reserve(pieces->size());
     for (const SeenPiece& seen : *pieces) {
         const SceneEdge& edge = scene.edges[static_cast<std::size_t>(seen.edge)];
-        segments.push_back(segment_of(v, edge, seen.piece));
+        const VisibleSegment segment = segment_of(v, edge, seen.piece);
+        if (!is_point(segment.line)) {
+            segments.push_back(segment);
+        }
     }
     return segments;
 }

@@ -39,9 +39,9 @@ double hidden_line_tolerance(std::span<const Trio> records);
 // The flagged edges as far as the eye sees them, in the order of records and edges, in plane units,
 // cm. Of an edge that two triangles of one bar flag, and of a piece where hidden or seen parts of
 // no more than the tolerance would part it, one line is made; edges within a flat face of a bar are
-// no outlines and not drawn. Bars may pass through each other: what is inside another is hidden,
-// and the lines where they meet can be drawn too, after the edges.
-// Nothing when `progress` stopped the work.
+// no outlines and not drawn, nor is an edge along the line of sight, which is a point. Bars may
+// pass through each other: what is inside another is hidden, and the lines where they meet can be
+// drawn too, after the edges. Nothing when `progress` stopped the work.
 std::optional<std::vector<VisibleSegment>>
 remove_hidden_lines(std::span<const Trio> records, const ViewCoefficients& v,
                     const HiddenLineOptions& options = {});
