@@ -7,7 +7,21 @@
 
 namespace kigumi {
 
-int run_program(const fs::path& program, const fs::path& folder) {
+namespace {
+
+void wait_for(HANDLE process, const KeepWaiting& keep_waiting) {
+    while (keep_waiting && WaitForSingleObject(process, 0) == WAIT_TIMEOUT) {
+        if (!keep_waiting()) {
+            TerminateProcess(process, ERROR_CANCELLED);
+            break;
+        }
+    }
+    WaitForSingleObject(process, INFINITE);
+}
+
+} // namespace
+
+int run_program(const fs::path& program, const fs::path& folder, const KeepWaiting& keep_waiting) {
     SHELLEXECUTEINFOW request{};
     request.cbSize = sizeof request;
     request.fMask = SEE_MASK_NOCLOSEPROCESS | SEE_MASK_FLAG_NO_UI;
@@ -18,7 +32,7 @@ int run_program(const fs::path& program, const fs::path& folder) {
     if (ShellExecuteExW(&request) == 0 || request.hProcess == nullptr) {
         return -1;
     }
-    WaitForSingleObject(request.hProcess, INFINITE);
+    wait_for(request.hProcess, keep_waiting);
     DWORD status = 0;
     GetExitCodeProcess(request.hProcess, &status);
     CloseHandle(request.hProcess);

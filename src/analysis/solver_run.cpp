@@ -1,6 +1,6 @@
 #include "analysis/solver_run.h"
 
-#include "analysis/process.h"
+#include "analysis/result.h"
 #include "analysis/result_reader.h"
 #include "analysis/solver_input.h"
 #include "base/files_platform.h"
@@ -17,16 +17,39 @@ SolverSeams solver_seams{run_program, hundredths_of_day};
 
 namespace {
 
+constexpr const char* own_solver = "FRAMESLV.EXE";
 #ifdef _WIN32
 constexpr const char* bundled_solver = "frameslv.exe";
 #else
 constexpr const char* bundled_solver = "frameslv";
 #endif
 
+constexpr const char* result_files[] = {"frameslv.zlv", "frameslv.lst", "frameslv.dsp"};
+constexpr const char* complaint_file = "frameslv.err";
+// What the bundled solver writes before it gives its results their names.
+constexpr const char* unfinished_files[] = {"frameslv.zl~", "frameslv.ls~", "frameslv.ds~"};
+constexpr std::size_t longest_complaint = 300; // bytes shown
+
+// Takes away what a run leaves in the working directory.
+void remove_results() {
+    std::error_code ignored;
+    for (const char* name : result_files) {
+        fs::remove(work_file(name), ignored);
+    }
+    for (const char* name : unfinished_files) {
+        fs::remove(work_file(name), ignored);
+    }
+    fs::remove(work_file(complaint_file), ignored);
+}
+
 // Reads one of the result files and parses it by `parse` (text -> 0 or -1), with the two messages.
 template <class Parse> int read_result_file(const char* name, Parse parse) {
     const auto text = read_file(work_file(name));
     if (!text) {
+        const std::string complaint = solver_complaint();
+        if (!complaint.empty()) {
+            set_file_error(complaint);
+        }
         show_message(text_format("ファイル%sをオ－プンできません", name));
         return -1;
     }
@@ -50,8 +73,12 @@ int hundredths_of_day() {
            static_cast<int>(rest);
 }
 
+bool is_own_solver(const fs::path& solver) {
+    return solver == work_file(own_solver);
+}
+
 fs::path find_solver() {
-    for (const fs::path& path : {work_file("FRAMESLV.EXE"), program_dir() / bundled_solver}) {
+    for (const fs::path& path : {work_file(own_solver), program_dir() / bundled_solver}) {
         if (is_program(path)) {
             return path;
         }
@@ -59,21 +86,66 @@ fs::path find_solver() {
     return {};
 }
 
-int run_solver(SolverOutcome& outcome) {
+bool can_analyse() {
+    const auto refused = [](const std::string& why) {
+        show_message(why);
+        return false;
+    };
+    if (model.N_Beam == 0) {
+        return refused("部材がないため解析できません");
+    }
+    if (model.N_Fix == 0) {
+        return refused("固定節点がないため解析できません");
+    }
+    if (model.N_Load == 0) {
+        return refused("荷重節点がないため解析できません");
+    }
+    if (model.N_Beam > result_capacity || model.N_Node > result_capacity) {
+        return refused(text_format("節点%d、部材%dの骨組です。解析結果は節点と部材それぞれ%dまで"
+                                   "しか表示できないため、解析を始めません",
+                                   model.N_Node, model.N_Beam, result_capacity));
+    }
+    return true;
+}
+
+int run_solver(SolverOutcome& outcome, const KeepWaiting& keep_waiting) {
     spy("Enter run_solver()");
     outcome = {};
     if (save_honegumi(work_file("FRAMESLV.IN")) < 0) {
         return -1;
     }
     const fs::path solver = find_solver();
+    KeepWaiting asked;
+    if (keep_waiting) {
+        asked = [&] {
+            outcome.stopped = !keep_waiting();
+            return !outcome.stopped;
+        };
+    }
     const int start = solver_seams.hundredths();
-    outcome.status = solver.empty() ? -1 : solver_seams.start(solver, work_dir());
+    if (!solver.empty()) {
+        remove_results();
+        outcome.status = solver_seams.start(solver, work_dir(), asked);
+    }
     if (outcome.status < 0) {
         show_message("Could not create process");
         return -1;
     }
     outcome.seconds = (solver_seams.hundredths() - start) * 0.01;
+    if (outcome.stopped) {
+        remove_results();
+    }
     return 0;
+}
+
+std::string solver_complaint() {
+    const auto text = read_file(work_file(complaint_file));
+    clear_file_error();
+    if (!text) {
+        return {};
+    }
+    const std::string line = text->substr(0, text->find_first_of("\r\n"));
+    return line.size() <= longest_complaint ? line : std::string();
 }
 
 void show_solver_time(const SolverOutcome& outcome) {

@@ -1,7 +1,7 @@
 // The solver: found, started on the model, waited for, and its result files read or kept.
 #pragma once
 
-#include "base/files.h"
+#include "analysis/process.h"
 
 namespace kigumi {
 
@@ -9,12 +9,13 @@ namespace kigumi {
 struct SolverOutcome {
     double seconds = 0.0; // by the time of day; negative when the run passed midnight
     int status = -1;      // exit status of the solver, -1 when it did not start
+    bool stopped = false; // ended by the user; there are no results then
 };
 
 // What a run needs of the outside; tests put their own in place.
 struct SolverSeams {
-    int (*start)(const fs::path& program, const fs::path& folder); // as run_program
-    int (*hundredths)();                                           // as hundredths_of_day
+    int (*start)(const fs::path& program, const fs::path& folder, const KeepWaiting& keep_waiting);
+    int (*hundredths)(); // as hundredths_of_day
 };
 
 extern SolverSeams solver_seams;
@@ -26,18 +27,32 @@ int hundredths_of_day();
 // bundled frameslv beside this program. An empty path when there is neither.
 fs::path find_solver();
 
-// Writes FRAMESLV.IN into the working directory, starts the solver there and waits for it without
-// limit. Reads the whole model. 0, or -1 after a message: that of save_honegumi when the input
-// could not be written (the solver would work on an old one), "Could not create process" when there
-// is no solver or it does not start. The exit status decides nothing here.
-int run_solver(SolverOutcome& outcome);
+// True for the user's own solver, the one in the working directory.
+bool is_own_solver(const fs::path& solver);
+
+// True when the model can be analysed and its results shown: members, at least one support and one
+// load, and no more nodes and members than the result tables hold. Else a message tells what is
+// missing.
+bool can_analyse();
+
+// Writes FRAMESLV.IN into the working directory, removes what an earlier run left there, starts the
+// solver and waits for it, without limit or as long as `keep_waiting` says. Reads the whole model.
+// 0 (a run that was stopped leaves no result files), or -1 after a message: that of save_honegumi
+// when the input could not be written (the solver would work on an old one), "Could not create
+// process" when there is no solver or it does not start. The exit status decides nothing here.
+int run_solver(SolverOutcome& outcome, const KeepWaiting& keep_waiting = {});
+
+// What the solver of the last run said of its failure (first line of frameslv.err, UTF-8); empty
+// when it said nothing.
+std::string solver_complaint();
 
 // Shows "解析計算を終了しまし %7.2f sec".
 void show_solver_time(const SolverOutcome& outcome);
 
 // Reads frameslv.zlv, frameslv.lst and frameslv.dsp of the working directory into `result` and the
-// level tables of `model`; the selection (kensaku) is emptied. 0, or -1 after a message; all tables
-// are then as before.
+// level tables of `model`; the selection (kensaku) is emptied. 0, or -1 after a message, with the
+// solver's complaint as its reason (file_error) where a file is missing; all tables are then as
+// before.
 int FrameSlv();
 
 // Copies frameslv.lst and, directly behind it, frameslv.dsp of the working directory into one file

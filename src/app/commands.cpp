@@ -55,11 +55,6 @@ int write_dxf(const fs::path& path, int colour) {
 
 // Analyses the model in the working directory and reads the results.
 int solve_model(double& seconds) {
-    // A result of an earlier run must not be taken for this one's.
-    for (const char* name : {"frameslv.zlv", "frameslv.lst", "frameslv.dsp"}) {
-        std::error_code ignored;
-        fs::remove(work_file(name), ignored);
-    }
     std::fflush(stdout);
     SolverOutcome outcome;
     Stopwatch watch;

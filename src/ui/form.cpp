@@ -2,10 +2,13 @@
 
 #include "ui/dialogs.h"
 
+#include <QDialog>
 #include <QFocusEvent>
+#include <QFormLayout>
 #include <QGroupBox>
 #include <QLabel>
 #include <QPainter>
+#include <QPushButton>
 #include <QRadioButton>
 #include <QTimer>
 
@@ -71,6 +74,40 @@ bool read_box(QLineEdit* box, float& value) {
 
 bool read_box(QLineEdit* box, int& value) {
     return read_box(box, label_of(box), value);
+}
+
+NumberEdit* add_number_box(QFormLayout* rows, const char* name, const QString& caption,
+                           float value) {
+    auto* box = new NumberEdit;
+    box->setObjectName(name);
+    box->setText(number_text(value));
+    rows->addRow(caption, box);
+    return box;
+}
+
+QLineEdit* add_shown_box(QFormLayout* rows, const char* name, const QString& caption) {
+    auto* box = new NumberEdit;
+    box->setObjectName(name);
+    box->setReadOnly(true);
+    box->setFocusPolicy(Qt::ClickFocus);
+    rows->addRow(caption, box);
+    return box;
+}
+
+void add_buttons(QFormLayout* rows, QDialog& form, const QString& ok_caption) {
+    auto* ok = new QPushButton(ok_caption);
+    ok->setObjectName("OKButton");
+    ok->setDefault(true);
+    auto* cancel = new QPushButton("Cancel");
+    cancel->setObjectName("CancelButton");
+    cancel->setAutoDefault(false);
+    auto* row = new QHBoxLayout;
+    row->addStretch(1);
+    row->addWidget(ok);
+    row->addWidget(cancel);
+    rows->addRow(row);
+    QObject::connect(ok, &QPushButton::clicked, &form, &QDialog::accept);
+    QObject::connect(cancel, &QPushButton::clicked, &form, &QDialog::reject);
 }
 
 int chosen_item(const QGroupBox* group) {

@@ -6,6 +6,8 @@
 
 #include <functional>
 
+class QDialog;
+class QFormLayout;
 class QGroupBox;
 
 namespace kigumi {
@@ -44,6 +46,15 @@ QString number_text(float value);
 // read_box with the box's own label.
 bool read_box(QLineEdit* box, float& value);
 bool read_box(QLineEdit* box, int& value);
+
+// A row of a form: its caption and a number box of this object name that starts with `value`.
+NumberEdit* add_number_box(QFormLayout* rows, const char* name, const QString& caption,
+                           float value);
+// The same for a number or text that is only shown; it is never in the way of the keyboard.
+QLineEdit* add_shown_box(QFormLayout* rows, const char* name, const QString& caption);
+// The last row of a form: OK, which is the default button and accepts `form`, and Cancel. Their
+// object names are OKButton and CancelButton.
+void add_buttons(QFormLayout* rows, QDialog& form, const QString& ok_caption);
 
 // Selected item of a radio group, counted from 0; -1 when none is.
 int chosen_item(const QGroupBox* group);

@@ -43,6 +43,10 @@ class PictureWidget : public QWidget {
   signals:
     // A single click of the left button: where it was pressed, pixels.
     void picked(QPoint at);
+    // The pointer was moved here, pixels, without dragging the picture.
+    void hovered(QPoint at);
+    // The pointer has left the widget.
+    void left();
 
   protected:
     void paintEvent(QPaintEvent* event) override;
@@ -50,6 +54,7 @@ class PictureWidget : public QWidget {
     void mousePressEvent(QMouseEvent* event) override;
     void mouseMoveEvent(QMouseEvent* event) override;
     void mouseReleaseEvent(QMouseEvent* event) override;
+    void leaveEvent(QEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
 
   private:

@@ -69,7 +69,7 @@ TEST_F(SolverRunTest, WritesTheInputAndTimesTheRun) {
     static int calls;
     calls = 0;
     solver_seams.hundredths = [] { return calls++ == 0 ? 8639990 : 150; };
-    solver_seams.start = [](const fs::path& path, const fs::path& folder) {
+    solver_seams.start = [](const fs::path& path, const fs::path& folder, const KeepWaiting&) {
         EXPECT_EQ(path, work_file("FRAMESLV.EXE"));
         EXPECT_EQ(folder, work_dir());
         EXPECT_TRUE(fs::exists(work_file("FRAMESLV.IN")));
@@ -85,7 +85,7 @@ TEST_F(SolverRunTest, WritesTheInputAndTimesTheRun) {
 
 TEST_F(SolverRunTest, DoesNotRunOnAnInputThatCouldNotBeWritten) {
     fs::create_directory(work_file("FRAMESLV.IN"));
-    solver_seams.start = [](const fs::path&, const fs::path&) {
+    solver_seams.start = [](const fs::path&, const fs::path&, const KeepWaiting&) {
         ADD_FAILURE() << "started";
         return 0;
     };

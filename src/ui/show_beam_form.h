@@ -1,0 +1,12 @@
+// The member detail dialog (部材詳細).
+#pragma once
+
+#include <QDialog>
+
+// Shows the member at a position of the member table.
+class TShowBeamForm : public QDialog {
+    Q_OBJECT
+
+  public:
+    TShowBeamForm(int member, QWidget* parent);
+};

@@ -1,0 +1,127 @@
+// 部材データ: the lists, and the dialogs that change a section or a material.
+#include "analysis/solver_input.h"
+#include "model/lookup.h"
+#include "player.h"
+#include "ui/record_grid.h"
+#include "ui/section_forms.h"
+#include "ui/sel_beam_form.h"
+
+#include <QElapsedTimer>
+
+namespace kigumi::test {
+
+namespace {
+
+class MemberData : public UiTest {
+  protected:
+    void SetUp() override {
+        UiTest::SetUp();
+        append_beam({0.0f, 0.0f, 0.0f}, {0.0f, 0.0f, 300.0f}, 10.0f, 20.0f, kind_post, 2);
+        append_beam({0.0f, 0.0f, 300.0f}, {0.0f, 100.0f, 300.0f}, 12.0f, 12.0f, kind_frame, 2);
+        append_beam({0.0f, 100.0f, 0.0f}, {0.0f, 100.0f, 300.0f}, 10.0f, 20.0f, kind_post, 2);
+        ASSERT_EQ(rebuild_tables(), 0);
+    }
+    static std::string cell(const QWidget& window, const char* grid, int row, int column) {
+        return control<RecordGrid>(window, grid)->item(row, column)->text().toStdString();
+    }
+    static std::string solver_input() {
+        EXPECT_EQ(save_honegumi(work_file("member.bon")), 0);
+        return *read_file(work_file("member.bon"));
+    }
+};
+
+TEST_F(MemberData, ListsAndChangesWhatTheSolverGets) {
+    TSelBeamForm window(nullptr);
+    EXPECT_EQ(text_in(window, "ZenBeamEdit"), "3");
+    EXPECT_EQ(text_in(window, "SizeEdit"), "2");
+    EXPECT_EQ(cell(window, "ZenStringGrid", 2, 0), "     3");
+    EXPECT_EQ(cell(window, "ZenStringGrid", 2, 3), "     1");
+    EXPECT_EQ(cell(window, "SizeStringGrid", 0, 4), " 6.667e+03"); // 10·20³/12
+    EXPECT_EQ(cell(window, "SizeStringGrid", 0, 6), " 4.580e+03"); // 0.229·20·10³
+    const std::string before = solver_input();
+
+    control<RecordGrid>(window, "SizeStringGrid")->choose(1);
+    answer_next([](QDialog& form) {
+        EXPECT_EQ(text_in(form, "SizeBangouEdit"), "2");
+        type(form, "AtumiEdit", "24");
+        type(form, "ColdEdit", "15");
+        press(form, "OKButton");
+    });
+    press(window, "HabahenSpeedButton");
+    EXPECT_EQ(cell(window, "SizeStringGrid", 1, 2), "    24.0");
+    EXPECT_EQ(cell(window, "SizeStringGrid", 1, 6), " 9.497e+03"); // 0.229·24·12³
+    EXPECT_EQ(cell(window, "SizeStringGrid", 1, 7), "    15.0");
+    EXPECT_FLOAT_EQ(model.beam[1].atumi, 12.0f) << "the member keeps its own";
+    EXPECT_TRUE(window.changed());
+
+    answer_next([](QDialog& form) {
+        type(form, "YoungEdit", "70000");
+        press(form, "OKButton");
+    });
+    press(window, "MathenSpeedButton");
+    EXPECT_EQ(cell(window, "MatStringGrid", 0, 1), " 7.000e+04");
+    EXPECT_NE(solver_input(), before);
+    EXPECT_NE(solver_input().find("    1 7.000e+04"), std::string::npos);
+}
+
+TEST_F(MemberData, SectionDialogRefusesAndKnowsWhenNothingChanged) {
+    THenSizeForm form(0, nullptr);
+    const float area = model.size.A[0];
+    const std::pair<const char*, const char*> refused[] = {
+        {"HabaEdit", "巾の値に誤りがあります"}, {"AtumiEdit", "厚みの値に誤りがあります"}};
+    for (const auto& [box, message] : refused) {
+        for (const char* typed : {"0", "-1", "1e20"}) {
+            const std::string kept = text_in(form, box);
+            type(form, box, typed);
+            press(form, "OKButton");
+            expect_message(message);
+            type(form, box, kept.c_str());
+        }
+    }
+    type(form, "ColdEdit", "あ");
+    press(form, "OKButton");
+    expect_message("Cold Angle: 「あ」は数値ではありません");
+    type(form, "ColdEdit", "0.0");
+    press(form, "OKButton");
+    EXPECT_EQ(form.result(), QDialog::Accepted);
+    EXPECT_EQ(form.change(), Change::none);
+    EXPECT_FLOAT_EQ(model.size.A[0], area);
+}
+
+TEST_F(MemberData, MaterialDialogNamesTheFirstWrongValue) {
+    THenMatForm form(1, nullptr);
+    type(form, "YoungEdit", "0");
+    type(form, "PoisonEdit", "-0.1");
+    type(form, "MitudoEdit", "0");
+    press(form, "OKButton");
+    expect_message("ヤング率の値に誤りがあります");
+    type(form, "YoungEdit", "1");
+    press(form, "OKButton");
+    expect_message("ポワソン比の値に誤りがあります");
+    type(form, "PoisonEdit", "0.4");
+    press(form, "OKButton");
+    expect_message("質量密度の値に誤りがあります");
+    EXPECT_FLOAT_EQ(model.mat.E[1], model.default_E) << "nothing was stored";
+    form.reject();
+    EXPECT_EQ(form.change(), Change::refused);
+}
+
+TEST_F(MemberData, TenThousandMembersOpenAtOnce) {
+    while (model.N_Beam < beam_capacity) {
+        model.beam[model.N_Beam] = model.beam[0];
+        model.beam[model.N_Beam].no = model.N_Beam + 1;
+        ++model.N_Beam;
+    }
+    QElapsedTimer watch;
+    watch.start();
+    TSelBeamForm window(nullptr);
+    window.show();
+    QApplication::processEvents();
+    EXPECT_EQ(cell(window, "ZenStringGrid", beam_capacity - 1, 0), " 10000");
+    RecordProperty("milliseconds", static_cast<int>(watch.elapsed()));
+    EXPECT_LT(watch.elapsed(), 3000);
+}
+
+} // namespace
+
+} // namespace kigumi::test
