@@ -21,6 +21,7 @@
 #include "ui/marukaku_form.h"
 #include "ui/ouryoku_ichiran_form.h"
 #include "ui/painter_canvas.h"
+#include "ui/perspective_progress.h"
 #include "ui/picture_file.h"
 #include "ui/print_pages.h"
 #include "ui/view_form.h"
@@ -294,6 +295,7 @@ void TFrameSlvForm::show_selection() {
         const View eye = view;
         build_solids(false);
         view = eye;
+        prepare_solids(this);
     }
     show_state();
 }
@@ -382,11 +384,25 @@ int TFrameSlvForm::build_solids(bool all_members) {
     return 0;
 }
 
-void TFrameSlvForm::show_solids() {
+int TFrameSlvForm::prepare_solids(QWidget* parent) {
+    const int status = prepare_perspective_shown(parent);
+    if (status == perspective_stopped) {
+        status_->setText("隠れ線の処理を中止したので、隠れた線も描いています");
+    } else if (status == perspective_ready) {
+        status_->setText(solids.n_trio == 0 ? "選択した部材がないので、角丸表示は空です"
+                                            : "角丸表示　引張は丸、圧縮は角");
+    }
+    picture().update();
+    return status < 0 ? -1 : 0;
+}
+
+int TFrameSlvForm::show_solids() {
+    if (prepare_solids(this) < 0) {
+        return -1;
+    }
     picture().fit();
     set_mode(mode_solids);
-    status_->setText(solids.n_trio == 0 ? "選択した部材がないので、角丸表示は空です"
-                                        : "角丸表示　引張は丸、圧縮は角");
+    return 0;
 }
 
 void TFrameSlvForm::ask_marukaku() {
@@ -394,7 +410,9 @@ void TFrameSlvForm::ask_marukaku() {
     if (question.exec() != QDialog::Accepted || build_solids(question.all_members()) < 0) {
         return;
     }
-    show_solids();
+    if (show_solids() < 0) {
+        return;
+    }
     if (marukaku_ == nullptr) {
         marukaku_ = new TMarukakuForm(this);
         connect(marukaku_, &TMarukakuForm::colours_wanted, this, [this] { set_mode(mode_sign); });
@@ -413,10 +431,13 @@ void TFrameSlvForm::show_viewpoint() {
     if (!bars_built_ && build_solids(result.Nken_Stress == 0) < 0) {
         return;
     }
-    show_solids();
+    if (show_solids() < 0) {
+        return;
+    }
     TViewForm viewpoint(this);
+    connect(&viewpoint, &TViewForm::stored, this, [&] { prepare_solids(&viewpoint); });
     viewpoint.exec();
-    picture().update();
+    prepare_solids(this);
 }
 
 void TFrameSlvForm::save_list() {
