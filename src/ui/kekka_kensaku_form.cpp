@@ -63,6 +63,14 @@ TKekkaKensakuForm::TKekkaKensakuForm(QWidget* parent) : QDialog(parent) {
     count();
 }
 
+void TKekkaKensakuForm::showEvent(QShowEvent* event) {
+    QDialog::showEvent(event);
+    if (!placed_) {
+        placed_ = true;
+        place_in_corner(*this);
+    }
+}
+
 void TKekkaKensakuForm::add_force(QVBoxLayout* column) {
     auto* group = new QGroupBox("軸力");
     auto* grid = new QGridLayout(group);

@@ -32,6 +32,9 @@ class TKekkaKensakuForm : public QDialog {
     // This window has changed the selection of results.
     void selection_changed();
 
+  protected:
+    void showEvent(QShowEvent* event) override;
+
   private:
     void add_force(QVBoxLayout* column);
     void add_member(QVBoxLayout* column);
@@ -51,4 +54,5 @@ class TKekkaKensakuForm : public QDialog {
     QLabel* count_ = nullptr;
     std::vector<QPushButton*> searches_;
     std::vector<int> found_;
+    bool placed_ = false; // where it opens; from then on it stays where it was put
 };

@@ -36,7 +36,7 @@ class ResultLists : public UiTest {
         UiTest::TearDown();
     }
     static QTableView& grid(const QWidget& window) {
-        return *control<QTableView>(window, "KekkaGrid");
+        return *window.findChild<QTableView*>();
     }
     static std::string cell(const QWidget& window, int row, int column) {
         const auto* model = grid(window).model();
