@@ -119,6 +119,27 @@ UnsavedAnswer ask_unsaved(QWidget* parent, const QString& text, const QString& s
                                                                         : UnsavedAnswer::cancel;
 }
 
+YesNo ask_yes_no(QWidget* parent, const QString& text, const QString& details) {
+    QMessageBox box(parent);
+    box.setWindowTitle("kigumi");
+    box.setIcon(QMessageBox::Question);
+    box.setText(text);
+    box.setInformativeText(details);
+    QPushButton* yes = box.addButton("はい(&Y)", QMessageBox::YesRole);
+    QPushButton* no = box.addButton("いいえ(&N)", QMessageBox::NoRole);
+    box.setDefaultButton(yes);
+    box.setEscapeButton(no);
+    if (!details.isEmpty()) {
+        QPushButton* cancel = box.addButton("キャンセル(&C)", QMessageBox::RejectRole);
+        box.setDefaultButton(cancel);
+        box.setEscapeButton(cancel);
+    }
+    box.exec();
+    return box.clickedButton() == yes  ? YesNo::yes
+           : box.clickedButton() == no ? YesNo::no
+                                       : YesNo::cancel;
+}
+
 bool read_box(QLineEdit* box, const QString& label, float& value) {
     return read_any(box, label, value);
 }

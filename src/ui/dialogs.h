@@ -28,6 +28,13 @@ enum class UnsavedAnswer { save, discard, cancel };
 UnsavedAnswer ask_unsaved(QWidget* parent, const QString& text, const QString& save,
                           const QString& discard, const QString& cancel);
 
+// The answer to a question with はい and いいえ.
+enum class YesNo { yes, no, cancel };
+
+// Asks with a box of the given text. Where `details`, small print below it, says what would be
+// lost, there is a third button キャンセル; else Esc is いいえ.
+YesNo ask_yes_no(QWidget* parent, const QString& text, const QString& details = {});
+
 // Reads the number in a box (full-width digits are taken too). When there is none: one message
 // naming the box's label and what was typed, the text is selected, and false.
 bool read_box(QLineEdit* box, const QString& label, float& value);

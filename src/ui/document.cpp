@@ -12,11 +12,13 @@ Document document;
 void Document::set_generated() {
     file.clear();
     changed = true;
+    roles_changed = false;
 }
 
 void Document::set_read(const fs::path& path) {
     file = path;
     changed = false;
+    roles_changed = false;
 }
 
 void Document::set_saved(const fs::path& path) {
@@ -26,7 +28,7 @@ void Document::set_saved(const fs::path& path) {
 
 void Document::set_empty() {
     file.clear();
-    changed = false;
+    changed = roles_changed = false;
     shift = Shift{};
 }
 

@@ -28,6 +28,7 @@
 #include <QLabel>
 #include <QStatusBar>
 
+#include <algorithm>
 #include <numeric>
 
 using namespace kigumi;
@@ -50,6 +51,18 @@ QLabel* add_status(QStatusBar* bar, const char* name, bool facts) {
         bar->addWidget(label, 1);
     }
     return label;
+}
+
+// Puts a list into the lower right corner of the window, at most half as high as it is, so that the
+// picture stays in sight.
+void place_beside(QWidget& list, const QWidget& window) {
+    constexpr int margin = 12;
+    const bool sized = list.testAttribute(Qt::WA_Resized);
+    const QSize wanted = sized ? list.size() : list.sizeHint();
+    list.resize(wanted.width(), std::max(list.minimumSizeHint().height(),
+                                         std::min(wanted.height(), window.height() / 2)));
+    const QPoint corner = window.mapToGlobal(QPoint(window.width(), window.height()));
+    list.move(corner - QPoint(list.width() + margin, list.height() + 3 * margin));
 }
 
 } // namespace
@@ -83,12 +96,19 @@ void TFrameSlvForm::read_results() {
     std::vector<std::string> messages;
     MessageSink sink =
         set_message_sink([&messages](std::string_view text) { messages.emplace_back(text); });
+    clear_file_error(); // of earlier work, which would stand as this failure's reason
     {
         const BusyCursor busy;
         valid_ = FrameSlv() == 0;
     }
     set_message_sink(std::move(sink));
-    const std::string reason = valid_ ? "" : file_error();
+    QStringList told;
+    for (const std::string& message : messages) {
+        told << qt_text(message);
+    }
+    if (!file_error().empty()) {
+        told << qt_text(file_error());
+    }
     for (const std::string& message : messages) {
         show_message(message);
     }
@@ -97,8 +117,7 @@ void TFrameSlvForm::read_results() {
     }
     if (!valid_) {
         clear_selection();
-        messages.push_back(reason);
-        status_->setText(qt_text(messages.front() + (reason.empty() ? "" : "（" + reason + "）")));
+        status_->setText(told.join("　"));
         return;
     }
     read_roles();
@@ -120,6 +139,7 @@ void TFrameSlvForm::read_roles() {
     own_roles_ = model.N_Fix == 0 && model.N_Load == 0;
     if (own_roles_) {
         load_solver_roles();
+        clear_file_error(); // without the solver's input there are no such labels, and no failure
     }
 }
 
@@ -249,6 +269,7 @@ template <class Form> void TFrameSlvForm::open_list() {
     if (form == nullptr) {
         const BusyCursor busy;
         form = new Form(this);
+        place_beside(*form, *this);
         connect(form, &Form::selection_changed, this, [this, form] { spread_selection(form); });
         lists_.push_back({form, [form] { form->show_selection(); }});
     }

@@ -7,6 +7,7 @@
 #include "files/tegaki.h"
 #include "geometry/solid.h"
 #include "model/lookup.h"
+#include "model/roles.h"
 #include "trace/spy.h"
 #include "ui/analysis_run.h"
 #include "ui/dialogs.h"
@@ -16,6 +17,7 @@
 #include "ui/jiku_form.h"
 #include "ui/kihon_unit_form.h"
 #include "ui/sel_beam_form.h"
+#include "ui/sel_node_form.h"
 
 #include <QCloseEvent>
 #include <QGuiApplication>
@@ -42,7 +44,7 @@ void start_program() {
 
 } // namespace
 
-TMainForm::TMainForm() : PictureWindow(nullptr) {
+TMainForm::TMainForm() : PictureWindow(nullptr), picking_(new NodePicking(this, &picture())) {
     setObjectName("MainForm");
     start_program();
     add_file_menu();
@@ -93,24 +95,18 @@ void TMainForm::add_file_menu() {
 void TMainForm::add_data_menu() {
     QMenu* menu = add_menu("SetutenShiteiMenu", "データ指定(&D)");
     opened_by_.emplace_back(menu->menuAction(), &CommandFlags::SetutenShiteiMenu);
-    struct Item {
-        const char* name;
-        const char* caption;
-        const char* words;
-    };
-    constexpr Item items[] = {
-        {"KousokuSetutenMenu", "拘束節点指定(&K)", "拘束節点指定"},
-        {"KajyuSetutenMenu", "荷重節点指定(&L)", "荷重節点指定"},
-        {"SetutenDataMenu", "節点データ入力(&N)", "節点データ入力"},
-    };
-    for (const Item& item : items) {
-        QAction* action = add_item(menu, item.name, item.caption,
-                                   [this, words = item.words] { not_in_this_version(words); });
-        opened_by_.emplace_back(action, &CommandFlags::SetutenShiteiMenu);
-    }
-    opened_by_.emplace_back(
+    QAction* const items[] = {
+        add_item(menu, "KousokuSetutenMenu", "拘束節点指定(&K)",
+                 [this] { picking_->start(PickMode::restrain); }),
+        add_item(menu, "KajyuSetutenMenu", "荷重節点指定(&L)",
+                 [this] { picking_->start(PickMode::load); }),
+        add_item(menu, "SetutenDataMenu", "節点データ入力(&N)",
+                 [this] { support_and_load_data(); }),
         add_item(menu, "BeamParamMenu", "部材データ(&B)", [this] { member_data(); }),
-        &CommandFlags::SetutenShiteiMenu);
+    };
+    for (QAction* item : items) {
+        opened_by_.emplace_back(item, &CommandFlags::SetutenShiteiMenu);
+    }
 }
 
 QAction* TMainForm::add_toggle(QMenu* menu, const char* name, const QString& caption, bool& flag) {
@@ -194,6 +190,8 @@ void TMainForm::check_model() {
         if (rebuild_tables() < 0) {
             return;
         }
+        // What the drawing editor kept in the flags is no role.
+        clear_roles();
     }
     picture().fit();
     set_stage(Stage::made);
@@ -203,6 +201,7 @@ void TMainForm::new_model() {
     if (!may_leave()) {
         return;
     }
+    picking_->stop();
     reset_model();
     reset_solids();
     clear_points();
@@ -247,19 +246,46 @@ void TMainForm::read_axis_data() {
     check_model();
 }
 
-void TMainForm::save_solver_input() {
-    const fs::path path =
-        ask_save_file(this, "FrameSlv入力データ", "FrameSlv入力データ(*.bon)|*.bon", "bon");
-    if (!path.empty() && save_honegumi(path) < 0) {
-        show_message("｢FrameSlvデータ保存に失敗しました");
+void TMainForm::support_and_load_data() {
+    picking_->stop();
+    if (model.fix_load_edited == 0 && make_fix_and_load() < 0) {
+        return;
     }
+    TSelNodeForm window(this);
+    connect(&window, &TSelNodeForm::changed, &picture(), qOverload<>(&QWidget::update));
+    window.exec();
+    if (model.N_Fix >= 1 && model.N_Load >= 1) {
+        model.fix_load_edited = 1;
+        state_.stage = Stage::loaded;
+    }
+    set_stage(state_.stage);
 }
 
-void TMainForm::save_textbook_input() {
-    const fs::path path = ask_save_file(this, "骨組入力データ", "骨グラ保存(*.ydu)|*.ydu", "ydu");
-    if (!path.empty() && save_honegra(path) < 0) {
-        show_message("｢フレームラボ」データ保存に失敗しました");
+bool TMainForm::save_solver_input() {
+    const fs::path path =
+        ask_save_file(this, "FrameSlv入力データ", "FrameSlv入力データ(*.bon)|*.bon", "bon");
+    if (path.empty()) {
+        return false;
     }
+    if (save_honegumi(path) < 0) {
+        show_message("｢FrameSlvデータ保存に失敗しました");
+        return false;
+    }
+    document.roles_changed = false;
+    return true;
+}
+
+bool TMainForm::save_textbook_input() {
+    const fs::path path = ask_save_file(this, "骨組入力データ", "骨グラ保存(*.ydu)|*.ydu", "ydu");
+    if (path.empty()) {
+        return false;
+    }
+    if (save_honegra(path) < 0) {
+        show_message("｢フレームラボ」データ保存に失敗しました");
+        return false;
+    }
+    document.roles_changed = false;
+    return true;
 }
 
 void TMainForm::save_result_files() {
@@ -297,6 +323,10 @@ bool TMainForm::save_axis_data() {
 }
 
 bool TMainForm::may_leave() {
+    return may_leave_frame() && may_leave_roles();
+}
+
+bool TMainForm::may_leave_frame() {
     if (!document.changed || model.N_Beam == 0) {
         return true;
     }
@@ -312,11 +342,32 @@ bool TMainForm::may_leave() {
     return false;
 }
 
+bool TMainForm::may_leave_roles() {
+    if (!document.roles_changed || !any_role()) {
+        return true;
+    }
+    const bool writable = state_.stage == Stage::loaded;
+    const QString text = writable ? "保存していない支点と荷重があります。"
+                                    "FrameSlv入力データとして保存しますか?"
+                                  : "指定した固定節点と荷重節点は失われます。よろしいですか?";
+    switch (ask_unsaved(this, text, writable ? "保存する(&S)" : "",
+                        writable ? "保存しない(&D)" : "失われてもよい(&D)", "キャンセル(&C)")) {
+    case UnsavedAnswer::save:
+        return save_solver_input();
+    case UnsavedAnswer::discard:
+        return true;
+    case UnsavedAnswer::cancel:
+        break;
+    }
+    return false;
+}
+
 void TMainForm::closeEvent(QCloseEvent* event) {
     if (!may_leave()) {
         event->ignore();
         return;
     }
+    picking_->stop();
     spy_close();
     PictureWindow::closeEvent(event);
 }

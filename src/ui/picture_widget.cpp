@@ -52,6 +52,7 @@ PictureWidget::PictureWidget(QWidget* parent) : QWidget(parent) {
     setObjectName("Picture");
     setFocusPolicy(Qt::StrongFocus);
     setAttribute(Qt::WA_OpaquePaintEvent);
+    setMouseTracking(true);
     setMinimumSize(200, 150);
 }
 
@@ -168,8 +169,12 @@ void PictureWidget::mousePressEvent(QMouseEvent* event) {
 }
 
 void PictureWidget::mouseMoveEvent(QMouseEvent* event) {
+    if (!dragging_) {
+        emit hovered(event->pos());
+        return;
+    }
     const Viewport& crt = area_.crt;
-    if (!dragging_ || crt.right == crt.left || crt.bottom == crt.top) {
+    if (crt.right == crt.left || crt.bottom == crt.top) {
         return;
     }
     const QPoint by = event->pos() - drag_at_;
@@ -190,6 +195,11 @@ void PictureWidget::mouseReleaseEvent(QMouseEvent* event) {
     if (single) {
         emit picked(press_at_, press_keys_);
     }
+}
+
+void PictureWidget::leaveEvent(QEvent* event) {
+    QWidget::leaveEvent(event);
+    emit left();
 }
 
 void PictureWidget::keyPressEvent(QKeyEvent* event) {

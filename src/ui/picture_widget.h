@@ -48,6 +48,10 @@ class PictureWidget : public QWidget {
   signals:
     // A single click of the left button: where it was pressed, pixels, and the keys held then.
     void picked(QPoint at, Qt::KeyboardModifiers keys);
+    // The pointer was moved here, pixels, without dragging the picture.
+    void hovered(QPoint at);
+    // The pointer has left the widget.
+    void left();
 
   protected:
     void paintEvent(QPaintEvent* event) override;
@@ -55,6 +59,7 @@ class PictureWidget : public QWidget {
     void mousePressEvent(QMouseEvent* event) override;
     void mouseMoveEvent(QMouseEvent* event) override;
     void mouseReleaseEvent(QMouseEvent* event) override;
+    void leaveEvent(QEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
 
   private:
