@@ -10,10 +10,8 @@
 #include <QPainter>
 #include <QPushButton>
 #include <QRadioButton>
-#include <QScreen>
 #include <QTimer>
 
-#include <algorithm>
 #include <charconv>
 
 namespace kigumi {
@@ -132,19 +130,6 @@ void choose_item(QGroupBox* group, int item) {
     for (QRadioButton* button : items) {
         button->setAutoExclusive(true);
     }
-}
-
-void place_in_corner(QWidget& window) {
-    if (window.parentWidget() == nullptr) {
-        return;
-    }
-    constexpr int margin = 16;
-    const QWidget* behind = window.parentWidget()->window();
-    const QRect shown = behind->frameGeometry().intersected(behind->screen()->availableGeometry());
-    const QRect room = shown.isEmpty() ? behind->frameGeometry() : shown;
-    const QSize frame = window.frameGeometry().size();
-    window.move(std::max(room.left(), room.right() - frame.width() - margin),
-                std::max(room.top(), room.bottom() - frame.height() - margin));
 }
 
 void on_item_clicked(QGroupBox* group, const std::function<void(int item)>& clicked) {

@@ -62,10 +62,6 @@ int chosen_item(const QGroupBox* group);
 // Selects an item without its click; none for -1.
 void choose_item(QGroupBox* group, int item);
 
-// Moves a window into the lower right corner of its parent's window, so that the picture there
-// stays in sight. Called when it is shown; nothing without a parent.
-void place_in_corner(QWidget& window);
-
 // Calls `clicked` with the item whenever the user clicks one, the selected one too.
 void on_item_clicked(QGroupBox* group, const std::function<void(int item)>& clicked);
 

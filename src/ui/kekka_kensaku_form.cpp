@@ -54,21 +54,13 @@ TKekkaKensakuForm::TKekkaKensakuForm(QWidget* parent) : QDialog(parent) {
     auto* column = new QVBoxLayout(this);
     add_force(column);
     add_member(column);
-    levels_ = new LevelRanges;
+    levels_ = new LevelGroup;
     levels_->setTitle("座標の範囲 (cm)　両端がこの中にある部材");
-    connect(levels_, &LevelRanges::changed, this, [this] { count(); });
+    connect(levels_, &LevelGroup::changed, this, [this] { count(); });
     column->addWidget(levels_);
     column->addStretch(1);
     add_buttons(column);
     count();
-}
-
-void TKekkaKensakuForm::showEvent(QShowEvent* event) {
-    QDialog::showEvent(event);
-    if (!placed_) {
-        placed_ = true;
-        place_in_corner(*this);
-    }
 }
 
 void TKekkaKensakuForm::add_force(QVBoxLayout* column) {

@@ -13,7 +13,7 @@ class QPushButton;
 class QVBoxLayout;
 
 namespace kigumi {
-class LevelRanges;
+class LevelGroup;
 }
 
 // Finds members by percent, sign, section, levels and number, counting as the conditions change,
@@ -32,9 +32,6 @@ class TKekkaKensakuForm : public QDialog {
     // This window has changed the selection of results.
     void selection_changed();
 
-  protected:
-    void showEvent(QShowEvent* event) override;
-
   private:
     void add_force(QVBoxLayout* column);
     void add_member(QVBoxLayout* column);
@@ -50,9 +47,8 @@ class TKekkaKensakuForm : public QDialog {
     QComboBox* section_ = nullptr;
     QLabel* section_hint_ = nullptr;
     QLineEdit *first_ = nullptr, *last_ = nullptr;
-    kigumi::LevelRanges* levels_ = nullptr;
+    kigumi::LevelGroup* levels_ = nullptr;
     QLabel* count_ = nullptr;
     std::vector<QPushButton*> searches_;
     std::vector<int> found_;
-    bool placed_ = false; // where it opens; from then on it stays where it was put
 };

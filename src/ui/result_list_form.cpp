@@ -3,7 +3,6 @@
 #include "base/message.h"
 #include "results/result_csv.h"
 #include "ui/dialogs.h"
-#include "ui/form.h"
 #include "ui/print_pages.h"
 
 #include <QComboBox>
@@ -55,14 +54,6 @@ ResultListForm::ResultListForm(const ResultTable& table, const char* grid, QWidg
     add_list(table, grid);
     add_buttons();
     list_->setFocus();
-}
-
-void ResultListForm::showEvent(QShowEvent* event) {
-    QDialog::showEvent(event);
-    if (!placed_) {
-        placed_ = true;
-        place_in_corner(*this);
-    }
 }
 
 void ResultListForm::add_filter() {

@@ -59,7 +59,6 @@ class ResultListForm : public QDialog {
     // Delete was pressed in the list.
     virtual void delete_pressed() {}
     bool eventFilter(QObject* watched, QEvent* event) override;
-    void showEvent(QShowEvent* event) override;
 
   private:
     void add_filter();
@@ -80,7 +79,6 @@ class ResultListForm : public QDialog {
     QLineEdit* filter_ = nullptr;
     QLabel* note_ = nullptr;
     bool note_printed_ = false;
-    bool placed_ = false; // where it opens; from then on it stays where it was put
     QLabel* summary_ = nullptr;
     QLabel* counts_ = nullptr;
     QComboBox* wanted_ = nullptr;

@@ -6,6 +6,8 @@
 #include <QGridLayout>
 #include <QLabel>
 
+#include <algorithm>
+
 namespace kigumi {
 
 namespace {
@@ -23,7 +25,7 @@ std::array<Axis, 3> axes() {
 
 } // namespace
 
-LevelRanges::LevelRanges(QWidget* parent) : QGroupBox("座標の範囲 (cm)", parent) {
+LevelGroup::LevelGroup(QWidget* parent) : QGroupBox("座標の範囲 (cm)", parent) {
     auto* grid = new QGridLayout(this);
     grid->setColumnStretch(1, 1);
     grid->setColumnStretch(3, 1);
@@ -48,13 +50,20 @@ LevelRanges::LevelRanges(QWidget* parent) : QGroupBox("座標の範囲 (cm)", pa
         grid->addWidget(from_[axis], row, 1);
         grid->addWidget(new QLabel("～"), row, 2);
         grid->addWidget(to_[axis], row, 3);
-        for (QComboBox* box : {from_[axis], to_[axis]}) {
-            connect(box, &QComboBox::currentIndexChanged, this, &LevelRanges::changed);
-        }
+        QComboBox* from = from_[axis];
+        QComboBox* to = to_[axis];
+        connect(from, &QComboBox::currentIndexChanged, this, [this, to](int at) {
+            to->setCurrentIndex(std::max(to->currentIndex(), at));
+            emit changed();
+        });
+        connect(to, &QComboBox::currentIndexChanged, this, [this, from](int at) {
+            from->setCurrentIndex(std::min(from->currentIndex(), at));
+            emit changed();
+        });
     }
 }
 
-std::optional<LevelRanges::Range> LevelRanges::chosen(int axis) const {
+std::optional<LevelGroup::Range> LevelGroup::chosen(int axis) const {
     const QComboBox* from = from_[static_cast<size_t>(axis)];
     const QComboBox* to = to_[static_cast<size_t>(axis)];
     if (from->currentIndex() <= 0 && to->currentIndex() == to->count() - 1) {

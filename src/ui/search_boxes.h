@@ -13,12 +13,12 @@ class QComboBox;
 namespace kigumi {
 
 // From and to for the levels of each direction (`XFromComboBox` ... `ZToComboBox`), the whole
-// extent at first.
-class LevelRanges : public QGroupBox {
+// extent at first. The one follows where the other would pass it.
+class LevelGroup : public QGroupBox {
     Q_OBJECT
 
   public:
-    explicit LevelRanges(QWidget* parent = nullptr);
+    explicit LevelGroup(QWidget* parent = nullptr);
 
     struct Range {
         float low, high; // cm
