@@ -28,7 +28,7 @@ namespace {
 
 constexpr int largest_shown = 20;         // members and nodes
 constexpr QSize picture_size(2400, 1425); // pixels; two of them fit on a page
-constexpr double legend_scale = 2.5;      // of letters made for a screen
+constexpr double legend_scale = 2.3;      // of letters made for a screen
 constexpr int leading_member_columns = 7; // number, ends, force, percent
 constexpr double cm_a_metre = 100.0;
 constexpr double cm3_a_m3 = 1e6;
