@@ -54,15 +54,17 @@ QLabel* add_status(QStatusBar* bar, const char* name, bool facts) {
 }
 
 // Puts a list into the lower right corner of the window, at most half as high as it is, so that the
-// picture stays in sight.
-void place_beside(QWidget& list, const QWidget& window) {
+// picture stays in sight; and `above` steps above other lists.
+void place_beside(QWidget& list, const QWidget& window, std::size_t above) {
     constexpr int margin = 12;
+    constexpr int step = 36;
     const bool sized = list.testAttribute(Qt::WA_Resized);
     const QSize wanted = sized ? list.size() : list.sizeHint();
     list.resize(wanted.width(), std::max(list.minimumSizeHint().height(),
                                          std::min(wanted.height(), window.height() / 2)));
     const QPoint corner = window.mapToGlobal(QPoint(window.width(), window.height()));
-    list.move(corner - QPoint(list.width() + margin, list.height() + 3 * margin));
+    const int up = list.height() + 3 * margin + step * static_cast<int>(above);
+    list.move(corner - QPoint(list.width() + margin, up));
 }
 
 } // namespace
@@ -269,7 +271,7 @@ template <class Form> void TFrameSlvForm::open_list() {
     if (form == nullptr) {
         const BusyCursor busy;
         form = new Form(this);
-        place_beside(*form, *this);
+        place_beside(*form, *this, lists_.size());
         connect(form, &Form::selection_changed, this, [this, form] { spread_selection(form); });
         lists_.push_back({form, [form] { form->show_selection(); }});
     }

@@ -25,7 +25,7 @@ std::array<Axis, 3> axes() {
 
 } // namespace
 
-LevelGroup::LevelGroup(QWidget* parent) : QGroupBox("座標の範囲 (cm)", parent) {
+LevelRangeBoxes::LevelRangeBoxes(QWidget* parent) : QGroupBox("座標の範囲 (cm)", parent) {
     auto* grid = new QGridLayout(this);
     grid->setColumnStretch(1, 1);
     grid->setColumnStretch(3, 1);
@@ -63,7 +63,7 @@ LevelGroup::LevelGroup(QWidget* parent) : QGroupBox("座標の範囲 (cm)", pare
     }
 }
 
-std::optional<LevelGroup::Range> LevelGroup::chosen(int axis) const {
+std::optional<LevelRangeBoxes::Range> LevelRangeBoxes::chosen(int axis) const {
     const QComboBox* from = from_[static_cast<size_t>(axis)];
     const QComboBox* to = to_[static_cast<size_t>(axis)];
     if (from->currentIndex() <= 0 && to->currentIndex() == to->count() - 1) {

@@ -14,11 +14,11 @@ namespace kigumi {
 
 // From and to for the levels of each direction (`XFromComboBox` ... `ZToComboBox`), the whole
 // extent at first. The one follows where the other would pass it.
-class LevelGroup : public QGroupBox {
+class LevelRangeBoxes : public QGroupBox {
     Q_OBJECT
 
   public:
-    explicit LevelGroup(QWidget* parent = nullptr);
+    explicit LevelRangeBoxes(QWidget* parent = nullptr);
 
     struct Range {
         float low, high; // cm
