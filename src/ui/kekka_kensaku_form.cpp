@@ -54,9 +54,9 @@ TKekkaKensakuForm::TKekkaKensakuForm(QWidget* parent) : QDialog(parent) {
     auto* column = new QVBoxLayout(this);
     add_force(column);
     add_member(column);
-    levels_ = new LevelRangeBoxes;
+    levels_ = new LevelRangeBox;
     levels_->setTitle("座標の範囲 (cm)　両端がこの中にある部材");
-    connect(levels_, &LevelRangeBoxes::changed, this, [this] { count(); });
+    connect(levels_, &LevelRangeBox::changed, this, [this] { count(); });
     column->addWidget(levels_);
     column->addStretch(1);
     add_buttons(column);

@@ -13,7 +13,7 @@ class QPushButton;
 class QVBoxLayout;
 
 namespace kigumi {
-class LevelRangeBoxes;
+class LevelRangeBox;
 }
 
 // Finds members by percent, sign, section, levels and number, counting as the conditions change,
@@ -47,7 +47,7 @@ class TKekkaKensakuForm : public QDialog {
     QComboBox* section_ = nullptr;
     QLabel* section_hint_ = nullptr;
     QLineEdit *first_ = nullptr, *last_ = nullptr;
-    kigumi::LevelRangeBoxes* levels_ = nullptr;
+    kigumi::LevelRangeBox* levels_ = nullptr;
     QLabel* count_ = nullptr;
     std::vector<QPushButton*> searches_;
     std::vector<int> found_;

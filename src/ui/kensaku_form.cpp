@@ -61,8 +61,8 @@ TKensakuForm::TKensakuForm(QWidget* parent) : QDialog(parent) {
     picture_ = new PictureWidget(this);
     all->addWidget(picture_, 1);
     add_kinds(column);
-    ranges_ = new LevelRangeBoxes;
-    connect(ranges_, &LevelRangeBoxes::changed, this, [this] { search(); });
+    ranges_ = new LevelRangeBox;
+    connect(ranges_, &LevelRangeBox::changed, this, [this] { search(); });
     column->addWidget(ranges_);
     add_sections(column);
     column->addStretch(1);
@@ -125,8 +125,8 @@ void TKensakuForm::search() {
             kinds.insert(kind);
         }
     }
-    const std::optional<LevelRangeBoxes::Range> range[] = {ranges_->chosen(0), ranges_->chosen(1),
-                                                           ranges_->chosen(2)};
+    const std::optional<LevelRangeBox::Range> range[] = {ranges_->chosen(0), ranges_->chosen(1),
+                                                       ranges_->chosen(2)};
     const auto within = [&](int axis, float value) {
         return !range[axis] || (range[axis]->low <= value && value <= range[axis]->high);
     };

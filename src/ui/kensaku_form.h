@@ -12,7 +12,7 @@ class QPushButton;
 class QVBoxLayout;
 
 namespace kigumi {
-class LevelRangeBoxes;
+class LevelRangeBox;
 class PictureWidget;
 } // namespace kigumi
 
@@ -35,7 +35,7 @@ class TKensakuForm : public QDialog {
     void save();
 
     std::vector<std::pair<int, QCheckBox*>> kinds_; // category and its box
-    kigumi::LevelRangeBoxes* ranges_ = nullptr;
+    kigumi::LevelRangeBox* ranges_ = nullptr;
     QComboBox* section_ = nullptr;
     QLabel* count_ = nullptr;
     QPushButton* save_ = nullptr;

@@ -123,6 +123,7 @@ QAction* TMainForm::add_toggle(QMenu* menu, const char* name, const QString& cap
 void TMainForm::member_data() {
     TSelBeamForm window(this);
     window.exec();
+    document.roles_changed = document.roles_changed || window.changed();
 }
 
 void TMainForm::add_view_menu() {
@@ -296,6 +297,7 @@ void TMainForm::save_result_files() {
 }
 
 void TMainForm::analyse() {
+    picking_->stop();
     if (run_analysis(*this)) {
         show_results();
     }

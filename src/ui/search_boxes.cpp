@@ -5,6 +5,7 @@
 #include <QComboBox>
 #include <QGridLayout>
 #include <QLabel>
+#include <QSignalBlocker>
 
 #include <algorithm>
 
@@ -25,7 +26,8 @@ std::array<Axis, 3> axes() {
 
 } // namespace
 
-LevelRangeBoxes::LevelRangeBoxes(QWidget* parent) : QGroupBox("座標の範囲 (cm)", parent) {
+LevelRangeBox::LevelRangeBox(bool numbered, QWidget* parent)
+    : QGroupBox("座標の範囲 (cm)", parent), numbered_(numbered) {
     auto* grid = new QGridLayout(this);
     grid->setColumnStretch(1, 1);
     grid->setColumnStretch(3, 1);
@@ -33,37 +35,62 @@ LevelRangeBoxes::LevelRangeBoxes(QWidget* parent) : QGroupBox("座標の範囲 (
     for (size_t axis = 0; axis < all.size(); ++axis) {
         const QString name = all[axis].name;
         const int row = static_cast<int>(axis);
-        from_[axis] = new QComboBox;
-        to_[axis] = new QComboBox;
-        from_[axis]->setObjectName(name + "FromComboBox");
-        to_[axis]->setObjectName(name + "ToComboBox");
-        from_[axis]->setAccessibleName(name + " の下限");
-        to_[axis]->setAccessibleName(name + " の上限");
-        for (int k = 0; k < all[axis].count; ++k) {
-            const float value = all[axis].levels[static_cast<size_t>(k)];
-            for (QComboBox* box : {from_[axis], to_[axis]}) {
-                box->addItem(QString::number(value, 'f', 1), value);
-            }
-        }
-        to_[axis]->setCurrentIndex(all[axis].count - 1);
-        grid->addWidget(new QLabel(name), row, 0);
-        grid->addWidget(from_[axis], row, 1);
+        auto* from = from_[axis] = new QComboBox;
+        auto* to = to_[axis] = new QComboBox;
+        from->setObjectName(name + "FromComboBox");
+        to->setObjectName(name + "ToComboBox");
+        from->setAccessibleName(name + " の下限");
+        to->setAccessibleName(name + " の上限");
+        auto* label = new QLabel("&" + name);
+        label->setBuddy(from);
+        grid->addWidget(label, row, 0);
+        grid->addWidget(from, row, 1);
         grid->addWidget(new QLabel("～"), row, 2);
-        grid->addWidget(to_[axis], row, 3);
-        QComboBox* from = from_[axis];
-        QComboBox* to = to_[axis];
+        grid->addWidget(to, row, 3);
         connect(from, &QComboBox::currentIndexChanged, this, [this, to](int at) {
+            const QSignalBlocker quiet(to);
             to->setCurrentIndex(std::max(to->currentIndex(), at));
             emit changed();
         });
         connect(to, &QComboBox::currentIndexChanged, this, [this, from](int at) {
+            const QSignalBlocker quiet(from);
             from->setCurrentIndex(std::min(from->currentIndex(), at));
             emit changed();
         });
     }
+    reset();
 }
 
-std::optional<LevelRangeBoxes::Range> LevelRangeBoxes::chosen(int axis) const {
+void LevelRangeBox::fill(QComboBox* box, int axis) {
+    const Axis levels = axes()[static_cast<size_t>(axis)];
+    const QSignalBlocker quiet(box);
+    box->clear();
+    for (int k = 0; k < levels.count; ++k) {
+        const float value = levels.levels[static_cast<size_t>(k)];
+        const QString number = numbered_ ? QString("%1: ").arg(k) : QString();
+        box->addItem(number + QString::number(value, 'f', 1), value);
+    }
+}
+
+void LevelRangeBox::reset() {
+    for (int axis = 0; axis < 3; ++axis) {
+        QComboBox* to = to_[static_cast<size_t>(axis)];
+        fill(from_[static_cast<size_t>(axis)], axis);
+        fill(to, axis);
+        const QSignalBlocker quiet(to);
+        to->setCurrentIndex(to->count() - 1);
+    }
+}
+
+LevelRanges LevelRangeBox::levels() const {
+    LevelRanges ranges{};
+    for (size_t axis = 0; axis < ranges.size(); ++axis) {
+        ranges[axis] = {from_[axis]->currentIndex(), to_[axis]->currentIndex()};
+    }
+    return ranges;
+}
+
+std::optional<LevelRangeBox::Range> LevelRangeBox::chosen(int axis) const {
     const QComboBox* from = from_[static_cast<size_t>(axis)];
     const QComboBox* to = to_[static_cast<size_t>(axis)];
     if (from->currentIndex() <= 0 && to->currentIndex() == to->count() - 1) {

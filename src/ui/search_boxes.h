@@ -1,6 +1,7 @@
 // Controls that the search windows share: ranges of levels, and the choice of a cross-section.
 #pragma once
 
+#include "model/roles.h"
 #include "model/select.h"
 
 #include <QGroupBox>
@@ -13,12 +14,18 @@ class QComboBox;
 namespace kigumi {
 
 // From and to for the levels of each direction (`XFromComboBox` ... `ZToComboBox`), the whole
-// extent at first. The one follows where the other would pass it.
-class LevelRangeBoxes : public QGroupBox {
+// extent at first; `from` never lies behind `to`.
+class LevelRangeBox : public QGroupBox {
     Q_OBJECT
 
   public:
-    explicit LevelRangeBoxes(QWidget* parent = nullptr);
+    // `numbered` puts the level's number, as in the names of nodes, before its coordinate.
+    explicit LevelRangeBox(bool numbered = false, QWidget* parent = nullptr);
+
+    // Takes the levels from the model anew and chooses the whole extent, without a signal.
+    void reset();
+    // The numbers of the chosen levels.
+    LevelRanges levels() const;
 
     struct Range {
         float low, high; // cm
@@ -30,6 +37,9 @@ class LevelRangeBoxes : public QGroupBox {
     void changed();
 
   private:
+    void fill(QComboBox* box, int axis);
+
+    bool numbered_;
     std::array<QComboBox*, 3> from_{}, to_{};
 };
 
