@@ -168,6 +168,7 @@ void CommandLine::add_draw() {
     draw_->add_option("--rho", draw_options_.rho, "視点の距離 Rho（cm）");
     draw_->add_option("--theta", draw_options_.theta, "視点の方位 Theta（度）");
     draw_->add_option("--phi", draw_options_.phi, "視点の天頂角 Phi（度）");
+    draw_->add_flag("--joints", draw_options_.joints, "透視図に部材どうしの交線も描きます");
     draw_->add_option("--scale", draw_options_.scale, "変位の倍率")
         ->check(CLI::IsMember({1, 5, 10}));
     draw_->add_option("--labels", label_list_, "文字 nodes,members,fix,load");

@@ -30,7 +30,8 @@ struct DrawOptions {
     float low = 0.0f, high = 100.0f; // band, percent
     float tau = 30.0f, fai = 30.0f;  // degrees
     double rho = 4000.0, theta = 20.0, phi = 70.0;
-    int scale = 1; // magnification of displacements
+    bool joints = false; // lines where bars meet, in perspectives
+    int scale = 1;       // magnification of displacements
     std::vector<std::string> labels;
     int width = 1280, height = 800;
     bool legend = false; // of results; a PDF file has it in any case

@@ -82,6 +82,7 @@ void set_viewpoint(const DrawOptions& options) {
     view.Rho = options.rho;
     view.Theta = options.theta;
     view.Phi = options.phi;
+    view.joints = options.joints ? 1 : 0;
 }
 
 int draw_results(const DrawOptions& options, const fs::path& path) {

@@ -15,8 +15,8 @@
 
 namespace kigumi {
 
-PictureWindow::PictureWindow(QWidget* parent)
-    : QMainWindow(parent), picture_(new PictureWidget(this)) {
+PictureWindow::PictureWindow(QWidget* parent, PictureWidget* picture)
+    : QMainWindow(parent), picture_(picture != nullptr ? picture : new PictureWidget) {
     setCentralWidget(picture_);
 }
 

@@ -15,7 +15,8 @@ class PictureWindow : public QMainWindow {
     Q_OBJECT
 
   public:
-    explicit PictureWindow(QWidget* parent = nullptr);
+    // `picture` is what the window shows pictures on; it makes a plain one where none is given.
+    explicit PictureWindow(QWidget* parent = nullptr, PictureWidget* picture = nullptr);
 
     PictureWidget& picture() { return *picture_; }
     // Shows the window, filling the screen, and returns when it is closed.
