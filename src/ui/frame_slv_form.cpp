@@ -267,12 +267,19 @@ void TFrameSlvForm::add_list_menu() {
 }
 
 template <class Form> void TFrameSlvForm::open_list() {
-    auto* form = findChild<Form*>(QString(), Qt::FindDirectChildrenOnly);
+    Form* form = nullptr;
+    for (const List& list : lists_) {
+        form = form != nullptr ? form : qobject_cast<Form*>(list.window);
+    }
     if (form == nullptr) {
         const BusyCursor busy;
         form = new Form(this);
         place_beside(*form, *this, lists_.size());
         connect(form, &Form::selection_changed, this, [this, form] { spread_selection(form); });
+        form->setAttribute(Qt::WA_DeleteOnClose);
+        connect(form, &QDialog::finished, this, [this, form] {
+            std::erase_if(lists_, [form](const List& list) { return list.window == form; });
+        });
         lists_.push_back({form, [form] { form->show_selection(); }});
     }
     form->show();
