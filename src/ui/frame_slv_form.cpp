@@ -21,6 +21,7 @@
 #include "ui/marukaku_form.h"
 #include "ui/ouryoku_ichiran_form.h"
 #include "ui/painter_canvas.h"
+#include "ui/perspective_progress.h"
 #include "ui/picture_file.h"
 #include "ui/print_pages.h"
 #include "ui/view_form.h"
@@ -36,6 +37,7 @@ using namespace kigumi;
 namespace {
 
 constexpr int pick_reach = 6; // pixels
+constexpr int edge_gap = 12;  // between the edge of the window and a small one within it, pixels
 
 // Pixels for which a picture on A4 paper on its side is drawn.
 constexpr QSize page_picture(1310, 800);
@@ -56,15 +58,14 @@ QLabel* add_status(QStatusBar* bar, const char* name, bool facts) {
 // Puts a list into the lower right corner of the window, at most half as high as it is, so that the
 // picture stays in sight; and `above` steps above other lists.
 void place_beside(QWidget& list, const QWidget& window, std::size_t above) {
-    constexpr int margin = 12;
     constexpr int step = 36;
     const bool sized = list.testAttribute(Qt::WA_Resized);
     const QSize wanted = sized ? list.size() : list.sizeHint();
     list.resize(wanted.width(), std::max(list.minimumSizeHint().height(),
                                          std::min(wanted.height(), window.height() / 2)));
     const QPoint corner = window.mapToGlobal(QPoint(window.width(), window.height()));
-    const int up = list.height() + 3 * margin + step * static_cast<int>(above);
-    list.move(corner - QPoint(list.width() + margin, up));
+    const int up = list.height() + 3 * edge_gap + step * static_cast<int>(above);
+    list.move(corner - QPoint(list.width() + edge_gap, up));
 }
 
 } // namespace
@@ -129,7 +130,6 @@ void TFrameSlvForm::read_results() {
     shown_.TAU = view.TAU;
     shown_.FAI = view.FAI;
     status_->setText("計算結果のフォルダ　" + qt_path(work_dir()));
-    picture().set_picture([this](Canvas& canvas, DrawArea& area) { draw(canvas, area); });
     picture().set_overlay([this](PainterCanvas& canvas) {
         if (legend_) {
             paint_legend(canvas, picture().width(), result_legend(shown_, scale_));
@@ -235,8 +235,8 @@ void TFrameSlvForm::add_heni_menu() {
         int scale;
     };
     for (const Item& item :
-         {Item{"Heni1Menu", "変位1倍(&1)", 1}, Item{"Heni5Menu", "変位5倍(&2)", 5},
-          Item{"Heni10Menu", "変位10倍(&3)", 10}}) {
+         {Item{"Heni1Menu", "変位1倍(&1)", 1}, Item{"Heni5Menu", "変位5倍(&5)", 5},
+          Item{"Heni10Menu", "変位10倍(&0)", 10}}) {
         const auto scale = static_cast<float>(item.scale);
         add_checked_item(
             menu, item.name, item.caption, [this, scale] { show_displaced(scale); },
@@ -295,6 +295,7 @@ void TFrameSlvForm::show_selection() {
         const View eye = view;
         build_solids(false);
         view = eye;
+        prepare_solids(this);
     }
     show_state();
 }
@@ -383,11 +384,25 @@ int TFrameSlvForm::build_solids(bool all_members) {
     return 0;
 }
 
-void TFrameSlvForm::show_solids() {
+int TFrameSlvForm::prepare_solids(QWidget* parent) {
+    const int status = prepare_perspective_shown(parent);
+    if (status == perspective_stopped) {
+        status_->setText("隠れ線の処理を中止したので、隠れた線も描いています");
+    } else if (status == perspective_ready) {
+        status_->setText(solids.n_trio == 0 ? "選択した部材がないので、角丸表示は空です"
+                                            : "角丸表示　引張は丸、圧縮は角");
+    }
+    picture().update();
+    return status < 0 ? -1 : 0;
+}
+
+int TFrameSlvForm::show_solids() {
+    if (prepare_solids(this) < 0) {
+        return -1;
+    }
     picture().fit();
     set_mode(mode_solids);
-    status_->setText(solids.n_trio == 0 ? "選択した部材がないので、角丸表示は空です"
-                                        : "角丸表示　引張は丸、圧縮は角");
+    return 0;
 }
 
 void TFrameSlvForm::ask_marukaku() {
@@ -395,7 +410,9 @@ void TFrameSlvForm::ask_marukaku() {
     if (question.exec() != QDialog::Accepted || build_solids(question.all_members()) < 0) {
         return;
     }
-    show_solids();
+    if (show_solids() < 0) {
+        return;
+    }
     if (marukaku_ == nullptr) {
         marukaku_ = new TMarukakuForm(this);
         connect(marukaku_, &TMarukakuForm::colours_wanted, this, [this] { set_mode(mode_sign); });
@@ -405,6 +422,8 @@ void TFrameSlvForm::ask_marukaku() {
             }
         });
     }
+    marukaku_->adjustSize();
+    marukaku_->move(mapToGlobal(QPoint(edge_gap, height() - marukaku_->height() - 3 * edge_gap)));
     marukaku_->show();
 }
 
@@ -412,10 +431,13 @@ void TFrameSlvForm::show_viewpoint() {
     if (!bars_built_ && build_solids(result.Nken_Stress == 0) < 0) {
         return;
     }
-    show_solids();
+    if (show_solids() < 0) {
+        return;
+    }
     TViewForm viewpoint(this);
+    connect(&viewpoint, &TViewForm::stored, this, [&] { prepare_solids(&viewpoint); });
     viewpoint.exec();
-    picture().update();
+    prepare_solids(this);
 }
 
 void TFrameSlvForm::save_list() {
@@ -504,5 +526,7 @@ void TFrameSlvForm::show_state() {
     turn_item_->setEnabled(valid_ && shown_.mode != mode_solids);
     clear_item_->setEnabled(valid_ && result.Nken_Stress > 0);
     facts_->setText(facts());
-    picture().update();
+    if (valid_) { // set anew, for a picture that failed may be drawn in another mode
+        picture().set_picture([this](Canvas& canvas, DrawArea& area) { draw(canvas, area); });
+    }
 }
