@@ -12,6 +12,7 @@
 #include "ui/analysis_run.h"
 #include "ui/dialogs.h"
 #include "ui/document.h"
+#include "ui/frame_slv_form.h"
 #include "ui/help_form.h"
 #include "ui/jiku_form.h"
 #include "ui/kihon_unit_form.h"
@@ -122,6 +123,7 @@ QAction* TMainForm::add_toggle(QMenu* menu, const char* name, const QString& cap
 void TMainForm::member_data() {
     TSelBeamForm window(this);
     window.exec();
+    document.roles_changed = document.roles_changed || window.changed();
 }
 
 void TMainForm::add_view_menu() {
@@ -302,13 +304,15 @@ void TMainForm::save_result_files() {
 }
 
 void TMainForm::analyse() {
+    picking_->stop();
     if (run_analysis(*this)) {
         show_results();
     }
 }
 
 void TMainForm::show_results() {
-    FrameSlv();
+    TFrameSlvForm window(this);
+    window.run_modal();
     view.TAU = view.FAI = 30.0f;
     state_.results = true;
     set_stage(state_.stage);

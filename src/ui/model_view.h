@@ -39,6 +39,9 @@ class ModelWindow : public PictureWindow {
 
   private:
     int rebuild_solids();
+    void add_joint_item(QMenu* menu);
+    // Makes the perspective picture of the stored viewpoint ready and repaints; -1 after a message.
+    int prepare_viewpoint(QWidget* parent);
 
     std::vector<QAction*> view_items_;
     ModelMode mode_ = ModelMode::nothing;

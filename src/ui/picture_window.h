@@ -34,8 +34,9 @@ class PictureWindow : public QMainWindow {
     // ヘルプ and バージョン情報.
     void add_help_menu();
 
-    // DXF保存: file name, line dialog, then the picture as shown, without zoom.
-    void export_dxf();
+    // DXF保存: file name, line dialog, then the picture as shown, without zoom; `done` is the
+    // message of its success.
+    void export_dxf(const char* done = "ＤＸＦファイルを作製しました");
     // Win3D保存 with the filter of the window.
     void export_win3d(const QString& filter);
 
