@@ -24,6 +24,9 @@ extern Document document;
 // Counts, bounds and timber volume of the model in one line, for status bars.
 QString document_summary();
 
+// What a sketch still lacks, or that it lacks nothing ("節点 3/12 未入力　部材 2/20 未入力").
+QString sketch_summary();
+
 // File name for titles; 名称未設定 for a frame that has none.
 QString document_name();
 

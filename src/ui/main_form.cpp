@@ -12,11 +12,13 @@
 #include "ui/analysis_run.h"
 #include "ui/dialogs.h"
 #include "ui/document.h"
+#include "ui/frame_slv_form.h"
 #include "ui/help_form.h"
 #include "ui/jiku_form.h"
 #include "ui/kihon_unit_form.h"
 #include "ui/sel_beam_form.h"
 #include "ui/sel_node_form.h"
+#include "ui/tegaki_form.h"
 
 #include <QCloseEvent>
 #include <QGuiApplication>
@@ -61,8 +63,7 @@ void TMainForm::add_file_menu() {
     file->addSeparator();
     QAction* kihon = add_item(
         file, "KihonMenu", "基本データ選択(&K)", [this] { basic_data(); }, QKeySequence("Ctrl+G"));
-    QAction* tegaki = add_item(file, "TegakiMenu", "手書入力編集(&T)",
-                               [this] { not_in_this_version("手書入力編集"); });
+    QAction* tegaki = add_item(file, "TegakiMenu", "手書入力編集(&T)", [this] { draw_by_hand(); });
     QAction* read = add_item(
         file, "JikuDataReadMenu", "軸データ編集(&J)", [this] { read_axis_data(); },
         QKeySequence::Open);
@@ -122,6 +123,7 @@ QAction* TMainForm::add_toggle(QMenu* menu, const char* name, const QString& cap
 void TMainForm::member_data() {
     TSelBeamForm window(this);
     window.exec();
+    document.roles_changed = document.roles_changed || window.changed();
 }
 
 void TMainForm::add_view_menu() {
@@ -217,6 +219,13 @@ void TMainForm::basic_data() {
     check_model();
 }
 
+void TMainForm::draw_by_hand() {
+    TTegakiForm window(this);
+    window.run_modal();
+    check_model();
+    show_state();
+}
+
 void TMainForm::read_axis_data() {
     const fs::path path = ask_open_file(this, "軸データ編集", "軸データ(*.JIK)|*.jik");
     if (path.empty()) {
@@ -295,13 +304,15 @@ void TMainForm::save_result_files() {
 }
 
 void TMainForm::analyse() {
+    picking_->stop();
     if (run_analysis(*this)) {
         show_results();
     }
 }
 
 void TMainForm::show_results() {
-    FrameSlv();
+    TFrameSlvForm window(this);
+    window.run_modal();
     view.TAU = view.FAI = 30.0f;
     state_.results = true;
     set_stage(state_.stage);
@@ -325,7 +336,8 @@ bool TMainForm::may_leave() {
 }
 
 bool TMainForm::may_leave_frame() {
-    if (!document.changed || model.N_Beam == 0) {
+    // An unfinished sketch was asked about by its editor; it is no axis data yet.
+    if (!document.changed || model.N_Beam == 0 || check_all_beam() < 0) {
         return true;
     }
     switch (ask_unsaved(this, "保存していない骨組があります。軸データとして保存しますか?",

@@ -28,6 +28,7 @@ class TMainForm : public kigumi::PictureWindow {
 
     void new_model();
     void basic_data();
+    void draw_by_hand();
     void read_axis_data();
     void member_data();
     // The saving of solver input; false when it was cancelled or failed.

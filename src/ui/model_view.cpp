@@ -37,7 +37,7 @@ void paint_model(ModelMode mode, Canvas& canvas, DrawArea& area) {
 
 } // namespace
 
-ModelWindow::ModelWindow(QWidget* parent) : PictureWindow(parent) {
+ModelWindow::ModelWindow(QWidget* parent, PictureWidget* picture) : PictureWindow(parent, picture) {
     view.TAU = view.FAI = 30.0f;
 }
 
@@ -109,7 +109,9 @@ void ModelWindow::show_axis_model() {
         show_message("get_jiku failed at jikuire()");
         return;
     }
-    viewpoint_item_->setEnabled(true);
+    if (viewpoint_item_ != nullptr) {
+        viewpoint_item_->setEnabled(true);
+    }
     turn_parallel(ModelMode::axis);
 }
 

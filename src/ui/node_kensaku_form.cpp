@@ -2,21 +2,16 @@
 
 #include "ui/dialogs.h"
 #include "ui/document.h"
+#include "ui/search_boxes.h"
 
 #include <QCloseEvent>
-#include <QComboBox>
-#include <QGridLayout>
-#include <QGroupBox>
 #include <QLabel>
 #include <QPushButton>
-#include <QSignalBlocker>
 #include <QVBoxLayout>
 
 using namespace kigumi;
 
 namespace {
-
-constexpr const char* axis_names[] = {"X", "Y", "Z"};
 
 // How many of the found nodes are restrained or loaded.
 int found_with_role() {
@@ -34,37 +29,10 @@ TNodeKensakuForm::TNodeKensakuForm(QWidget* parent) : QWidget(parent, Qt::Tool) 
     setWindowTitle("節点検索");
     setAttribute(Qt::WA_ShowWithoutActivating);
     auto* column = new QVBoxLayout(this);
-    add_ranges(column);
+    ranges_ = new LevelRangeBox(true);
+    column->addWidget(ranges_);
+    connect(ranges_, &LevelRangeBox::changed, this, [this] { search(); });
     add_buttons(column);
-}
-
-void TNodeKensakuForm::add_ranges(QVBoxLayout* column) {
-    auto* group = new QGroupBox("レベルの範囲 (cm)");
-    auto* grid = new QGridLayout(group);
-    for (int axis = 0; axis < 3; ++axis) {
-        Range& range = ranges_[axis];
-        range = {new QComboBox, new QComboBox};
-        const QString name = axis_names[axis];
-        range.from->setObjectName(name + "FromComboBox");
-        range.to->setObjectName(name + "ToComboBox");
-        range.from->setAccessibleName(name + " から");
-        range.to->setAccessibleName(name + " まで");
-        auto* label = new QLabel("&" + name);
-        label->setBuddy(range.from);
-        grid->addWidget(label, axis, 0);
-        grid->addWidget(range.from, axis, 1);
-        grid->addWidget(new QLabel("～"), axis, 2);
-        grid->addWidget(range.to, axis, 3);
-        connect(range.from, &QComboBox::currentIndexChanged, this, [this, range](int at) {
-            range.to->setCurrentIndex(std::max(range.to->currentIndex(), at));
-            search();
-        });
-        connect(range.to, &QComboBox::currentIndexChanged, this, [this, range](int at) {
-            range.from->setCurrentIndex(std::min(range.from->currentIndex(), at));
-            search();
-        });
-    }
-    column->addWidget(group);
 }
 
 void TNodeKensakuForm::add_buttons(QVBoxLayout* column) {
@@ -98,32 +66,12 @@ void TNodeKensakuForm::open(int role, const QWidget& beside) {
 }
 
 void TNodeKensakuForm::show_all_levels() {
-    const std::array<float, level_capacity>* levels[] = {&model.Xval, &model.Yval, &model.Zval};
-    const LevelRanges all = all_levels();
-    for (int axis = 0; axis < 3; ++axis) {
-        const QSignalBlocker quiet_from(ranges_[axis].from);
-        const QSignalBlocker quiet_to(ranges_[axis].to);
-        for (QComboBox* box : {ranges_[axis].from, ranges_[axis].to}) {
-            box->clear();
-            for (int k = 0; k <= all[axis].last; ++k) {
-                box->addItem(QString("%1: %2").arg(k).arg((*levels[axis])[k], 0, 'f', 1));
-            }
-        }
-        ranges_[axis].to->setCurrentIndex(all[axis].last);
-    }
+    ranges_->reset();
     show_count(0);
 }
 
-LevelRanges TNodeKensakuForm::chosen() const {
-    LevelRanges ranges{};
-    for (int axis = 0; axis < 3; ++axis) {
-        ranges[axis] = {ranges_[axis].from->currentIndex(), ranges_[axis].to->currentIndex()};
-    }
-    return ranges;
-}
-
 void TNodeKensakuForm::search() {
-    show_count(find_nodes(chosen()));
+    show_count(find_nodes(ranges_->levels()));
     emit marked();
 }
 

@@ -5,12 +5,13 @@
 
 #include <QWidget>
 
-#include <array>
-
-class QComboBox;
 class QLabel;
 class QPushButton;
 class QVBoxLayout;
+
+namespace kigumi {
+class LevelRangeBox;
+}
 
 // A tool window that stays above its parent while nodes are picked and never takes the keyboard
 // from it. Ranges of levels choose nodes, which are found (role_found, blue circles in the picture)
@@ -38,20 +39,13 @@ class TNodeKensakuForm : public QWidget {
     void keyPressEvent(QKeyEvent* event) override;
 
   private:
-    struct Range {
-        QComboBox* from;
-        QComboBox* to;
-    };
-
-    void add_ranges(QVBoxLayout* column);
     void add_buttons(QVBoxLayout* column);
     void show_all_levels();
-    kigumi::LevelRanges chosen() const;
     void search();
     void show_count(int count);
     void select_all();
 
-    std::array<Range, 3> ranges_{};
+    kigumi::LevelRangeBox* ranges_ = nullptr;
     QLabel* count_ = nullptr;
     QPushButton* all_ = nullptr;
     int role_ = kigumi::role_fixed;

@@ -62,6 +62,11 @@ void PictureWidget::set_picture(Picture picture) {
     update();
 }
 
+void PictureWidget::set_overlay(std::function<void(PainterCanvas& canvas)> overlay) {
+    overlay_ = std::move(overlay);
+    update();
+}
+
 void PictureWidget::fit() {
     zoom_ = 1.0;
     move_x_ = move_y_ = 0.0;
@@ -116,6 +121,9 @@ void PictureWidget::paintEvent(QPaintEvent*) {
     }
     ZoomCanvas canvas(painter, *this);
     std::vector<std::string> messages = drawn_on(canvas, area_);
+    if (overlay_) {
+        overlay_(canvas);
+    }
     if (!messages.empty()) {
         // A box opened while painting would have the window painted anew, and so open without end.
         failed_ = true;
@@ -157,6 +165,7 @@ void PictureWidget::mousePressEvent(QMouseEvent* event) {
                 : event->button() == Qt::RightButton ? right_press
                                                      : 0;
     press_at_ = event->pos();
+    press_keys_ = event->modifiers();
 }
 
 void PictureWidget::mouseMoveEvent(QMouseEvent* event) {
@@ -184,7 +193,7 @@ void PictureWidget::mouseReleaseEvent(QMouseEvent* event) {
     const bool single = buttons_ == left_press;
     buttons_ = 0;
     if (single) {
-        emit picked(press_at_);
+        emit picked(press_at_, press_keys_);
     }
 }
 
