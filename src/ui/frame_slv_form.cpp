@@ -21,6 +21,7 @@
 #include "ui/marukaku_form.h"
 #include "ui/ouryoku_ichiran_form.h"
 #include "ui/painter_canvas.h"
+#include "ui/perspective_progress.h"
 #include "ui/picture_file.h"
 #include "ui/print_pages.h"
 #include "ui/view_form.h"
@@ -201,6 +202,11 @@ void TFrameSlvForm::add_view_menu() {
     }
     add_checked_item(
         menu, "HanreiMenu", "凡例(&H)", [this] { legend_ = !legend_; }, [this] { return legend_; });
+    needs_results_.push_back(add_joint_item(menu, [this] {
+        if (shown_.mode == mode_solids) {
+            prepare_solids(this);
+        }
+    }));
     menu->addSeparator();
     needs_results_.push_back(add_fit_item(menu));
 }
@@ -272,6 +278,7 @@ void TFrameSlvForm::show_selection() {
         const View eye = view;
         build_solids(false);
         view = eye;
+        prepare_solids(this);
     }
     show_state();
 }
@@ -361,10 +368,20 @@ int TFrameSlvForm::build_solids(bool all_members) {
 }
 
 void TFrameSlvForm::show_solids() {
+    if (!prepare_solids(this)) {
+        return;
+    }
     picture().fit();
     set_mode(mode_solids);
-    status_->setText(solids.n_trio == 0 ? "選択した部材がないので、角丸表示は空です"
-                                        : "角丸表示　引張は丸、圧縮は角");
+}
+
+bool TFrameSlvForm::prepare_solids(QWidget* parent) {
+    const int status = prepare_perspective_shown(parent);
+    status_->setText(status == perspective_stopped ? hidden_lines_stopped
+                     : solids.n_trio == 0 ? "選択した部材がないので、角丸表示は空です"
+                                          : "角丸表示　引張は丸、圧縮は角");
+    picture().update();
+    return status >= 0;
 }
 
 void TFrameSlvForm::ask_marukaku() {
@@ -391,8 +408,9 @@ void TFrameSlvForm::show_viewpoint() {
     }
     show_solids();
     TViewForm viewpoint(this);
+    connect(&viewpoint, &TViewForm::stored, this, [&] { prepare_solids(&viewpoint); });
     viewpoint.exec();
-    picture().update();
+    prepare_solids(this);
 }
 
 void TFrameSlvForm::save_list() {

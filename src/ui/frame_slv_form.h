@@ -71,6 +71,8 @@ class TFrameSlvForm : public kigumi::PictureWindow {
     void turn();
     void ask_marukaku();
     void show_solids();
+    // Makes the picture of the bars ready and repaints; false after a message.
+    bool prepare_solids(QWidget* parent);
     void show_viewpoint();
     // Builds the bars of the selection or of all members. 0, or -1 after a message.
     int build_solids(bool all_members);
