@@ -17,10 +17,12 @@
 
 #include <benchmark/benchmark.h>
 
+#include <QAbstractButton>
 #include <QApplication>
 #include <QDir>
 #include <QPixmap>
 #include <QTemporaryDir>
+#include <QTimer>
 
 #include <algorithm>
 #include <cstdlib>
@@ -93,6 +95,17 @@ BENCHMARK_CAPTURE(results, sign, "JikuryokuMenu")->UseManualTime()->Unit(benchma
 BENCHMARK_CAPTURE(results, width, "FutosaMenu")->UseManualTime()->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(results, wire, "WireMenu")->UseManualTime()->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(results, displaced, "Heni10Menu")->UseManualTime()->Unit(benchmark::kMillisecond);
+
+void results_bars(benchmark::State& state) {
+    write_results();
+    TFrameSlvForm window;
+    QTimer::singleShot(0, [] {
+        QApplication::activeModalWidget()->findChild<QAbstractButton*>("OKButton")->click();
+    });
+    window.findChild<QAction*>("MarukakuMenu")->trigger();
+    paint_widget(state, window.picture(), bound_ms);
+}
+BENCHMARK(results_bars)->UseManualTime()->Unit(benchmark::kMillisecond);
 
 // Reading the files, making the window and painting it once.
 void open_results(benchmark::State& state) {

@@ -56,11 +56,14 @@ QString title_of(const DrawOptions& options, const std::string& what) {
 
 int draw_with_legend(const DrawOptions& options, const fs::path& path, const ResultView& shown,
                      const PictureFunction& draw) {
+    constexpr QSizeF usual(1280, 800); // pixels, for which the legend's letters are made
     const auto scale = static_cast<float>(options.scale);
     const auto draw_both = [&](PainterCanvas& canvas) {
         const int status = draw(canvas);
         if (status == 0 && wants_legend(options)) {
-            paint_legend(canvas, options.width, result_legend(shown, scale));
+            const double enlarged = std::max(
+                1.0, std::min(options.width / usual.width(), options.height / usual.height()));
+            paint_legend(canvas, options.width, result_legend(shown, scale), enlarged);
         }
         return status;
     };

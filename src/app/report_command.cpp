@@ -9,9 +9,10 @@
 #include "model/lookup.h"
 #include "results/displacement.h"
 #include "results/force_picture.h"
-#include "results/legend.h"
 #include "results/result_search.h"
 #include "ui/dialogs.h"
+#include "ui/legend_box.h"
+#include "ui/painter_canvas.h"
 #include "ui/table_printer.h"
 
 #include <QFontDatabase>
@@ -27,6 +28,7 @@ namespace {
 
 constexpr int largest_shown = 20;         // members and nodes
 constexpr QSize picture_size(2400, 1425); // pixels; two of them fit on a page
+constexpr double legend_scale = 2.3;      // of letters made for a screen
 constexpr int leading_member_columns = 7; // number, ends, force, percent
 constexpr double cm_a_metre = 100.0;
 constexpr double cm3_a_m3 = 1e6;
@@ -297,21 +299,6 @@ void add_loads(TablePrinter& pages) {
                                       records, beside));
 }
 
-// The legend of a picture in words: "赤　引張（＋）、…".
-QString legend_text(const ResultView& shown, float scale) {
-    constexpr std::pair<int, const char*> colours[] = {
-        {colour_black, "黒"}, {colour_blue, "青"}, {colour_red, "赤"}};
-    QStringList parts;
-    for (const LegendLine& line : result_legend(shown, scale)) {
-        QString colour;
-        for (const auto& [index, name] : colours) {
-            colour = line.colour == index ? QString(name) + "：" : colour;
-        }
-        parts << colour + qt_text(line.words);
-    }
-    return parts.join("、　");
-}
-
 void add_picture(TablePrinter& pages, const QString& heading, int mode, float scale) {
     ResultView shown;
     shown.mode = mode;
@@ -322,10 +309,13 @@ void add_picture(TablePrinter& pages, const QString& heading, int mode, float sc
         pages.add_text("この骨組は図に収まりません。");
         return;
     }
-    pages.add_picture(picture_size, [shown](Canvas& canvas) mutable {
-        return draw_result_picture(canvas, shown);
+    pages.add_picture(picture_size, [shown, scale](PainterCanvas& canvas) mutable {
+        if (draw_result_picture(canvas, shown) < 0) {
+            return -1;
+        }
+        paint_legend(canvas, picture_size.width(), result_legend(shown, scale), legend_scale);
+        return 0;
     });
-    pages.add_text(legend_text(shown, scale));
 }
 
 // The largest magnification at which the displacements stay a small part of the frame's size.

@@ -29,6 +29,7 @@
 #include <QLabel>
 #include <QStatusBar>
 
+#include <algorithm>
 #include <numeric>
 
 using namespace kigumi;
@@ -36,6 +37,7 @@ using namespace kigumi;
 namespace {
 
 constexpr int pick_reach = 6; // pixels
+constexpr int edge_gap = 12;  // between the edge of the window and a small one within it, pixels
 
 // Pixels for which a picture on A4 paper on its side is drawn.
 constexpr QSize page_picture(1310, 800);
@@ -51,6 +53,19 @@ QLabel* add_status(QStatusBar* bar, const char* name, bool facts) {
         bar->addWidget(label, 1);
     }
     return label;
+}
+
+// Puts a list into the lower right corner of the window, at most half as high as it is, so that the
+// picture stays in sight; and `above` steps above other lists.
+void place_beside(QWidget& list, const QWidget& window, std::size_t above) {
+    constexpr int step = 36;
+    const bool sized = list.testAttribute(Qt::WA_Resized);
+    const QSize wanted = sized ? list.size() : list.sizeHint();
+    list.resize(wanted.width(), std::max(list.minimumSizeHint().height(),
+                                         std::min(wanted.height(), window.height() / 2)));
+    const QPoint corner = window.mapToGlobal(QPoint(window.width(), window.height()));
+    const int up = list.height() + 3 * edge_gap + step * static_cast<int>(above);
+    list.move(corner - QPoint(list.width() + edge_gap, up));
 }
 
 } // namespace
@@ -84,12 +99,19 @@ void TFrameSlvForm::read_results() {
     std::vector<std::string> messages;
     MessageSink sink =
         set_message_sink([&messages](std::string_view text) { messages.emplace_back(text); });
+    clear_file_error(); // of earlier work, which would stand as this failure's reason
     {
         const BusyCursor busy;
         valid_ = FrameSlv() == 0;
     }
     set_message_sink(std::move(sink));
-    const std::string reason = valid_ ? "" : file_error();
+    QStringList told;
+    for (const std::string& message : messages) {
+        told << qt_text(message);
+    }
+    if (!file_error().empty()) {
+        told << qt_text(file_error());
+    }
     for (const std::string& message : messages) {
         show_message(message);
     }
@@ -98,8 +120,7 @@ void TFrameSlvForm::read_results() {
     }
     if (!valid_) {
         clear_selection();
-        messages.push_back(reason);
-        status_->setText(qt_text(messages.front() + (reason.empty() ? "" : "（" + reason + "）")));
+        status_->setText(told.join("　"));
         return;
     }
     read_roles();
@@ -109,7 +130,6 @@ void TFrameSlvForm::read_results() {
     shown_.TAU = view.TAU;
     shown_.FAI = view.FAI;
     status_->setText("計算結果のフォルダ　" + qt_path(work_dir()));
-    picture().set_picture([this](Canvas& canvas, DrawArea& area) { draw(canvas, area); });
     picture().set_overlay([this](PainterCanvas& canvas) {
         if (legend_) {
             paint_legend(canvas, picture().width(), result_legend(shown_, scale_));
@@ -121,6 +141,7 @@ void TFrameSlvForm::read_roles() {
     own_roles_ = model.N_Fix == 0 && model.N_Load == 0;
     if (own_roles_) {
         load_solver_roles();
+        clear_file_error(); // without the solver's input there are no such labels, and no failure
     }
 }
 
@@ -219,8 +240,8 @@ void TFrameSlvForm::add_heni_menu() {
         int scale;
     };
     for (const Item& item :
-         {Item{"Heni1Menu", "変位1倍(&1)", 1}, Item{"Heni5Menu", "変位5倍(&2)", 5},
-          Item{"Heni10Menu", "変位10倍(&3)", 10}}) {
+         {Item{"Heni1Menu", "変位1倍(&1)", 1}, Item{"Heni5Menu", "変位5倍(&5)", 5},
+          Item{"Heni10Menu", "変位10倍(&0)", 10}}) {
         const auto scale = static_cast<float>(item.scale);
         add_checked_item(
             menu, item.name, item.caption, [this, scale] { show_displaced(scale); },
@@ -255,6 +276,7 @@ template <class Form> void TFrameSlvForm::open_list() {
     if (form == nullptr) {
         const BusyCursor busy;
         form = new Form(this);
+        place_beside(*form, *this, lists_.size());
         connect(form, &Form::selection_changed, this, [this, form] { spread_selection(form); });
         lists_.push_back({form, [form] { form->show_selection(); }});
     }
@@ -367,21 +389,25 @@ int TFrameSlvForm::build_solids(bool all_members) {
     return 0;
 }
 
-void TFrameSlvForm::show_solids() {
-    if (!prepare_solids(this)) {
-        return;
+int TFrameSlvForm::prepare_solids(QWidget* parent) {
+    const int status = prepare_perspective_shown(parent);
+    if (status == perspective_stopped) {
+        status_->setText(hidden_lines_stopped);
+    } else if (status == perspective_ready) {
+        status_->setText(solids.n_trio == 0 ? "選択した部材がないので、角丸表示は空です"
+                                            : "角丸表示　引張は丸、圧縮は角");
+    }
+    picture().update();
+    return status < 0 ? -1 : 0;
+}
+
+int TFrameSlvForm::show_solids() {
+    if (prepare_solids(this) < 0) {
+        return -1;
     }
     picture().fit();
     set_mode(mode_solids);
-}
-
-bool TFrameSlvForm::prepare_solids(QWidget* parent) {
-    const int status = prepare_perspective_shown(parent);
-    status_->setText(status == perspective_stopped ? hidden_lines_stopped
-                     : solids.n_trio == 0 ? "選択した部材がないので、角丸表示は空です"
-                                          : "角丸表示　引張は丸、圧縮は角");
-    picture().update();
-    return status >= 0;
+    return 0;
 }
 
 void TFrameSlvForm::ask_marukaku() {
@@ -389,7 +415,9 @@ void TFrameSlvForm::ask_marukaku() {
     if (question.exec() != QDialog::Accepted || build_solids(question.all_members()) < 0) {
         return;
     }
-    show_solids();
+    if (show_solids() < 0) {
+        return;
+    }
     if (marukaku_ == nullptr) {
         marukaku_ = new TMarukakuForm(this);
         connect(marukaku_, &TMarukakuForm::colours_wanted, this, [this] { set_mode(mode_sign); });
@@ -399,6 +427,8 @@ void TFrameSlvForm::ask_marukaku() {
             }
         });
     }
+    marukaku_->adjustSize();
+    marukaku_->move(mapToGlobal(QPoint(edge_gap, height() - marukaku_->height() - 3 * edge_gap)));
     marukaku_->show();
 }
 
@@ -406,7 +436,9 @@ void TFrameSlvForm::show_viewpoint() {
     if (!bars_built_ && build_solids(result.Nken_Stress == 0) < 0) {
         return;
     }
-    show_solids();
+    if (show_solids() < 0) {
+        return;
+    }
     TViewForm viewpoint(this);
     connect(&viewpoint, &TViewForm::stored, this, [&] { prepare_solids(&viewpoint); });
     viewpoint.exec();
@@ -499,5 +531,7 @@ void TFrameSlvForm::show_state() {
     turn_item_->setEnabled(valid_ && shown_.mode != mode_solids);
     clear_item_->setEnabled(valid_ && result.Nken_Stress > 0);
     facts_->setText(facts());
-    picture().update();
+    if (valid_) { // set anew, for a picture that failed may be drawn in another mode
+        picture().set_picture([this](Canvas& canvas, DrawArea& area) { draw(canvas, area); });
+    }
 }

@@ -70,9 +70,10 @@ class TFrameSlvForm : public kigumi::PictureWindow {
     void ask_band();
     void turn();
     void ask_marukaku();
-    void show_solids();
-    // Makes the picture of the bars ready and repaints; false after a message.
-    bool prepare_solids(QWidget* parent);
+    // Turns to the bars built last. 0, or -1 after a message: the picture is then as before.
+    int show_solids();
+    // Finds what the eye sees of the bars, with its progress shown over `parent`. 0 or -1.
+    int prepare_solids(QWidget* parent);
     void show_viewpoint();
     // Builds the bars of the selection or of all members. 0, or -1 after a message.
     int build_solids(bool all_members);

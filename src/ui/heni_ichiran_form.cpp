@@ -2,7 +2,8 @@
 
 using namespace kigumi;
 
-THeniIchiranForm::THeniIchiranForm(QWidget* parent) : ResultListForm(displacement_table(), parent) {
+THeniIchiranForm::THeniIchiranForm(QWidget* parent)
+    : ResultListForm(displacement_table(), "HeniGrid", parent) {
     setObjectName("HeniIchiranForm");
     set_note("変位の大きい順です。見出しを押すと、その列の順に並べ替わります。", false);
     connect(&chosen(), &RowSelection::selectionChanged, this, [this] { show_counts(); });

@@ -10,7 +10,8 @@
 
 using namespace kigumi;
 
-TKekkaIchiranForm::TKekkaIchiranForm(QWidget* parent) : ResultListForm(member_table(), parent) {
+TKekkaIchiranForm::TKekkaIchiranForm(QWidget* parent)
+    : ResultListForm(member_table(), "KekkaGrid", parent) {
     setObjectName("KekkaIchiranForm");
     auto* all = add_button("ZenSentakuButton", "全選択(&A)");
     all->setToolTip("表示している行を全部選ぶ");

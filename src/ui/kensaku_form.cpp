@@ -126,7 +126,7 @@ void TKensakuForm::search() {
         }
     }
     const std::optional<LevelRangeBox::Range> range[] = {ranges_->chosen(0), ranges_->chosen(1),
-                                                       ranges_->chosen(2)};
+                                                         ranges_->chosen(2)};
     const auto within = [&](int axis, float value) {
         return !range[axis] || (range[axis]->low <= value && value <= range[axis]->high);
     };

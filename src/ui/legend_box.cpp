@@ -24,12 +24,14 @@ const QColor edge(0xB0, 0xB0, 0xB0);
 
 } // namespace
 
-void paint_legend(PainterCanvas& canvas, int width, const std::vector<LegendLine>& lines) {
+void paint_legend(PainterCanvas& canvas, int width, const std::vector<LegendLine>& lines,
+                  double enlarged) {
     if (lines.empty()) {
         return;
     }
     QPainter& painter = canvas.painter();
     painter.save();
+    painter.scale(enlarged, enlarged);
     QFont font = painter.font();
     font.setPixelSize(letters);
     painter.setFont(font);
@@ -40,7 +42,7 @@ void paint_legend(PainterCanvas& canvas, int width, const std::vector<LegendLine
         const double indent = line.colour < 0 ? 0 : sample + gap;
         widest = std::max(widest, indent + metrics.horizontalAdvance(qt_text(line.words)));
     }
-    const QRectF box(width - corner - widest - 2 * padding, corner, widest + 2 * padding,
+    const QRectF box(width / enlarged - corner - widest - 2 * padding, corner, widest + 2 * padding,
                      row * static_cast<double>(lines.size()) + 2 * padding);
     painter.setPen(edge);
     painter.setBrush(paper);

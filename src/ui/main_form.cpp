@@ -318,10 +318,6 @@ void TMainForm::show_results() {
     set_stage(state_.stage);
 }
 
-void TMainForm::not_in_this_version(const QString& what) {
-    show_message(QString("「%1」はこの版にはまだありません").arg(what).toStdString());
-}
-
 bool TMainForm::save_axis_data() {
     const fs::path path = ask_save_file(this, "軸データ保存", "軸データ(*.JIK)|*.jik", "jik");
     if (path.empty() || save_jiku_data(path, document.shift) < 0) {

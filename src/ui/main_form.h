@@ -39,7 +39,6 @@ class TMainForm : public kigumi::PictureWindow {
     void save_result_files();
     void analyse();
     void show_results();
-    void not_in_this_version(const QString& what);
 
     // What follows every command that makes a model.
     void check_model();

@@ -10,7 +10,8 @@
 
 using namespace kigumi;
 
-TOuryokuIchiranForm::TOuryokuIchiranForm(QWidget* parent) : ResultListForm(stress_table(), parent) {
+TOuryokuIchiranForm::TOuryokuIchiranForm(QWidget* parent)
+    : ResultListForm(stress_table(), "OuryokuGrid", parent) {
     setObjectName("OuryokuIchiranForm");
     remove_ = add_button("SakujoButton", "選択から外す(&R)");
     remove_->setToolTip("この一覧で選んだ行の部材を、計算結果の選択から外す（Delete）");

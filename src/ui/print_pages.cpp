@@ -7,6 +7,7 @@
 #include <QPrintDialog>
 #include <QPrintPreviewDialog>
 #include <QPrinter>
+#include <QPrinterInfo>
 
 namespace kigumi {
 
@@ -14,6 +15,9 @@ void print_pages(QWidget* parent, const TablePrinter& pages) {
     QPrinter printer(QPrinter::HighResolution);
     printer.setDocName(pages.title());
     printer.setPageLayout(pages.page_layout());
+    if (QPrinterInfo::availablePrinters().isEmpty()) { // only a file can be printed to
+        printer.setOutputFileName(qt_path(work_dir()) + "/" + pages.title() + ".pdf");
+    }
     QPrintDialog dialog(&printer, parent);
     dialog.setWindowTitle("印刷");
     dialog.setOption(QAbstractPrintDialog::PrintPageRange);

@@ -42,16 +42,16 @@ QLabel* make_label(const char* name) {
 
 } // namespace
 
-ResultListForm::ResultListForm(const ResultTable& table, QWidget* parent)
+ResultListForm::ResultListForm(const ResultTable& table, const char* grid, QWidget* parent)
     : QDialog(parent), model_(new ResultListModel(table, this)),
       proxy_(new ResultListProxy(*model_)), chosen_(new RowSelection(proxy_)) {
     setWindowTitle(table.title);
     setWindowFlag(Qt::WindowMinMaxButtonsHint);
     setModal(false);
-    resize(960, 620);
+    resize(960, 400);
     new QVBoxLayout(this);
     add_filter();
-    add_list(table);
+    add_list(table, grid);
     add_buttons();
     list_->setFocus();
 }
@@ -80,10 +80,10 @@ void ResultListForm::add_filter() {
     });
 }
 
-void ResultListForm::add_list(const ResultTable& table) {
+void ResultListForm::add_list(const ResultTable& table, const char* grid) {
     auto* all = static_cast<QVBoxLayout*>(layout());
     list_ = new QTableView;
-    list_->setObjectName("KekkaGrid");
+    list_->setObjectName(grid);
     list_->setAccessibleName(table.title);
     list_->setModel(proxy_);
     list_->setSelectionModel(chosen_);

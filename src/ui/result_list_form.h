@@ -16,13 +16,14 @@ class QTableView;
 namespace kigumi {
 
 // A window beside the results window that shows one result table, sortable by every column
-// (`KekkaGrid`) and filtered by words (`KensakuEdit`). What is saved and printed are the rows as
+// and filtered by words (`KensakuEdit`). What is saved and printed are the rows as
 // shown, or the highlighted ones (`HaniComboBox`).
 class ResultListForm : public QDialog {
     Q_OBJECT
 
   public:
-    ResultListForm(const ResultTable& table, QWidget* parent);
+    // `grid` is the name of the list.
+    ResultListForm(const ResultTable& table, const char* grid, QWidget* parent);
 
     // The pages that are printed.
     TablePrinter printed() const;
@@ -61,7 +62,7 @@ class ResultListForm : public QDialog {
 
   private:
     void add_filter();
-    void add_list(const ResultTable& table);
+    void add_list(const ResultTable& table, const char* grid);
     void add_buttons();
     std::vector<int> wanted_rows() const;
     // Which rows the pages hold, in words.

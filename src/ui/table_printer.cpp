@@ -335,6 +335,7 @@ void PageFlow::place(const TablePrinter::Picture& picture) {
         painter_->translate((width_ - picture.size.width() * scale) / 2.0, y_);
         painter_->scale(scale, scale);
         painter_->setClipRect(QRect(QPoint(0, 0), picture.size));
+        painter_->setFont(font(text_size));
         {
             PainterCanvas canvas(*painter_);
             status_ = std::min(status_, picture.draw(canvas));

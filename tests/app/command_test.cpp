@@ -211,6 +211,11 @@ TEST_F(Command, DrawEveryModeAndFormat) {
     EXPECT_EQ(pictures.size(), 6u) << "every mode is a picture of its own";
     succeed({"draw", "--dir", "s", "--mode", "force", "-o", "a.svg"});
     EXPECT_TRUE(contains(bytes("a.svg"), "<svg"));
+    EXPECT_FALSE(contains(bytes("a.svg"), "最大引張"));
+    succeed({"draw", "--dir", "s", "--mode", "force", "--legend", "-o", "a.svg"});
+    EXPECT_TRUE(contains(bytes("a.svg"), "最大引張"));
+    succeed({"draw", "--dir", "s", "--mode", "force", "-o", "a.pdf"});
+    EXPECT_EQ(pages_of(bytes("a.pdf")), 1u);
     succeed({"draw", "--dir", "s", "--mode", "force", "-o", "A.PDF"});
     EXPECT_EQ(bytes("A.PDF").substr(0, 5), "%PDF-");
     succeed({"draw", "frame.jik", "--mode", "axis", "-o", "a.svg"});

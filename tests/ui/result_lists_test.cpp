@@ -35,9 +35,7 @@ class ResultLists : public UiTest {
         clear_selection();
         UiTest::TearDown();
     }
-    static QTableView& grid(const QWidget& window) {
-        return *control<QTableView>(window, "KekkaGrid");
-    }
+    static QTableView& grid(const QWidget& window) { return *window.findChild<QTableView*>(); }
     static std::string cell(const QWidget& window, int row, int column) {
         const auto* model = grid(window).model();
         return model->index(row, column).data().toString().toStdString();

@@ -39,35 +39,36 @@ class Truss : public UiTest {
   protected:
     static QPoint pixel(const Place& place) { return {100 + place.x / 2, 500 - place.z}; }
 
-    // Presses, moves and releases on the sheet of the editor.
-    static void drag(Player& player, QPoint from, QPoint to) {
-        player.step("sheet", [=] {
-            QWidget* editor = Player::shown("TTegakiForm");
-            auto* sheet = editor == nullptr ? nullptr : editor->findChild<QWidget*>("Picture");
-            if (sheet == nullptr || QApplication::activeModalWidget() != editor) {
+    // Presses, moves and releases on the picture of a window, once nothing stands before it.
+    static void drag(Player& player, const char* window, std::function<QPoint()> from,
+                     QPoint by = {0, 0}) {
+        player.step("mouse", [=] {
+            QWidget* top = Player::shown(window);
+            QWidget* modal = QApplication::activeModalWidget();
+            auto* area = top == nullptr ? nullptr : top->findChild<QWidget*>("Picture");
+            if (area == nullptr || (modal != nullptr && modal != top)) {
                 return false;
             }
-            QTimer::singleShot(0, sheet, [=] {
+            area->grab();
+            QTimer::singleShot(0, area, [=] {
                 const auto send = [&](QEvent::Type type, QPoint at) {
-                    QMouseEvent event(type, at, sheet->mapToGlobal(at), Qt::LeftButton,
+                    QMouseEvent event(type, at, area->mapToGlobal(at), Qt::LeftButton,
                                       Qt::LeftButton, Qt::NoModifier);
-                    QApplication::sendEvent(sheet, &event);
+                    QApplication::sendEvent(area, &event);
                 };
-                send(QEvent::MouseButtonPress, from);
-                send(QEvent::MouseMove, to);
-                send(QEvent::MouseButtonRelease, to);
+                const QPoint at = from();
+                send(QEvent::MouseButtonPress, at);
+                send(QEvent::MouseMove, at + by);
+                send(QEvent::MouseButtonRelease, at + by);
             });
             return true;
         });
     }
     static void draw(Player& player) {
-        player.step("painted", [] {
-            static int looks;
-            return Player::shown("TTegakiForm") != nullptr && ++looks > 3;
-        });
         for (const Bar& bar : bars) {
-            drag(player, pixel(places[bar.from]), pixel(places[bar.from]));
-            drag(player, pixel(places[bar.to]), pixel(places[bar.to]));
+            for (const int end : {bar.from, bar.to}) {
+                drag(player, "TTegakiForm", [end] { return pixel(places[end]); });
+            }
         }
         QString cells;
         for (const Place& place : places) {
@@ -79,7 +80,7 @@ class Truss : public UiTest {
             .click("TNodeTableForm", "OKButton")
             .gone("TNodeTableForm")
             .menu("TTegakiForm", "BuzaiDataMenu");
-        drag(player, {150, 490}, {150, 510});
+        drag(player, "TTegakiForm", [] { return QPoint(150, 490); }, {0, 20});
         // So slender that the joints hardly bend.
         player.step("section", [] {
             QWidget* form = Player::shown("TBeamForm");
@@ -117,11 +118,27 @@ TEST_F(Truss, IsDrawnAnalysedAndItsForcesAreThoseOfTheJoints) {
               std::string::npos);
     EXPECT_NE(bytes.find(" 2\r\n    21\r\n"), std::string::npos) << "the file keeps them";
 
-    model.node[0].flag = model.node[6].flag = role_fixed;
+    Player roles;
+    const auto pick = [&](int node) {
+        drag(roles, "TMainForm", [&window, node] {
+            QPoint at;
+            to_screen(window.picture().area(), model.node[node].X, model.node[node].Y, at.rx(),
+                      at.ry());
+            return at;
+        });
+    };
+    roles.menu("TMainForm", "KousokuSetutenMenu");
+    pick(0);
+    pick(6);
+    roles.menu("TMainForm", "KajyuSetutenMenu");
     for (int i = first_top; i < model.N_Node; ++i) {
-        model.node[i].flag = role_loaded;
+        pick(i);
     }
-    ASSERT_EQ(make_fix_and_load(), 0);
+    roles.menu("TMainForm", "SetutenDataMenu").click("TSelNodeForm", "OKButton");
+    roles.gone("TSelNodeForm").play();
+    EXPECT_EQ(window.state().stage, Stage::loaded);
+    ASSERT_EQ(model.N_Fix, 2);
+    ASSERT_EQ(model.N_Load, 5);
     model.fix[1].ix = 0; // a roller
     SolverOutcome outcome;
     ASSERT_EQ(run_solver(outcome), 0);
@@ -133,6 +150,7 @@ TEST_F(Truss, IsDrawnAnalysedAndItsForcesAreThoseOfTheJoints) {
         const Bar& bar = bars[position_of(stress.no)];
         EXPECT_NEAR(stress.force, bar.force, 0.005 * 1118.03) << "member " << stress.no;
     }
+    document = Document{};
 }
 
 } // namespace
