@@ -223,6 +223,11 @@ void TFrameSlvForm::add_view_menu() {
     }
     add_checked_item(
         menu, "HanreiMenu", "凡例(&H)", [this] { legend_ = !legend_; }, [this] { return legend_; });
+    needs_results_.push_back(add_joint_item(menu, [this] {
+        if (shown_.mode == mode_solids) {
+            prepare_solids(this);
+        }
+    }));
     menu->addSeparator();
     needs_results_.push_back(add_fit_item(menu));
 }
@@ -394,7 +399,7 @@ int TFrameSlvForm::build_solids(bool all_members) {
 int TFrameSlvForm::prepare_solids(QWidget* parent) {
     const int status = prepare_perspective_shown(parent);
     if (status == perspective_stopped) {
-        status_->setText("隠れ線の処理を中止したので、隠れた線も描いています");
+        status_->setText(hidden_lines_stopped);
     } else if (status == perspective_ready) {
         status_->setText(solids.n_trio == 0 ? "選択した部材がないので、角丸表示は空です"
                                             : "角丸表示　引張は丸、圧縮は角");
