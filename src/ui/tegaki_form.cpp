@@ -124,6 +124,7 @@ void TTegakiForm::add_shown_menu() {
         menu, "TegakiModosuMenu", "手書に戻す(&T)", [this] { set_mode(SheetMode::draw); },
         QKeySequence("Ctrl+B"));
     menu->addSeparator();
+    add_joint_item(menu);
     add_toggle(menu, "KousiMenu", "格子(&G)", false, &SheetWidget::set_grid);
     add_toggle(menu, "SetutenBangouMenu", "節点番号(&N)", true, &SheetWidget::set_node_numbers);
     add_toggle(menu, "BuzaiBangouMenu", "部材番号(&B)", false, &SheetWidget::set_beam_numbers);
@@ -250,7 +251,6 @@ void TTegakiForm::view_model(ModelMode mode) {
     sheet_->leave_sheet();
     save_old_node();
     view.TAU = view.FAI = 30.0f;
-    statusBar()->clearMessage();
     mode_label_->setText("手書に戻す（Ctrl+B）で図面に戻ります");
     if (mode == ModelMode::axis) {
         show_axis_model();
@@ -262,6 +262,9 @@ void TTegakiForm::view_model(ModelMode mode) {
     if (this->mode() == ModelMode::nothing) {
         back_to_sheet(); // the solids could not be built
     }
+    if (statusBar()->currentMessage() == document_summary()) {
+        statusBar()->clearMessage();
+    }
     show_state();
 }
 
@@ -270,6 +273,7 @@ void TTegakiForm::back_to_sheet() {
         return;
     }
     show_mode(ModelMode::nothing);
+    statusBar()->clearMessage();
     load_old_node();
     sheet_->show_sheet();
 }
