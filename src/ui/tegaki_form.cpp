@@ -251,7 +251,6 @@ void TTegakiForm::view_model(ModelMode mode) {
     sheet_->leave_sheet();
     save_old_node();
     view.TAU = view.FAI = 30.0f;
-    statusBar()->clearMessage();
     mode_label_->setText("手書に戻す（Ctrl+B）で図面に戻ります");
     if (mode == ModelMode::axis) {
         show_axis_model();
@@ -263,6 +262,9 @@ void TTegakiForm::view_model(ModelMode mode) {
     if (this->mode() == ModelMode::nothing) {
         back_to_sheet(); // the solids could not be built
     }
+    if (statusBar()->currentMessage() == document_summary()) {
+        statusBar()->clearMessage();
+    }
     show_state();
 }
 
@@ -271,6 +273,7 @@ void TTegakiForm::back_to_sheet() {
         return;
     }
     show_mode(ModelMode::nothing);
+    statusBar()->clearMessage();
     load_old_node();
     sheet_->show_sheet();
 }

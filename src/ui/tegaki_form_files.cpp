@@ -135,6 +135,7 @@ void TTegakiForm::start_read_sketch(bool saved) {
     load_old_node();
     sheet_->sheet().set_mode(SheetMode::draw);
     show_mode(ModelMode::nothing);
+    statusBar()->clearMessage();
     sheet_->show_sheet();
     history_.start(saved);
     document.changed = !saved;
