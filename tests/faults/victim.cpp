@@ -1,6 +1,7 @@
 #include "victim.h"
 
 #include <csignal>
+#include <cstdio>
 #include <cstdlib>
 #include <sys/ptrace.h>
 #include <sys/resource.h>
@@ -62,6 +63,7 @@ int follow(pid_t child, int kill_at_call, Fate& fate) {
 } // namespace
 
 Fate suffer(const Fault& fault, const std::function<int()>& work) {
+    std::fflush(nullptr); // or the child writes it again
     const pid_t child = fork();
     if (child == 0) {
         meet(fault);
