@@ -10,6 +10,7 @@ namespace kigumi::test {
 class Dice {
   public:
     Dice();
+    explicit Dice(unsigned seed) : seed_(seed), random_(seed) {}
     // 0 ... count - 1; `count` at least 1.
     int roll(int count) { return std::uniform_int_distribution<int>(0, count - 1)(random_); }
     unsigned seed() const { return seed_; }
