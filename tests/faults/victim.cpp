@@ -2,22 +2,12 @@
 
 #include <csignal>
 #include <cstdio>
-#include <cstdlib>
 #include <sys/ptrace.h>
 #include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 namespace kigumi::test {
-
-Dice::Dice()
-    : seed_(static_cast<unsigned>(number_from_environment("KIGUMI_SEED", 20261121))),
-      random_(seed_) {}
-
-int number_from_environment(const char* name, int usual) {
-    const char* text = std::getenv(name);
-    return text == nullptr ? usual : std::atoi(text);
-}
 
 namespace {
 

@@ -2,26 +2,8 @@
 #pragma once
 
 #include <functional>
-#include <random>
 
 namespace kigumi::test {
-
-// Random choices of a test; KIGUMI_SEED in the environment sets the seed, which a failure prints.
-class Dice {
-  public:
-    Dice();
-    explicit Dice(unsigned seed) : seed_(seed), random_(seed) {}
-    // 0 ... count - 1; `count` at least 1.
-    int roll(int count) { return std::uniform_int_distribution<int>(0, count - 1)(random_); }
-    unsigned seed() const { return seed_; }
-
-  private:
-    unsigned seed_;
-    std::mt19937 random_;
-};
-
-// A whole number from the environment, or `usual` when it is not there.
-int number_from_environment(const char* name, int usual);
 
 // What the child meets.
 struct Fault {

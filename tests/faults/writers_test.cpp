@@ -2,6 +2,7 @@
 // the target is then what it was or what it was to become, and nothing piles up beside it.
 #include "analysis/solver_input.h"
 #include "analysis/solver_run.h"
+#include "dice.h"
 #include "export/dxf.h"
 #include "export/win3d.h"
 #include "files/jiku.h"
@@ -119,7 +120,7 @@ class WritersTest : public ResultTest, public ::testing::WithParamInterface<Writ
     static constexpr int failed = 128;
     static constexpr const char* old = "what was there before\r\n";
     std::string new_;
-    Dice dice_;
+    Dice dice_{seed_of_run()};
     const int rounds_ = number_from_environment("KIGUMI_FAULTS", 8);
 };
 
@@ -192,7 +193,7 @@ class ProgramsTest : public ResultTest {
         const Fate whole = suffer({.kill_at_call = never}, run);
         ASSERT_EQ(whole.status, 0);
         const int rounds = number_from_environment("KIGUMI_FAULTS", 3);
-        Dice dice;
+        Dice dice(seed_of_run());
         for (int round = 0; round < rounds; ++round) {
             prepare();
             // The last calls write, the first ones load the program.
