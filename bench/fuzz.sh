@@ -4,7 +4,7 @@
 set -eu
 cd "$(dirname "$0")/.."
 . .ci/packages
-need_packages clang-14 libclang-rt-14-dev
+need_packages clang-14 libclang-rt-14-dev >&2
 build_preset fuzz kigumi_fuzz symbol_font >/dev/null
 [ $# -eq 2 ] || exec build-fuzz/bin/kigumi_fuzz
 mkdir -p "build-fuzz/corpus/$1" build-fuzz/found
