@@ -61,9 +61,11 @@ struct Result {
     std::array<HeniNode, result_capacity> heni_node;
     std::array<HeniBeam, result_capacity> heni_beam;
 
-    // The members of the square/round view: a copy of chosen records of `stress`.
+    // The selection (results/selection.h): a copy of chosen records of `stress`, in their order.
     std::array<Stress, result_capacity> kensaku;
+    std::array<std::int32_t, result_capacity> kensaku_row; // their 0-based positions in `stress`
     std::int32_t Nken_Stress = 0;
+    std::uint64_t kensaku_edition = 0; // grows with every change of the selection
 };
 
 extern Result result;

@@ -191,6 +191,7 @@ void store_listing(const Listing& listing) {
     result.N_Stress = static_cast<std::int32_t>(listing.stress.size());
     result.force_max = listing.force_max;
     result.Nken_Stress = 0;
+    ++result.kensaku_edition;
 }
 
 void store_displacements(const std::vector<Disp>& disp) {

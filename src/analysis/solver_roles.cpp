@@ -4,16 +4,20 @@
 #include "model/model.h"
 
 #include <algorithm>
+#include <array>
+#include <cmath>
+#include <map>
 #include <vector>
 
 namespace kigumi {
 
 namespace {
 
-// Reads the blocks of the file in their order, in the free form that the solver takes.
-class RoleReader {
+// Reads the blocks of the file in their order, in the free form that the solver takes. A record of
+// the frame that cannot be read makes it incomplete; supports and loads are read all the same.
+class InputReader {
   public:
-    explicit RoleReader(std::string_view bytes) : lines_(bytes) {}
+    explicit InputReader(std::string_view bytes) : lines_(bytes) {}
 
     bool read() {
         for (int block = 0; block < level_blocks; ++block) {
@@ -21,21 +25,25 @@ class RoleReader {
                 return false;
             }
         }
-        for (int block = 0; block < record_blocks; ++block) {
-            if (!skip_records(block == member_block ? 1 : 0)) {
-                return false;
-            }
-        }
-        return read_fixes() && read_loads();
+        return read_records(1, [this] { read_member(); }) &&
+               read_records(0, [this] { read_section(); }) &&
+               read_records(0, [this] { ++materials; }) &&
+               read_records(0, [this] { read_node(); }) && read_fixes() && read_loads();
     }
 
+    struct Member {
+        int start, end, section; // numbers
+    };
+    std::vector<Member> members;
+    std::map<int, double> areas; // by section number, cm²
+    std::map<int, std::array<double, 3>> nodes;
+    int materials = 0;
+    bool frame_complete = true;
     std::vector<Fix> fixes;
     std::vector<Load> loads;
 
   private:
     static constexpr int level_blocks = 3;
-    static constexpr int record_blocks = 4; // members, sections, materials, nodes
-    static constexpr int member_block = 0;  // its count line has the node count in front
 
     // Takes the items of the next line that is not blank; commas separate as blanks do.
     bool next_record() {
@@ -67,15 +75,41 @@ class RoleReader {
         }
         return values == static_cast<size_t>(count);
     }
-    bool skip_records(size_t count_at) {
+    // A block of records; the count stands in this field of its first line.
+    template <class Read> bool read_records(size_t count_at, Read read) {
         int count = 0;
         if (!next_count(count_at, count)) {
             return false;
         }
         while (count > 0 && next_record()) {
+            read();
             --count;
         }
         return count == 0;
+    }
+    template <class Number> bool field(size_t at, Number& value) const {
+        return at < fields_.size() && parse_number(fields_[at], value);
+    }
+    void read_member() {
+        Member member{};
+        const bool good =
+            field(1, member.start) && field(2, member.end) && field(3, member.section);
+        frame_complete = frame_complete && good;
+        members.push_back(member);
+    }
+    void read_section() {
+        int no = 0;
+        double area = 0.0;
+        const bool good = field(0, no) && field(3, area);
+        frame_complete = frame_complete && good;
+        areas[no] = area;
+    }
+    void read_node() {
+        int no = 0;
+        std::array<double, 3> at{};
+        const bool good = field(0, no) && field(1, at[0]) && field(2, at[1]) && field(3, at[2]);
+        frame_complete = frame_complete && good;
+        nodes[no] = at;
     }
     bool read_fixes();
     bool read_loads();
@@ -85,7 +119,7 @@ class RoleReader {
     std::vector<std::string_view> fields_;
 };
 
-bool RoleReader::read_fixes() {
+bool InputReader::read_fixes() {
     int count = 0;
     if (!next_count(0, count) || count > fix_capacity) {
         return false;
@@ -105,7 +139,7 @@ bool RoleReader::read_fixes() {
     return true;
 }
 
-bool RoleReader::read_loads() {
+bool InputReader::read_loads() {
     constexpr size_t unnamed = 7; // number, three forces, three moments; a name may come before
     int count = 0;
     if (!next_count(0, count) || count > load_capacity) {
@@ -138,7 +172,7 @@ int load_solver_roles() {
     if (!bytes) {
         return -1;
     }
-    RoleReader reader(*bytes);
+    InputReader reader(*bytes);
     if (!reader.read()) {
         return -1;
     }
@@ -147,6 +181,34 @@ int load_solver_roles() {
     model.N_Fix = static_cast<std::int32_t>(reader.fixes.size());
     model.N_Load = static_cast<std::int32_t>(reader.loads.size());
     return 0;
+}
+
+std::optional<SolverFrame> read_solver_frame() {
+    const auto bytes = read_file(work_file("FRAMESLV.IN"));
+    if (!bytes) {
+        return {};
+    }
+    InputReader reader(*bytes);
+    if (!reader.read() || !reader.frame_complete) {
+        return {};
+    }
+    SolverFrame frame;
+    frame.nodes = static_cast<int>(reader.nodes.size());
+    frame.sections = static_cast<int>(reader.areas.size());
+    frame.materials = reader.materials;
+    for (const InputReader::Member& member : reader.members) {
+        const auto start = reader.nodes.find(member.start);
+        const auto end = reader.nodes.find(member.end);
+        const auto area = reader.areas.find(member.section);
+        if (start == reader.nodes.end() || end == reader.nodes.end() ||
+            area == reader.areas.end()) {
+            return {};
+        }
+        const auto& [x, y, z] = start->second;
+        const auto& [xl, yl, zl] = end->second;
+        frame.members.push_back({area->second, std::hypot(xl - x, yl - y, zl - z)});
+    }
+    return frame;
 }
 
 } // namespace kigumi

@@ -59,6 +59,7 @@ template <class Parse> int read_result_file(const char* name, Parse parse) {
         show_message(text_format("ファイル%sをオ－プンできません", name));
         return -1;
     }
+    clear_file_error();
     if (parse(*text) < 0) {
         show_message(text_format("ファイル%sの読み込みに失敗しました", name));
         return -1;

@@ -74,6 +74,7 @@ class CommandLine {
     void add_solve();
     void add_draw();
     void add_listing();
+    void add_report();
     void add_demo();
     int run_chosen();
     void read_draw_texts();
@@ -86,11 +87,13 @@ class CommandLine {
     CLI::App* solve_ = nullptr;
     CLI::App* draw_ = nullptr;
     CLI::App* listing_ = nullptr;
+    CLI::App* report_ = nullptr;
     CLI::App* demo_ = nullptr;
     GenerateOptions generate_options_;
     DrawOptions draw_options_;
+    ReportOptions report_options_;
     RoleArguments convert_roles_, solve_roles_;
-    std::string input_, output_, dir_, move_, band_, size_, label_list_;
+    std::string input_, output_, dir_, move_, band_, size_, label_list_, csv_;
     int colour_ = 2;
 };
 
@@ -104,6 +107,7 @@ CommandLine::CommandLine() {
     add_solve();
     add_draw();
     add_listing();
+    add_report();
     add_demo();
 }
 
@@ -149,9 +153,11 @@ void CommandLine::add_draw() {
     draw_->add_option("--rho", draw_options_.rho, "視点の距離 Rho（cm）");
     draw_->add_option("--theta", draw_options_.theta, "視点の方位 Theta（度）");
     draw_->add_option("--phi", draw_options_.phi, "視点の天頂角 Phi（度）");
+    draw_->add_flag("--joints", draw_options_.joints, "透視図に部材どうしの交線も描きます");
     draw_->add_option("--scale", draw_options_.scale, "変位の倍率")
         ->check(CLI::IsMember({1, 5, 10}));
     draw_->add_option("--labels", label_list_, "文字 nodes,members,fix,load");
+    draw_->add_flag("--legend", draw_options_.legend, "凡例を入れる（結果の図。PDF には必ず入る）");
     draw_->add_option("--size", size_, "図の大きさ WxH（ピクセル）");
     draw_->add_option("-o,--output", draw_options_.output, "図（.png .svg .pdf）")->required();
 }
@@ -159,7 +165,18 @@ void CommandLine::add_draw() {
 void CommandLine::add_listing() {
     listing_ = app_.add_subcommand("listing", "計算結果の一覧を保存します");
     listing_->add_option("--dir", dir_, "計算結果のフォルダ")->required();
+    listing_->add_option("--csv", csv_, "表計算用の CSV：members 部材、stress 応力、heni 変位")
+        ->check(CLI::IsMember({"members", "stress", "heni"}));
     listing_->add_option("-o,--output", output_, "一覧のファイル")->required();
+}
+
+void CommandLine::add_report() {
+    report_ = app_.add_subcommand("report", "計算結果の報告書（PDF）を作ります");
+    report_->add_option(
+        "IN", report_options_.input,
+        "解析した軸データ（.jik）または手書データ（.tgk）。区分ごとの材積に使います");
+    report_->add_option("--dir", report_options_.dir, "計算結果のフォルダ")->required();
+    report_->add_option("-o,--output", report_options_.output, "報告書（.pdf）")->required();
 }
 
 void CommandLine::add_demo() {
@@ -200,7 +217,10 @@ int CommandLine::run_chosen() {
         read_draw_texts();
         return run_draw(draw_options_);
     }
-    return listing_->parsed() ? run_listing(dir_, output_) : run_demo(dir_);
+    if (report_->parsed()) {
+        return run_report(report_options_);
+    }
+    return listing_->parsed() ? run_listing(dir_, csv_, output_) : run_demo(dir_);
 }
 
 // What is wrong with the arguments, in the words of this program.
@@ -250,7 +270,7 @@ int CommandLine::run(int argc, char** argv) {
     try {
         app_.parse(argc, argv);
         std::unique_ptr<QGuiApplication> gui;
-        if (draw_->parsed() || demo_->parsed()) {
+        if (draw_->parsed() || report_->parsed() || demo_->parsed()) {
             gui = std::make_unique<QGuiApplication>(argc, argv);
         }
         status = run_chosen();

@@ -15,9 +15,11 @@
 #include "geometry/solid.h"
 #include "model/lookup.h"
 #include "results/listing.h"
+#include "results/result_csv.h"
 
 #include <chrono>
 #include <cstdio>
+#include <map>
 
 namespace kigumi {
 
@@ -153,11 +155,16 @@ int run_solve(const std::string& input, const std::string& dir,
     return 0;
 }
 
-int run_listing(const std::string& dir, const std::string& output) {
+int run_listing(const std::string& dir, const std::string& csv, const std::string& output) {
     if (use_result_dir(dir) < 0 || FrameSlv() < 0) {
         return -1;
     }
-    return save_listing(path_of(output));
+    if (csv.empty()) {
+        return save_listing(path_of(output));
+    }
+    const std::map<std::string, const ResultTable*> tables = {
+        {"members", &member_table()}, {"stress", &stress_table()}, {"heni", &displacement_table()}};
+    return save_result_csv(path_of(output), *tables.at(csv));
 }
 
 namespace {

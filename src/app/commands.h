@@ -30,9 +30,17 @@ struct DrawOptions {
     float low = 0.0f, high = 100.0f; // band, percent
     float tau = 30.0f, fai = 30.0f;  // degrees
     double rho = 4000.0, theta = 20.0, phi = 70.0;
-    int scale = 1; // magnification of displacements
+    bool joints = false; // lines where bars meet, in perspectives
+    int scale = 1;       // magnification of displacements
     std::vector<std::string> labels;
     int width = 1280, height = 800;
+    bool legend = false; // of results; a PDF file has it in any case
+    std::string output;
+};
+
+struct ReportOptions {
+    std::string dir;   // folder of the result files
+    std::string input; // the frame's file; may be empty
     std::string output;
 };
 
@@ -44,7 +52,9 @@ int run_convert(const std::string& input, const std::string& output,
 int run_solve(const std::string& input, const std::string& dir,
               const std::vector<RoleOption>& roles);
 int run_draw(const DrawOptions& options);
-int run_listing(const std::string& dir, const std::string& output);
+// `csv`: "members", "stress" or "heni" for that list as CSV; empty for the listing.
+int run_listing(const std::string& dir, const std::string& csv, const std::string& output);
+int run_report(const ReportOptions& options);
 int run_demo(const std::string& dir);
 
 } // namespace kigumi

@@ -8,12 +8,18 @@
 #include "geometry/perspective.h"
 #include "results/displacement.h"
 #include "results/force_picture.h"
+#include "results/legend.h"
 #include "results/marukaku.h"
 #include "results/model_picture.h"
+#include "results/selection.h"
 #include "results/stroke_font.h"
+#include "ui/dialogs.h"
+#include "ui/legend_box.h"
 #include "ui/picture_file.h"
 
 #include <algorithm>
+#include <numeric>
+#include <vector>
 
 namespace kigumi {
 
@@ -38,6 +44,33 @@ int result_mode(const std::string& mode) {
     return -1;
 }
 
+// A paper has its legend in any case.
+bool wants_legend(const DrawOptions& options) {
+    return options.legend || ending_of(path_of(options.output)) == ".pdf";
+}
+
+// The title of a page: what is shown, and of which frame or folder.
+QString title_of(const DrawOptions& options, const std::string& what) {
+    return qt_text(what + "　" + (options.dir.empty() ? options.input : options.dir));
+}
+
+int draw_with_legend(const DrawOptions& options, const fs::path& path, const ResultView& shown,
+                     const PictureFunction& draw) {
+    constexpr QSizeF usual(1280, 800); // pixels, for which the legend's letters are made
+    const auto scale = static_cast<float>(options.scale);
+    const auto draw_both = [&](PainterCanvas& canvas) {
+        const int status = draw(canvas);
+        if (status == 0 && wants_legend(options)) {
+            const double enlarged = std::max(
+                1.0, std::min(options.width / usual.width(), options.height / usual.height()));
+            paint_legend(canvas, options.width, result_legend(shown, scale), enlarged);
+        }
+        return status;
+    };
+    return save_picture(path, options.width, options.height, draw_both,
+                        title_of(options, "計算結果　" + result_title(shown, scale)));
+}
+
 DrawArea client_area(const DrawOptions& options) {
     DrawArea area;
     area.xScreen = options.width;
@@ -49,6 +82,7 @@ void set_viewpoint(const DrawOptions& options) {
     view.Rho = options.rho;
     view.Theta = options.theta;
     view.Phi = options.phi;
+    view.joints = options.joints ? 1 : 0;
 }
 
 int draw_results(const DrawOptions& options, const fs::path& path) {
@@ -72,7 +106,7 @@ int draw_results(const DrawOptions& options, const fs::path& path) {
     if (model.N_Fix == 0 && model.N_Load == 0) {
         load_solver_roles();
     }
-    return save_picture(path, options.width, options.height, [&picture](Canvas& canvas) {
+    return draw_with_legend(options, path, picture, [&picture](Canvas& canvas) {
         return draw_result_picture(canvas, picture);
     });
 }
@@ -80,39 +114,42 @@ int draw_results(const DrawOptions& options, const fs::path& path) {
 // Square and round bars by percent: all members, largest force first.
 int draw_solid_results(const DrawOptions& options, const fs::path& path) {
     ResultView shown;
+    shown.mode = mode_solids;
     shown.area = client_area(options);
-    std::copy(result.stress.begin(), result.stress.begin() + result.N_Stress,
-              result.kensaku.begin());
-    result.Nken_Stress = result.N_Stress;
+    std::vector<int> all(result.N_Stress);
+    std::iota(all.begin(), all.end(), 0);
+    select_results(all);
     if (make_marukaku(shown) < 0) {
         return -1;
     }
     set_viewpoint(options);
     DrawArea area = client_area(options);
-    return save_picture(path, options.width, options.height,
-                        [&area](Canvas& canvas) { return draw_perspective(canvas, area); });
+    return draw_with_legend(options, path, shown, [&area](Canvas& canvas) {
+        return draw_perspective(canvas, area, marukaku_colour);
+    });
 }
 
 int draw_frame(const DrawOptions& options, const fs::path& path) {
     DrawArea area = client_area(options);
+    const auto save = [&](const char* what, const PictureFunction& draw) {
+        return save_picture(path, options.width, options.height, draw, title_of(options, what));
+    };
     if (options.mode == "wire") {
         ModelLabels labels;
         labels.node_names = has_label(options, "nodes");
         labels.member_numbers = has_label(options, "members");
-        return save_picture(path, options.width, options.height, [&](Canvas& canvas) {
-            return draw_model_picture(canvas, area, labels);
-        });
+        return save("ワイヤモデル",
+                    [&](Canvas& canvas) { return draw_model_picture(canvas, area, labels); });
     }
     if (build_trio_file() < 0) {
         return -1;
     }
     if (options.mode == "axis") {
-        return save_picture(path, options.width, options.height,
-                            [&area](Canvas& canvas) { return draw_axis_model(canvas, area); });
+        return save("軸モデル", [&area](Canvas& canvas) { return draw_axis_model(canvas, area); });
     }
     set_viewpoint(options);
-    return save_picture(path, options.width, options.height,
-                        [&area](Canvas& canvas) { return draw_perspective(canvas, area); });
+    return save("視点座標モデル",
+                [&area](Canvas& canvas) { return draw_perspective(canvas, area); });
 }
 
 } // namespace

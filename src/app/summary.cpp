@@ -12,6 +12,8 @@ namespace kigumi {
 
 namespace {
 
+constexpr double cm_a_metre = 100.0;
+
 // Category of the member at position i: its own, or that of the label before it in the file read.
 int known_kind(int i) {
     const int kind = model.beam[i].kind;
@@ -23,20 +25,10 @@ int known_kind(int i) {
 }
 
 void print_kinds() {
-    int count[kind_count] = {};
-    double volume[kind_count] = {};
     double total = 0.0;
-    for (int i = 0; i < model.N_Beam; ++i) {
-        const int kind = known_kind(i);
-        const double timber = beam_volume(model.beam[i]);
-        ++count[kind];
-        volume[kind] += timber;
-        total += timber;
-    }
-    for (int kind = 0; kind < kind_count; ++kind) {
-        if (count[kind] > 0) {
-            std::printf("  %5d 本 %9.3f m3  %s\n", count[kind], volume[kind], kind_name(kind));
-        }
+    for (const KindTotal& each : kind_totals()) {
+        std::printf("  %5d 本 %9.3f m3  %s\n", each.count, each.volume, kind_name(each.kind));
+        total += each.volume;
     }
     std::printf("材積 %.3f m3\n", total);
 }
@@ -66,6 +58,22 @@ void print_member(const char* what, const Stress* member) {
 }
 
 } // namespace
+
+std::vector<KindTotal> kind_totals() {
+    std::vector<KindTotal> totals(kind_count);
+    for (int i = 0; i < model.N_Beam; ++i) {
+        const Beam& beam = model.beam[i];
+        KindTotal& total = totals[static_cast<size_t>(known_kind(i))];
+        ++total.count;
+        total.length += beam_length(beam) / cm_a_metre;
+        total.volume += beam_volume(beam);
+    }
+    for (int kind = 0; kind < kind_count; ++kind) {
+        totals[static_cast<size_t>(kind)].kind = kind;
+    }
+    std::erase_if(totals, [](const KindTotal& total) { return total.count == 0; });
+    return totals;
+}
 
 void print_frame_info() {
     std::printf("節点 %d\n部材 %d\n断面 %d\n", model.N_Node, model.N_Beam, model.N_Size);

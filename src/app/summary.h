@@ -1,7 +1,21 @@
 // What the commands print of a frame and of its results.
 #pragma once
 
+#include <vector>
+
 namespace kigumi {
+
+// The members of one category of the model.
+struct KindTotal {
+    int kind;
+    int count;
+    double length; // m
+    double volume; // timber, m³
+};
+
+// The categories that the model has, in their order. A member of no category counts to that of the
+// label before it in the axis data file read.
+std::vector<KindTotal> kind_totals();
 
 // Prints counts, levels, bounds and timber volume of the model, members also by category.
 void print_frame_info();

@@ -4,7 +4,7 @@
 #include "base/message.h"
 #include "base/scan.h"
 #include "model/lookup.h"
-#include "model/model.h"
+#include "model/sketch.h"
 
 #include <algorithm>
 #include <cstring>
@@ -15,10 +15,6 @@ namespace kigumi {
 int OnSaveOld = 0;
 
 namespace {
-
-struct SheetPoint {
-    float X, Y;
-};
 
 std::array<SheetPoint, node_capacity> old_node;
 int N_OldNode = 0;

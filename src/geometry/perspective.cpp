@@ -4,12 +4,47 @@
 #include "geometry/segment_file.h"
 #include "trace/spy.h"
 
+#include <algorithm>
+#include <cmath>
+
 namespace kigumi {
 
-std::vector<VisibleSegment> visible_segments(std::span<const Trio> records,
-                                             const ViewCoefficients& v) {
-    std::vector<VisibleSegment> segments;
-    segments.reserve(records.size());
+namespace {
+
+constexpr double crumb_pixels = 0.5;
+
+// What the kept lines belong to.
+struct PictureKey {
+    std::uint32_t edition = 0; // of the triangles; 0: none
+    double Rho = 0.0, Theta = 0.0, Phi = 0.0;
+    int joints = 0;
+
+    bool same_eye(const PictureKey& k) const {
+        return !(Rho < k.Rho || Rho > k.Rho || Theta < k.Theta || Theta > k.Theta || Phi < k.Phi ||
+                 Phi > k.Phi);
+    }
+    bool operator==(const PictureKey& k) const {
+        return edition == k.edition && joints == k.joints && same_eye(k);
+    }
+};
+
+struct KeptLines {
+    PictureKey key;
+    bool complete = false; // hidden lines were removed
+    bool preparing = false;
+    std::vector<VisibleSegment> lines;
+    PlaneBounds bounds{0, 0, 0, 0};
+};
+
+KeptLines& kept() {
+    static KeptLines lines;
+    return lines;
+}
+
+// All flagged edges.
+std::vector<VisibleSegment> flagged_edges(std::span<const Trio> records,
+                                          const ViewCoefficients& v) {
+    std::vector<VisibleSegment> lines;
     const auto eye = [&v](const float(&p)[3]) { return to_eye(v, p[0], p[1], p[2]); };
     for (std::size_t i = 0; i < records.size(); ++i) {
         const Trio& trio = records[i];
@@ -20,56 +55,119 @@ std::vector<VisibleSegment> visible_segments(std::span<const Trio> records,
             const auto segment =
                 perspective_edge(v, eye(trio.vertex[edge.from]), eye(trio.vertex[edge.to]));
             if (segment) {
-                segments.push_back({*segment, static_cast<int>(i)});
+                lines.push_back({*segment, static_cast<int>(i)});
             }
         }
+    }
+    return lines;
+}
+
+std::vector<Segment> segments_of(std::span<const VisibleSegment> lines) {
+    std::vector<Segment> segments;
+    segments.reserve(lines.size());
+    for (const VisibleSegment& seen : lines) {
+        segments.push_back(seen.line);
     }
     return segments;
 }
 
-namespace {
+int keep_lines(std::span<const Trio> records, const PictureKey& key, const Progress& progress) {
+    const ViewCoefficients v = view_coefficients(key.Rho, key.Theta, key.Phi);
+    if (project_trio_file(v) < 0) {
+        return -1;
+    }
+    HiddenLineOptions options;
+    options.joints = key.joints != 0;
+    options.progress = progress;
+    kept().preparing = true;
+    auto seen = remove_hidden_lines(records, v, options);
+    kept().preparing = false;
+    kept().key = key;
+    kept().complete = seen.has_value();
+    kept().lines = seen ? std::move(*seen) : flagged_edges(records, v);
+    kept().bounds = segment_bounds(segments_of(kept().lines));
+    return kept().complete ? perspective_ready : perspective_stopped;
+}
 
-void draw_visible(Canvas& canvas, const std::vector<VisibleSegment>& visible,
+void draw_visible(Canvas& canvas, std::span<const VisibleSegment> visible,
                   const TrioColour& colour) {
     int pen = colour_black;
     canvas.set_pen(pen_solid, 1, pen);
-    for (const auto& [line, record] : visible) {
-        const int wanted = colour ? colour(record) : colour_black;
+    for (const VisibleSegment& seen : visible) {
+        const int wanted = colour ? colour(seen.record) : colour_black;
         if (wanted != pen) {
             pen = wanted;
             canvas.set_pen(pen_solid, 1, pen);
         }
-        canvas.move(line.X1, line.Y1);
-        canvas.line(line.X2, line.Y2);
+        canvas.move(seen.line.X1, seen.line.Y1);
+        canvas.line(seen.line.X2, seen.line.Y2);
     }
     if (pen != colour_black) {
         canvas.set_pen(pen_solid, 1, colour_black);
     }
 }
 
+PictureKey wanted_key() {
+    return {trio_edition(), view.Rho, view.Theta, view.Phi, view.joints};
+}
+
 } // namespace
 
-int draw_perspective(Canvas& canvas, DrawArea& area, const TrioColour& colour) {
-    spy("Enter draw_perspective()");
+std::vector<VisibleSegment> without_crumbs(std::span<const VisibleSegment> lines, double shortest) {
+    std::vector<VisibleSegment> left;
+    left.reserve(lines.size());
+    for (const VisibleSegment& seen : lines) {
+        const Segment& s = seen.line;
+        if (seen.whole || std::hypot(s.X2 - s.X1, s.Y2 - s.Y1) >= shortest) {
+            left.push_back(seen);
+        }
+    }
+    return left;
+}
+
+std::vector<VisibleSegment> visible_segments(std::span<const Trio> records,
+                                             const ViewCoefficients& v, double shortest) {
+    return without_crumbs(*remove_hidden_lines(records, v), shortest);
+}
+
+int prepare_perspective(const Progress& progress) {
+    spy("Enter prepare_perspective()");
     const auto records = read_trio_file();
     if (!records) {
         show_message("Error: Unable to open TRIO_FILE jikuire 03");
         return -1;
     }
-    const ViewCoefficients v = view_coefficients(view.Rho, view.Theta, view.Phi);
-    const std::vector<VisibleSegment> visible = visible_segments(*records, v);
-    std::vector<Segment> segments;
-    segments.reserve(visible.size());
-    for (const VisibleSegment& seen : visible) {
-        segments.push_back(seen.line);
+    const PictureKey key = wanted_key();
+    if (kept().complete && kept().key == key) {
+        return perspective_ready;
     }
-    const PlaneBounds bounds = segment_bounds(segments);
+    return keep_lines(*records, key, progress);
+}
+
+int draw_perspective(Canvas& canvas, DrawArea& area, const TrioColour& colour) {
+    spy("Enter draw_perspective()");
+    const KeptLines& picture = kept();
+    const auto records = read_trio_file();
+    if (!records) {
+        show_message("Error: Unable to open TRIO_FILE jikuire 03");
+        return -1;
+    }
+    if (picture.preparing && picture.key.edition != trio_edition()) {
+        return 0;
+    }
+    if (!picture.preparing && !(picture.key == wanted_key()) &&
+        keep_lines(*records, wanted_key(), {}) < 0) {
+        return -1;
+    }
+    const PlaneBounds& bounds = picture.bounds;
     get_world(area, bounds.xmin, bounds.ymin, bounds.xmax, bounds.ymax);
-    if (save_segment_file(area, segments) < 0) {
+    const double crumb = crumb_pixels * (static_cast<double>(area.world.xmax) - area.world.xmin) /
+                         std::max(1, area.crt.right - area.crt.left);
+    if (save_segment_file(area, segments_of(without_crumbs(picture.lines, crumb))) < 0) {
         return -1;
     }
     canvas.set_area(area);
-    draw_visible(canvas, visible, colour);
+    draw_visible(canvas, without_crumbs(picture.lines, crumb / canvas.zoom()), colour);
     return 0;
 }
 

@@ -14,6 +14,7 @@ struct View {
     double Theta = 20.0; // turn of the eye about the vertical axis, degrees
     double Phi = 70.0;   // angle of the eye from the vertical, degrees
     int perspective = 0; // 1 once the viewpoint dialog asked for the perspective picture
+    int joints = 0;      // 1: the perspective picture has the lines where bars meet (交線)
 };
 
 extern View view;

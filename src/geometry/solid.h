@@ -13,6 +13,8 @@
 
 namespace kigumi {
 
+struct ViewCoefficients;
+
 // One triangle, as TRIO.DAT holds it (little-endian). Bytes that the builders do not set are zero.
 struct Trio {
     std::int32_t no;          // 1-based triangle number
@@ -90,5 +92,13 @@ int build_trio_file();
 // no message, when the file is missing, its length is not that of `n_trio` records or a vertex has
 // a number outside the point table. Valid until the next call of a function that builds or reads.
 std::optional<std::span<const Trio>> read_trio_file();
+
+// Number of the records that read_trio_file returned last, from 1; other records have another one.
+std::uint32_t trio_edition();
+
+// Sets `plane` of the records that read_trio_file returned last to the places of their vertices
+// in the perspective plane, and writes them to TRIO.DAT. A vertex before the near plane has no
+// place and gets 0, 0. 0, or -1 after the message "Error: Unable to open TRIO_FILE 01".
+int project_trio_file(const ViewCoefficients& v);
 
 } // namespace kigumi

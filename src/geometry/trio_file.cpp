@@ -4,6 +4,7 @@
 #include "base/format.h"
 #include "base/message.h"
 #include "geometry/solid_store.h"
+#include "geometry/viewpoint.h"
 #include "trace/spy.h"
 
 #include <algorithm>
@@ -47,11 +48,47 @@ std::optional<FileStamp>& saved_stamp() {
 struct LoadedFile {
     std::vector<Trio> records;
     std::optional<FileStamp> stamp;
+    std::uint32_t edition = 0;
 };
 
 LoadedFile& loaded_file() {
     static LoadedFile loaded;
     return loaded;
+}
+
+// Numbers of all records that were ever saved or loaded.
+struct Editions {
+    std::uint32_t newest = 0;
+    std::uint32_t saved = 0; // of the triangles in memory
+    std::uint32_t read = 0;  // of those that were read last
+};
+
+Editions& editions() {
+    static Editions numbers;
+    return numbers;
+}
+
+int write_records(std::span<const Trio> records) {
+    const std::string_view bytes(reinterpret_cast<const char*>(records.data()),
+                                 records.size_bytes());
+    if (save_file(work_file(trio_name), bytes, false) < 0) {
+        show_message("Error: Unable to open TRIO_FILE 01");
+        return -1;
+    }
+    return 0;
+}
+
+void project(std::span<Trio> records, const ViewCoefficients& v) {
+    const double near = near_plane(v);
+    for (Trio& trio : records) {
+        for (int i = 0; i < 3; ++i) {
+            const float(&p)[3] = trio.vertex[i];
+            const EyePoint eye = to_eye(v, p[0], p[1], p[2]);
+            const double scale = eye.ze < near ? 0.0 : v.v43 / eye.ze;
+            trio.plane[i][0] = eye.xe * scale;
+            trio.plane[i][1] = eye.ye * scale;
+        }
+    }
 }
 
 bool names_points(const Trio& trio) {
@@ -103,14 +140,12 @@ void make_men() {
 int save_trio_file() {
     spy("Enter save_trio_file()");
     follow_model();
-    const std::string_view bytes(reinterpret_cast<const char*>(solids.trio.data()),
-                                 solids.trio.size() * sizeof(Trio));
-    solids.saved = save_file(work_file(trio_name), bytes, false) == 0;
+    solids.saved = write_records(solids.trio) == 0;
     if (!solids.saved) {
-        show_message("Error: Unable to open TRIO_FILE 01");
         return -1;
     }
     saved_stamp() = stamp_of_file();
+    editions().saved = ++editions().newest;
     return 0;
 }
 
@@ -128,6 +163,7 @@ std::optional<std::span<const Trio>> read_trio_file() {
         return std::nullopt;
     }
     if (solids.saved && stamp == saved_stamp()) {
+        editions().read = editions().saved;
         return solids.trio;
     }
     LoadedFile& loaded = loaded_file();
@@ -137,6 +173,7 @@ std::optional<std::span<const Trio>> read_trio_file() {
             return std::nullopt;
         }
         loaded.stamp = stamp;
+        loaded.edition = ++editions().newest;
         loaded.records.resize(static_cast<size_t>(solids.n_trio));
         if (size > 0) {
             std::memcpy(loaded.records.data(), bytes->data(), size);
@@ -145,7 +182,23 @@ std::optional<std::span<const Trio>> read_trio_file() {
     if (!std::all_of(loaded.records.begin(), loaded.records.end(), names_points)) {
         return std::nullopt;
     }
+    editions().read = loaded.edition;
     return loaded.records;
+}
+
+std::uint32_t trio_edition() {
+    return editions().read;
+}
+
+int project_trio_file(const ViewCoefficients& v) {
+    const bool in_memory = editions().read == editions().saved;
+    std::vector<Trio>& records = in_memory ? solids.trio : loaded_file().records;
+    project(records, v);
+    if (write_records(records) < 0) {
+        return -1;
+    }
+    (in_memory ? saved_stamp() : loaded_file().stamp) = stamp_of_file();
+    return 0;
 }
 
 } // namespace kigumi

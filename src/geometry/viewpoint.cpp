@@ -40,25 +40,40 @@ double near_plane(const ViewCoefficients& v) {
     return std::max(part_of_distance * v.v43, nearest);
 }
 
-std::optional<Segment> perspective_edge(const ViewCoefficients& v, EyePoint a, EyePoint b) {
+EyePoint point_between(const EyePoint& a, const EyePoint& b, double part) {
+    return {a.xe + part * (b.xe - a.xe), a.ye + part * (b.ye - a.ye), a.ze + part * (b.ze - a.ze)};
+}
+
+bool cut_at_near_plane(const ViewCoefficients& v, EyePoint& a, EyePoint& b) {
     const double near = near_plane(v);
     if (a.ze < near && b.ze < near) {
-        return std::nullopt;
+        return false;
     }
     const auto cut = [near](const EyePoint& behind, const EyePoint& seen) {
-        const double s = (near - behind.ze) / (seen.ze - behind.ze);
-        return EyePoint{behind.xe + s * (seen.xe - behind.xe),
-                        behind.ye + s * (seen.ye - behind.ye), near};
+        EyePoint at = point_between(behind, seen, (near - behind.ze) / (seen.ze - behind.ze));
+        at.ze = near;
+        return at;
     };
     if (a.ze < near) {
         a = cut(a, b);
     } else if (b.ze < near) {
         b = cut(b, a);
     }
-    const double scale_a = v.v43 / a.ze;
-    const double scale_b = v.v43 / b.ze;
-    return Segment{round_once(a.xe * scale_a), round_once(a.ye * scale_a),
-                   round_once(b.xe * scale_b), round_once(b.ye * scale_b)};
+    return true;
+}
+
+PlanePoint to_perspective(const ViewCoefficients& v, const EyePoint& p) {
+    const double scale = v.v43 / p.ze;
+    return {round_once(p.xe * scale), round_once(p.ye * scale)};
+}
+
+std::optional<Segment> perspective_edge(const ViewCoefficients& v, EyePoint a, EyePoint b) {
+    if (!cut_at_near_plane(v, a, b)) {
+        return std::nullopt;
+    }
+    const PlanePoint from = to_perspective(v, a);
+    const PlanePoint to = to_perspective(v, b);
+    return Segment{from.X, from.Y, to.X, to.Y};
 }
 
 PlaneBounds segment_bounds(std::span<const Segment> segments) {

@@ -31,8 +31,16 @@ EyePoint to_eye(const ViewCoefficients& v, float x, float y, float z);
 // less than 1 cm.
 double near_plane(const ViewCoefficients& v);
 
-// The edge a-b in the perspective plane, which stands at the origin: (xe, ye)·v43 / ze, cm. The
-// part before the near plane is cut off; nothing when that is the whole edge.
+// The point at this part of the way from a to b.
+EyePoint point_between(const EyePoint& a, const EyePoint& b, double part);
+
+// Cuts off the part of the edge a-b before the near plane; false when that is the whole edge.
+bool cut_at_near_plane(const ViewCoefficients& v, EyePoint& a, EyePoint& b);
+
+// A point in the perspective plane, which stands at the origin: (xe, ye)·v43 / ze, cm.
+PlanePoint to_perspective(const ViewCoefficients& v, const EyePoint& p);
+
+// The edge a-b in the perspective plane, cut off at the near plane.
 std::optional<Segment> perspective_edge(const ViewCoefficients& v, EyePoint a, EyePoint b);
 
 // Bounds of plane segments, cm; all 0 when there are none.

@@ -87,15 +87,14 @@ void set_grid_name(Node& node, int i, int j, int k) {
     set_name(node.id, text_format("X%02dY%02dZ%02d", i, j, k).c_str());
 }
 
-// Length between the member's ends, in extended precision, stored as float.
+} // namespace
+
 float beam_length(const Beam& beam) {
     const long double dx = static_cast<long double>(beam.xl) - beam.xs;
     const long double dy = static_cast<long double>(beam.yl) - beam.ys;
     const long double dz = static_cast<long double>(beam.zl) - beam.zs;
     return static_cast<float>(std::sqrt(dx * dx + dy * dy + dz * dz));
 }
-
-} // namespace
 
 void forget_node_index() {
     node_index().clear();

@@ -22,6 +22,9 @@ int append_beam(const float (&start)[3], const float (&end)[3], float haba, floa
 int append_fix(int no, int ix, int iy, int iz);
 int append_load(int no, float fx, float fy, float fz);
 
+// Length between the member's ends, cm, in extended precision, stored as float.
+float beam_length(const Beam& beam);
+
 // Makes the support and load tables from the node flags (1: held in x, y and z; 2: 200 kgf down).
 // -1, with a message, when one of them would overflow; the tables are then as before.
 int make_fix_and_load();

@@ -123,6 +123,9 @@ struct Model {
     std::array<Load, load_capacity> load;
     std::int32_t N_Load = 0;
 
+    // NodeRole that the node at this position had before the search found it (role_found).
+    std::array<std::int32_t, node_capacity> found_role;
+
     // Distinct node coordinates, ascending; the grid on which node names are built.
     std::array<float, level_capacity> Xval, Yval, Zval;
     std::int32_t N_X = 0, N_Y = 0, N_Z = 0;

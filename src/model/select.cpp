@@ -4,6 +4,7 @@
 #include "model/model.h"
 
 #include <algorithm>
+#include <set>
 
 namespace kigumi {
 
@@ -50,6 +51,22 @@ std::vector<int> select_nodes(std::string_view selector) {
         }
     }
     return found;
+}
+
+bool CrossSection::operator==(const CrossSection& other) const {
+    return same_float(haba, other.haba) && same_float(atumi, other.atumi);
+}
+
+bool CrossSection::operator<(const CrossSection& other) const {
+    return haba < other.haba || (same_float(haba, other.haba) && atumi < other.atumi);
+}
+
+std::vector<CrossSection> cross_sections() {
+    std::set<CrossSection> sections;
+    for (int i = 0; i < model.N_Beam; ++i) {
+        sections.insert({model.beam[i].haba, model.beam[i].atumi});
+    }
+    return {sections.begin(), sections.end()};
 }
 
 } // namespace kigumi

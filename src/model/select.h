@@ -1,4 +1,4 @@
-// Choosing nodes by words, as the command line does.
+// Choosing from the model: nodes by words, as the command line does, and members by section.
 #pragma once
 
 #include <string_view>
@@ -12,5 +12,15 @@ std::vector<int> select_nodes(std::string_view selector);
 
 // True when the pattern with * (any characters) and ? (one character) covers the whole text.
 bool matches_pattern(std::string_view pattern, std::string_view text);
+
+// A cross-section, whatever the member's length, cm.
+struct CrossSection {
+    float haba, atumi;
+    bool operator==(const CrossSection& other) const;
+    bool operator<(const CrossSection& other) const; // by width, then thickness
+};
+
+// The different cross-sections of the model's members, ascending.
+std::vector<CrossSection> cross_sections();
 
 } // namespace kigumi

@@ -2,6 +2,7 @@
 
 #include "analysis/result_reader.h"
 #include "base/format.h"
+#include "results/selection.h"
 #include "results/stroke_font.h"
 #include "trace/spy.h"
 
@@ -18,6 +19,7 @@ struct Pen {
 };
 
 constexpr Pen thin_black{pen_solid, 1, colour_black};
+constexpr Pen not_selected{pen_solid, 1, colour_silver};
 
 void set_pen(Canvas& canvas, Pen pen) {
     canvas.set_pen(pen.style, pen.width, pen.colour);
@@ -43,11 +45,6 @@ void draw_axes(Canvas& canvas, const Projector& plane) {
     draw_between(canvas, origin, plane(0.0f, 0.0f, length));
 }
 
-// A zero force counts as compression.
-int sign_colour(float force) {
-    return force > 0.0f ? colour_red : colour_blue;
-}
-
 Pen band_pen(const Stress& s, const ResultView& shown) {
     if (s.percent > shown.upper || s.percent < shown.lower) {
         return thin_black;
@@ -60,14 +57,36 @@ Pen width_pen(const Stress& s) {
     return width < 1 ? thin_black : Pen{pen_solid, width, sign_colour(s.force)};
 }
 
-Pen force_pen(const Stress& s, const ResultView& shown) {
+Pen member_pen(const Stress& s, const ResultView& shown) {
     switch (shown.mode) {
+    case mode_wire:
+        return thin_black;
     case mode_band:
         return band_pen(s, shown);
     case mode_width:
         return width_pen(s);
     default:
         return {pen_solid, 1, sign_colour(s.force)};
+    }
+}
+
+// Draws every member with its pen of the mode. With a selection the members outside it come first
+// and grey.
+void draw_by_pen(Canvas& canvas, const Projector& plane, const ResultView& shown) {
+    const bool any_selected = result.Nken_Stress > 0;
+    if (any_selected) {
+        set_pen(canvas, not_selected);
+        for (int i = 0; i < result.N_Stress; ++i) {
+            if (!is_selected(i)) {
+                draw_member(canvas, plane, result.stress[i]);
+            }
+        }
+    }
+    for (int i = 0; i < result.N_Stress; ++i) {
+        if (!any_selected || is_selected(i)) {
+            set_pen(canvas, member_pen(result.stress[i], shown));
+            draw_member(canvas, plane, result.stress[i]);
+        }
     }
 }
 
@@ -87,6 +106,9 @@ struct Labeller {
 
     // `clear` times the height is left free to the right of the point.
     void put(const std::string& text, int length, PlanePoint at, float height, float clear) const {
+        if (!canvas.shows(at.X, at.Y)) {
+            return;
+        }
         draw_text(canvas, text, length, at.X + clear * height, at.Y, 0.0f, height);
     }
     void put(const std::string& text, PlanePoint at, float clear) const {
@@ -157,6 +179,10 @@ bool start_picture(Canvas& canvas, ResultView& shown) {
 
 } // namespace
 
+int sign_colour(float force) {
+    return force > 0.0f ? colour_red : colour_blue;
+}
+
 bool fit_result(ResultView& shown) {
     const Projector plane(shown.TAU, shown.FAI);
     PlaneBounds bounds = aspect_fit_start;
@@ -175,7 +201,11 @@ void make_wire(Canvas& canvas, ResultView& shown) {
         return;
     }
     const Projector plane(shown.TAU, shown.FAI);
-    draw_all_members(canvas, plane);
+    if (result.Nken_Stress > 0) {
+        draw_by_pen(canvas, plane, shown);
+    } else {
+        draw_all_members(canvas, plane);
+    }
     draw_axes(canvas, plane);
     set_pen(canvas, thin_black);
 }
@@ -185,11 +215,7 @@ void make_force_wire(Canvas& canvas, ResultView& shown) {
     if (!start_picture(canvas, shown)) {
         return;
     }
-    const Projector plane(shown.TAU, shown.FAI);
-    for (int i = 0; i < result.N_Stress; ++i) {
-        set_pen(canvas, force_pen(result.stress[i], shown));
-        draw_member(canvas, plane, result.stress[i]);
-    }
+    draw_by_pen(canvas, Projector(shown.TAU, shown.FAI), shown);
     set_pen(canvas, thin_black);
 }
 
@@ -219,7 +245,7 @@ int draw_result_labels(Canvas& canvas, const ResultView& shown) {
     if (load_stroke_font() < 0) {
         return -1;
     }
-    const float height = shown.area.world.ymax - shown.area.world.ymin;
+    const float height = (shown.area.world.ymax - shown.area.world.ymin) / canvas.zoom();
     const Labeller labeller{canvas, Projector(shown.TAU, shown.FAI), height / 75.0f,
                             height * 0.01f};
     for (int kind = 0; kind < result_label_count; ++kind) {

@@ -35,9 +35,15 @@ struct ResultView {
     DrawArea area; // xScreen and yScreen, pixels, are set by the window, the rest by each fit
 };
 
+// Pen colour of a force: red for tension, blue for compression; a zero force counts as compression.
+int sign_colour(float force);
+
 // Fits the window around all result members (aspect fit). False when there are none or when they or
 // the client size cannot be mapped; the pictures below then draw nothing.
 bool fit_result(ResultView& shown);
+
+// With a selection (results/selection.h) modes 2 to 5 draw the members outside it first and in
+// silver, the selected ones as they would else be drawn.
 
 // Fits, tells the canvas and draws mode 2: every result member in black and the axes, 100 cm each,
 // from the origin.

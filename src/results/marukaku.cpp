@@ -8,6 +8,7 @@
 
 #include <cmath>
 #include <numbers>
+#include <vector>
 
 namespace kigumi {
 
@@ -15,6 +16,8 @@ namespace {
 
 // Bars of up to this percent are square whatever their force.
 constexpr float always_square = 1.0f;
+
+std::vector<int> colour_of_record; // of the bars built last, one a triangle
 
 int make_bar(const Stress& s) {
     const float v = s.percent;
@@ -40,12 +43,19 @@ int make_marukaku(ResultView& shown) {
     reset_eye();
     fit_result(shown);
     reset_solids();
+    colour_of_record.clear();
     for (int i = 0; i < result.Nken_Stress; ++i) {
         if (make_bar(result.kensaku[i]) < 0) {
             return -1;
         }
+        colour_of_record.resize(solids.trio.size(), sign_colour(result.kensaku[i].force));
     }
     return save_trio_file();
+}
+
+int marukaku_colour(int record) {
+    const auto records = static_cast<int>(colour_of_record.size());
+    return record >= 0 && record < records ? colour_of_record[record] : colour_black;
 }
 
 } // namespace kigumi

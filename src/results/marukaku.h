@@ -12,4 +12,8 @@ struct ResultView;
 // is full or the file cannot be written.
 int make_marukaku(ResultView& shown);
 
+// The pen colour of a triangle record (0-based) of the bars built last: that of its member's sign.
+// A TrioColour for draw_perspective.
+int marukaku_colour(int record);
+
 } // namespace kigumi

@@ -2,6 +2,7 @@
 
 #include "base/format.h"
 #include "geometry/axis_picture.h"
+#include "model/roles.h"
 #include "results/stroke_font.h"
 
 #include <cstring>
@@ -11,15 +12,21 @@ namespace kigumi {
 namespace {
 
 constexpr int mark_half = 4;             // pixels
+constexpr int found_radius = 7;          // pixels
 constexpr float labels_a_window = 75.0f; // label height: the window's height / 75
 
 void draw_marks(Canvas& canvas, const ModelLabels& labels) {
     for (int i = 0; i < model.N_Node; ++i) {
         const Node& node = model.node[i];
-        if (labels.fixed_nodes && node.flag == role_fixed) {
+        const int role = role_of(i);
+        if (node.flag == role_found) {
+            canvas.set_pen(pen_solid, 2, colour_blue);
+            canvas.circle(node.X, node.Y, found_radius, false);
+        }
+        if (labels.fixed_nodes && role == role_fixed) {
             canvas.set_pen(pen_solid, 1, colour_blue);
             canvas.square(node.X, node.Y, mark_half, true);
-        } else if (labels.loaded_nodes && node.flag == role_loaded) {
+        } else if (labels.loaded_nodes && role == role_loaded) {
             canvas.set_pen(pen_solid, 1, colour_red);
             canvas.circle(node.X, node.Y, mark_half, true);
         }

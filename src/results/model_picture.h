@@ -15,8 +15,9 @@ struct ModelLabels {
 };
 
 // Projects the model with the shared view angles, fits the window (square fit) and draws the
-// members with the chosen labels and marks; supports and loads come from the node flags. 0, or -1
-// after a message when there is no stroke font.
+// members with the chosen labels and marks; supports and loads come from the node flags, and nodes
+// that the search has found get a blue circle. 0, or -1 after a message when there is no stroke
+// font.
 int draw_model_picture(Canvas& canvas, DrawArea& area, const ModelLabels& labels);
 
 } // namespace kigumi

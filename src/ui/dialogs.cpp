@@ -23,11 +23,16 @@ QString toolkit_filter(const QString& filter) {
     return name + " (" + patterns + ")";
 }
 
+// True while a test answers the dialogs.
+bool is_driven() {
+    return qEnvironmentVariable("KIGUMI_TEST") == "1";
+}
+
 void prepare(QFileDialog& dialog, const QString& caption, const QString& filter) {
     dialog.setWindowTitle(caption);
     dialog.setNameFilter(toolkit_filter(filter));
     dialog.setDirectory(qt_path(work_dir()));
-    dialog.setOption(QFileDialog::DontUseNativeDialog, qEnvironmentVariable("KIGUMI_TEST") == "1");
+    dialog.setOption(QFileDialog::DontUseNativeDialog, is_driven());
 }
 
 fs::path run(QFileDialog& dialog) {
@@ -37,14 +42,14 @@ fs::path run(QFileDialog& dialog) {
     return path_of_qt(dialog.selectedFiles().constFirst());
 }
 
-template <class Number> bool number_in(const QLineEdit* box, Number& value) {
+template <class Number> bool number_in(const QString& typed, Number& value) {
     constexpr QChar minus_sign(0x2212);
-    const QString text = box->text().normalized(QString::NormalizationForm_KC).trimmed();
+    const QString text = typed.normalized(QString::NormalizationForm_KC).trimmed();
     return parse_number(QString(text).replace(minus_sign, '-').toStdString(), value);
 }
 
 template <class Number> bool read_any(QLineEdit* box, const QString& label, Number& value) {
-    if (number_in(box, value)) {
+    if (number_in(box->text(), value)) {
         return true;
     }
     show_message(QString("%1: 「%2」は数値ではありません").arg(label, box->text()).toStdString());
@@ -86,12 +91,19 @@ fs::path ask_open_file(QWidget* parent, const QString& caption, const QString& f
 }
 
 fs::path ask_save_file(QWidget* parent, const QString& caption, const QString& filter,
-                       const QString& extension) {
+                       const QString& extension, const fs::path& suggested) {
     QFileDialog dialog(parent);
     prepare(dialog, caption, filter);
     dialog.setAcceptMode(QFileDialog::AcceptSave);
     dialog.setFileMode(QFileDialog::AnyFile);
     dialog.setDefaultSuffix(extension);
+    if (!suggested.empty()) {
+        dialog.setDirectory(qt_path(suggested.parent_path()));
+        // A file chosen in the list would win over the name that a test puts into the box.
+        if (!is_driven()) {
+            dialog.selectFile(qt_path(suggested));
+        }
+    }
     return run(dialog);
 }
 
@@ -119,6 +131,27 @@ UnsavedAnswer ask_unsaved(QWidget* parent, const QString& text, const QString& s
                                                                         : UnsavedAnswer::cancel;
 }
 
+YesNo ask_yes_no(QWidget* parent, const QString& text, const QString& details) {
+    QMessageBox box(parent);
+    box.setWindowTitle("kigumi");
+    box.setIcon(QMessageBox::Question);
+    box.setText(text);
+    box.setInformativeText(details);
+    QPushButton* yes = box.addButton("はい(&Y)", QMessageBox::YesRole);
+    QPushButton* no = box.addButton("いいえ(&N)", QMessageBox::NoRole);
+    box.setDefaultButton(yes);
+    box.setEscapeButton(no);
+    if (!details.isEmpty()) {
+        QPushButton* cancel = box.addButton("キャンセル(&C)", QMessageBox::RejectRole);
+        box.setDefaultButton(cancel);
+        box.setEscapeButton(cancel);
+    }
+    box.exec();
+    return box.clickedButton() == yes  ? YesNo::yes
+           : box.clickedButton() == no ? YesNo::no
+                                       : YesNo::cancel;
+}
+
 bool read_box(QLineEdit* box, const QString& label, float& value) {
     return read_any(box, label, value);
 }
@@ -128,11 +161,15 @@ bool read_box(QLineEdit* box, const QString& label, int& value) {
 }
 
 bool peek_box(const QLineEdit* box, float& value) {
-    return number_in(box, value);
+    return number_in(box->text(), value);
 }
 
 bool peek_box(const QLineEdit* box, int& value) {
-    return number_in(box, value);
+    return number_in(box->text(), value);
+}
+
+bool parse_text(const QString& text, float& value) {
+    return number_in(text, value);
 }
 
 BusyCursor::BusyCursor() {

@@ -15,10 +15,10 @@ void show_messages_in_boxes();
 
 // A file dialog for opening or saving: caption, filter ("軸データ(*.JIK)|*.jik") and, for saving,
 // the default extension without its dot. Overwriting is asked about by the dialog. Starts in the
-// working directory. Empty when it was cancelled.
+// working directory, or, for saving, with the file `suggested`. Empty when it was cancelled.
 fs::path ask_open_file(QWidget* parent, const QString& caption, const QString& filter);
 fs::path ask_save_file(QWidget* parent, const QString& caption, const QString& filter,
-                       const QString& extension);
+                       const QString& extension, const fs::path& suggested = {});
 
 // What becomes of a change that is not saved.
 enum class UnsavedAnswer { save, discard, cancel };
@@ -28,6 +28,13 @@ enum class UnsavedAnswer { save, discard, cancel };
 UnsavedAnswer ask_unsaved(QWidget* parent, const QString& text, const QString& save,
                           const QString& discard, const QString& cancel);
 
+// The answer to a question with はい and いいえ.
+enum class YesNo { yes, no, cancel };
+
+// Asks with a box of the given text. Where `details`, small print below it, says what would be
+// lost, there is a third button キャンセル; else Esc is いいえ.
+YesNo ask_yes_no(QWidget* parent, const QString& text, const QString& details = {});
+
 // Reads the number in a box (full-width digits are taken too). When there is none: one message
 // naming the box's label and what was typed, the text is selected, and false.
 bool read_box(QLineEdit* box, const QString& label, float& value);
@@ -36,6 +43,9 @@ bool read_box(QLineEdit* box, const QString& label, int& value);
 // The same without a word: false, and the value as it was, when there is no number.
 bool peek_box(const QLineEdit* box, float& value);
 bool peek_box(const QLineEdit* box, int& value);
+
+// The same for a text that stands in no box.
+bool parse_text(const QString& text, float& value);
 
 // Shows the busy cursor as long as it lives.
 class BusyCursor {

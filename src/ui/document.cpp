@@ -1,6 +1,7 @@
 #include "ui/document.h"
 
 #include "model/lookup.h"
+#include "model/sketch.h"
 #include "ui/dialogs.h"
 
 #include <cmath>
@@ -12,11 +13,13 @@ Document document;
 void Document::set_generated() {
     file.clear();
     changed = true;
+    roles_changed = false;
 }
 
 void Document::set_read(const fs::path& path) {
     file = path;
     changed = false;
+    roles_changed = false;
 }
 
 void Document::set_saved(const fs::path& path) {
@@ -26,14 +29,29 @@ void Document::set_saved(const fs::path& path) {
 
 void Document::set_empty() {
     file.clear();
-    changed = false;
+    changed = roles_changed = false;
     shift = Shift{};
+}
+
+QString sketch_summary() {
+    const SketchCount count = count_sketch();
+    const auto part = [](const char* what, int missing, int all) {
+        const QString number = missing > 0 ? QString("%1/%2 未入力").arg(missing).arg(all)
+                                           : QString("%1 入力済み").arg(all);
+        return QString("%1 %2").arg(what, number);
+    };
+    const QString nodes = part("節点", count.missing_nodes, count.nodes);
+    return count.beams > 0 ? nodes + "　" + part("部材", count.missing_beams, count.beams) : nodes;
 }
 
 QString document_summary() {
     if (model.N_Beam == 0) {
         return "モデルがありません。ファイル → 基本データ選択 で骨組を作るか、"
-               "軸データ編集 で軸データを読み込みます";
+               "手書入力編集 で描くか、軸データ編集 で軸データを読み込みます";
+    }
+    if (check_all_beam() < 0) {
+        return QString("手書データは未完成です（%1）。手書入力編集 で続けられます")
+            .arg(sketch_summary());
     }
     const Extent extent = node_extent();
     double volume = 0.0;

@@ -8,9 +8,10 @@
 namespace kigumi {
 
 struct Document {
-    fs::path file;        // file it was read from or saved to last; empty for a new frame
-    bool changed = false; // changed since then
-    Shift shift;          // 座標移動 of written axis data, cm; a new model starts at 0
+    fs::path file;              // file it was read from or saved to last; empty for a new frame
+    bool changed = false;       // changed since then
+    bool roles_changed = false; // supports or loads changed since they were written as solver input
+    Shift shift;                // 座標移動 of written axis data, cm; a new model starts at 0
 
     void set_generated();
     void set_read(const fs::path& path);
@@ -22,6 +23,9 @@ extern Document document;
 
 // Counts, bounds and timber volume of the model in one line, for status bars.
 QString document_summary();
+
+// What a sketch still lacks, or that it lacks nothing ("節点 3/12 未入力　部材 2/20 未入力").
+QString sketch_summary();
 
 // File name for titles; 名称未設定 for a frame that has none.
 QString document_name();

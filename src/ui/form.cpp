@@ -10,8 +10,10 @@
 #include <QPainter>
 #include <QPushButton>
 #include <QRadioButton>
+#include <QScreen>
 #include <QTimer>
 
+#include <algorithm>
 #include <charconv>
 
 namespace kigumi {
@@ -108,6 +110,19 @@ void add_buttons(QFormLayout* rows, QDialog& form, const QString& ok_caption) {
     rows->addRow(row);
     QObject::connect(ok, &QPushButton::clicked, &form, &QDialog::accept);
     QObject::connect(cancel, &QPushButton::clicked, &form, &QDialog::reject);
+}
+
+void place_in_corner(QDialog& dialog) {
+    if (dialog.parentWidget() == nullptr) {
+        return;
+    }
+    constexpr int margin = 16;
+    const QWidget* behind = dialog.parentWidget()->window();
+    const QRect shown = behind->frameGeometry().intersected(behind->screen()->availableGeometry());
+    const QRect room = shown.isEmpty() ? behind->frameGeometry() : shown;
+    const QSize frame = dialog.frameGeometry().size();
+    dialog.move(std::max(room.left(), room.right() - frame.width() - margin),
+                std::max(room.top(), room.bottom() - frame.height() - margin));
 }
 
 int chosen_item(const QGroupBox* group) {

@@ -56,6 +56,10 @@ QLineEdit* add_shown_box(QFormLayout* rows, const char* name, const QString& cap
 // object names are OKButton and CancelButton.
 void add_buttons(QFormLayout* rows, QDialog& form, const QString& ok_caption);
 
+// Moves a dialog that is shown into the lower right corner of its parent's window, so that the
+// picture there stays in sight.
+void place_in_corner(QDialog& dialog);
+
 // Selected item of a radio group, counted from 0; -1 when none is.
 int chosen_item(const QGroupBox* group);
 

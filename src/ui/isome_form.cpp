@@ -5,10 +5,6 @@
 
 #include "ui_isome_form.h"
 
-#include <QScreen>
-
-#include <algorithm>
-
 using kigumi::view;
 
 namespace {
@@ -71,14 +67,5 @@ void TIsomeForm::show_angles() {
 
 void TIsomeForm::showEvent(QShowEvent* event) {
     QDialog::showEvent(event);
-    if (parentWidget() == nullptr) {
-        return;
-    }
-    constexpr int margin = 16;
-    const QWidget* behind = parentWidget()->window();
-    const QRect shown = behind->frameGeometry().intersected(behind->screen()->availableGeometry());
-    const QRect room = shown.isEmpty() ? behind->frameGeometry() : shown;
-    const QSize frame = frameGeometry().size();
-    move(std::max(room.left(), room.right() - frame.width() - margin),
-         std::max(room.top(), room.bottom() - frame.height() - margin));
+    kigumi::place_in_corner(*this);
 }

@@ -1,9 +1,6 @@
 #include "ui/jiku_form.h"
 
 #include "geometry/solid.h"
-#include "ui/document.h"
-
-#include <QStatusBar>
 
 using namespace kigumi;
 
@@ -26,5 +23,4 @@ TJikuForm::TJikuForm(QWidget* parent) : ModelWindow(parent) {
     viewpoint_item_->setEnabled(false);
     add_help_menu();
     show_mode(ModelMode::wire);
-    statusBar()->showMessage(document_summary());
 }

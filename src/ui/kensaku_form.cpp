@@ -1,6 +1,5 @@
 #include "ui/kensaku_form.h"
 
-#include "base/float.h"
 #include "base/message.h"
 #include "files/jiku.h"
 #include "model/lookup.h"
@@ -8,10 +7,10 @@
 #include "ui/dialogs.h"
 #include "ui/document.h"
 #include "ui/picture_widget.h"
+#include "ui/search_boxes.h"
 
 #include <QCheckBox>
 #include <QComboBox>
-#include <QGridLayout>
 #include <QGroupBox>
 #include <QHBoxLayout>
 #include <QLabel>
@@ -23,25 +22,6 @@
 using namespace kigumi;
 
 namespace {
-
-struct Axis {
-    const char* name;
-    const std::array<float, level_capacity>& levels;
-    int count;
-};
-
-std::array<Axis, 3> axes() {
-    return {
-        {{"X", model.Xval, model.N_X}, {"Y", model.Yval, model.N_Y}, {"Z", model.Zval, model.N_Z}}};
-}
-
-// A cross-section, whatever the member's length.
-struct CrossSection {
-    float haba, atumi;
-    bool operator<(const CrossSection& other) const {
-        return haba < other.haba || (same_float(haba, other.haba) && atumi < other.atumi);
-    }
-};
 
 // Draws all members in grey and the chosen ones over them, always from the same side.
 void draw_choice(Canvas& canvas, DrawArea& area, const std::vector<int>& chosen) {
@@ -81,7 +61,9 @@ TKensakuForm::TKensakuForm(QWidget* parent) : QDialog(parent) {
     picture_ = new PictureWidget(this);
     all->addWidget(picture_, 1);
     add_kinds(column);
-    add_ranges(column);
+    ranges_ = new LevelRangeBox;
+    connect(ranges_, &LevelRangeBox::changed, this, [this] { search(); });
+    column->addWidget(ranges_);
     add_sections(column);
     column->addStretch(1);
     add_buttons(column);
@@ -107,47 +89,10 @@ void TKensakuForm::add_kinds(QVBoxLayout* column) {
     column->addWidget(group);
 }
 
-void TKensakuForm::add_ranges(QVBoxLayout* column) {
-    auto* group = new QGroupBox("座標の範囲 (cm)");
-    auto* grid = new QGridLayout(group);
-    const auto all = axes();
-    for (int axis = 0; axis < 3; ++axis) {
-        Range& range = ranges_[axis];
-        range = {new QComboBox, new QComboBox};
-        range.from->setObjectName(QString("%1FromComboBox").arg(all[axis].name));
-        range.to->setObjectName(QString("%1ToComboBox").arg(all[axis].name));
-        for (int k = 0; k < all[axis].count; ++k) {
-            const QString level = QString::number(all[axis].levels[k], 'f', 1);
-            range.from->addItem(level);
-            range.to->addItem(level);
-        }
-        range.to->setCurrentIndex(all[axis].count - 1);
-        grid->addWidget(new QLabel(all[axis].name), axis, 0);
-        grid->addWidget(range.from, axis, 1);
-        grid->addWidget(new QLabel("～"), axis, 2);
-        grid->addWidget(range.to, axis, 3);
-        for (QComboBox* box : {range.from, range.to}) {
-            connect(box, &QComboBox::currentIndexChanged, this, [this] { search(); });
-        }
-    }
-    column->addWidget(group);
-}
-
 void TKensakuForm::add_sections(QVBoxLayout* column) {
     auto* group = new QGroupBox("断面 巾 × 厚み (cm)");
     auto* boxes = new QVBoxLayout(group);
-    section_ = new QComboBox;
-    section_->setObjectName("DanmenComboBox");
-    section_->addItem("すべて");
-    std::set<CrossSection> sections;
-    for (int i = 0; i < model.N_Beam; ++i) {
-        sections.insert({model.beam[i].haba, model.beam[i].atumi});
-    }
-    for (const CrossSection& section : sections) {
-        section_->addItem(
-            QString("%1 × %2").arg(section.haba, 0, 'f', 1).arg(section.atumi, 0, 'f', 1),
-            QVariantList{section.haba, section.atumi});
-    }
+    section_ = make_section_box();
     boxes->addWidget(section_);
     connect(section_, &QComboBox::currentIndexChanged, this, [this] { search(); });
     column->addWidget(group);
@@ -180,17 +125,16 @@ void TKensakuForm::search() {
             kinds.insert(kind);
         }
     }
-    const auto all = axes();
+    const std::optional<LevelRangeBox::Range> range[] = {ranges_->chosen(0), ranges_->chosen(1),
+                                                         ranges_->chosen(2)};
     const auto within = [&](int axis, float value) {
-        return all[axis].levels[ranges_[axis].from->currentIndex()] <= value &&
-               value <= all[axis].levels[ranges_[axis].to->currentIndex()];
+        return !range[axis] || (range[axis]->low <= value && value <= range[axis]->high);
     };
-    const QVariantList section = section_->currentData().toList();
+    const std::optional<CrossSection> section = chosen_section(*section_);
     chosen_.clear();
     for (int i = 0; i < model.N_Beam; ++i) {
         const Beam& beam = model.beam[i];
-        const bool of_section = section.isEmpty() || (same_float(beam.haba, section[0].toFloat()) &&
-                                                      same_float(beam.atumi, section[1].toFloat()));
+        const bool of_section = !section || *section == CrossSection{beam.haba, beam.atumi};
         if (of_section && kinds.count(beam.kind) > 0 && within(0, beam.xs) && within(0, beam.xl) &&
             within(1, beam.ys) && within(1, beam.yl) && within(2, beam.zs) && within(2, beam.zl)) {
             chosen_.push_back(i);

@@ -3,7 +3,6 @@
 
 #include <QDialog>
 
-#include <array>
 #include <vector>
 
 class QCheckBox;
@@ -13,8 +12,9 @@ class QPushButton;
 class QVBoxLayout;
 
 namespace kigumi {
+class LevelRangeBox;
 class PictureWidget;
-}
+} // namespace kigumi
 
 // Chooses members by category, by ranges of the x, y and z levels within which both ends lie, and
 // by section; shows their count and draws them in colour among the others.
@@ -28,20 +28,14 @@ class TKensakuForm : public QDialog {
     const std::vector<int>& chosen() const { return chosen_; }
 
   private:
-    struct Range {
-        QComboBox* from;
-        QComboBox* to;
-    };
-
     void add_kinds(QVBoxLayout* column);
-    void add_ranges(QVBoxLayout* column);
     void add_sections(QVBoxLayout* column);
     void add_buttons(QVBoxLayout* column);
     void search();
     void save();
 
     std::vector<std::pair<int, QCheckBox*>> kinds_; // category and its box
-    std::array<Range, 3> ranges_{};
+    kigumi::LevelRangeBox* ranges_ = nullptr;
     QComboBox* section_ = nullptr;
     QLabel* count_ = nullptr;
     QPushButton* save_ = nullptr;

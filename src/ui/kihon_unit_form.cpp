@@ -12,7 +12,6 @@
 #include "ui/kihon_form.h"
 #include "ui/zahyou_idou_form.h"
 
-#include <QStatusBar>
 #include <QTimer>
 
 using namespace kigumi;
@@ -82,7 +81,6 @@ void TKihonUnitForm::generate() {
     save_trio_file();
     set_frame_exists(true);
     show_mode(ModelMode::wire);
-    statusBar()->showMessage(document_summary());
 }
 
 void TKihonUnitForm::save_axis_data(bool move) {

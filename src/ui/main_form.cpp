@@ -7,14 +7,18 @@
 #include "files/tegaki.h"
 #include "geometry/solid.h"
 #include "model/lookup.h"
+#include "model/roles.h"
 #include "trace/spy.h"
 #include "ui/analysis_run.h"
 #include "ui/dialogs.h"
 #include "ui/document.h"
+#include "ui/frame_slv_form.h"
 #include "ui/help_form.h"
 #include "ui/jiku_form.h"
 #include "ui/kihon_unit_form.h"
 #include "ui/sel_beam_form.h"
+#include "ui/sel_node_form.h"
+#include "ui/tegaki_form.h"
 
 #include <QCloseEvent>
 #include <QGuiApplication>
@@ -41,7 +45,7 @@ void start_program() {
 
 } // namespace
 
-TMainForm::TMainForm() : PictureWindow(nullptr) {
+TMainForm::TMainForm() : PictureWindow(nullptr), picking_(new NodePicking(this, &picture())) {
     setObjectName("MainForm");
     start_program();
     add_file_menu();
@@ -59,8 +63,7 @@ void TMainForm::add_file_menu() {
     file->addSeparator();
     QAction* kihon = add_item(
         file, "KihonMenu", "基本データ選択(&K)", [this] { basic_data(); }, QKeySequence("Ctrl+G"));
-    QAction* tegaki = add_item(file, "TegakiMenu", "手書入力編集(&T)",
-                               [this] { not_in_this_version("手書入力編集"); });
+    QAction* tegaki = add_item(file, "TegakiMenu", "手書入力編集(&T)", [this] { draw_by_hand(); });
     QAction* read = add_item(
         file, "JikuDataReadMenu", "軸データ編集(&J)", [this] { read_axis_data(); },
         QKeySequence::Open);
@@ -92,24 +95,18 @@ void TMainForm::add_file_menu() {
 void TMainForm::add_data_menu() {
     QMenu* menu = add_menu("SetutenShiteiMenu", "データ指定(&D)");
     opened_by_.emplace_back(menu->menuAction(), &CommandFlags::SetutenShiteiMenu);
-    struct Item {
-        const char* name;
-        const char* caption;
-        const char* words;
-    };
-    constexpr Item items[] = {
-        {"KousokuSetutenMenu", "拘束節点指定(&K)", "拘束節点指定"},
-        {"KajyuSetutenMenu", "荷重節点指定(&L)", "荷重節点指定"},
-        {"SetutenDataMenu", "節点データ入力(&N)", "節点データ入力"},
-    };
-    for (const Item& item : items) {
-        QAction* action = add_item(menu, item.name, item.caption,
-                                   [this, words = item.words] { not_in_this_version(words); });
-        opened_by_.emplace_back(action, &CommandFlags::SetutenShiteiMenu);
-    }
-    opened_by_.emplace_back(
+    QAction* const items[] = {
+        add_item(menu, "KousokuSetutenMenu", "拘束節点指定(&K)",
+                 [this] { picking_->start(PickMode::restrain); }),
+        add_item(menu, "KajyuSetutenMenu", "荷重節点指定(&L)",
+                 [this] { picking_->start(PickMode::load); }),
+        add_item(menu, "SetutenDataMenu", "節点データ入力(&N)",
+                 [this] { support_and_load_data(); }),
         add_item(menu, "BeamParamMenu", "部材データ(&B)", [this] { member_data(); }),
-        &CommandFlags::SetutenShiteiMenu);
+    };
+    for (QAction* item : items) {
+        opened_by_.emplace_back(item, &CommandFlags::SetutenShiteiMenu);
+    }
 }
 
 QAction* TMainForm::add_toggle(QMenu* menu, const char* name, const QString& caption, bool& flag) {
@@ -126,6 +123,7 @@ QAction* TMainForm::add_toggle(QMenu* menu, const char* name, const QString& cap
 void TMainForm::member_data() {
     TSelBeamForm window(this);
     window.exec();
+    document.roles_changed = document.roles_changed || window.changed();
 }
 
 void TMainForm::add_view_menu() {
@@ -193,6 +191,8 @@ void TMainForm::check_model() {
         if (rebuild_tables() < 0) {
             return;
         }
+        // What the drawing editor kept in the flags is no role.
+        clear_roles();
     }
     picture().fit();
     set_stage(Stage::made);
@@ -202,6 +202,7 @@ void TMainForm::new_model() {
     if (!may_leave()) {
         return;
     }
+    picking_->stop();
     reset_model();
     reset_solids();
     clear_points();
@@ -216,6 +217,13 @@ void TMainForm::basic_data() {
     TKihonUnitForm window(this);
     window.run_modal();
     check_model();
+}
+
+void TMainForm::draw_by_hand() {
+    TTegakiForm window(this);
+    window.run_modal();
+    check_model();
+    show_state();
 }
 
 void TMainForm::read_axis_data() {
@@ -246,19 +254,46 @@ void TMainForm::read_axis_data() {
     check_model();
 }
 
-void TMainForm::save_solver_input() {
-    const fs::path path =
-        ask_save_file(this, "FrameSlv入力データ", "FrameSlv入力データ(*.bon)|*.bon", "bon");
-    if (!path.empty() && save_honegumi(path) < 0) {
-        show_message("｢FrameSlvデータ保存に失敗しました");
+void TMainForm::support_and_load_data() {
+    picking_->stop();
+    if (model.fix_load_edited == 0 && make_fix_and_load() < 0) {
+        return;
     }
+    TSelNodeForm window(this);
+    connect(&window, &TSelNodeForm::changed, &picture(), qOverload<>(&QWidget::update));
+    window.exec();
+    if (model.N_Fix >= 1 && model.N_Load >= 1) {
+        model.fix_load_edited = 1;
+        state_.stage = Stage::loaded;
+    }
+    set_stage(state_.stage);
 }
 
-void TMainForm::save_textbook_input() {
-    const fs::path path = ask_save_file(this, "骨組入力データ", "骨グラ保存(*.ydu)|*.ydu", "ydu");
-    if (!path.empty() && save_honegra(path) < 0) {
-        show_message("｢フレームラボ」データ保存に失敗しました");
+bool TMainForm::save_solver_input() {
+    const fs::path path =
+        ask_save_file(this, "FrameSlv入力データ", "FrameSlv入力データ(*.bon)|*.bon", "bon");
+    if (path.empty()) {
+        return false;
     }
+    if (save_honegumi(path) < 0) {
+        show_message("｢FrameSlvデータ保存に失敗しました");
+        return false;
+    }
+    document.roles_changed = false;
+    return true;
+}
+
+bool TMainForm::save_textbook_input() {
+    const fs::path path = ask_save_file(this, "骨組入力データ", "骨グラ保存(*.ydu)|*.ydu", "ydu");
+    if (path.empty()) {
+        return false;
+    }
+    if (save_honegra(path) < 0) {
+        show_message("｢フレームラボ」データ保存に失敗しました");
+        return false;
+    }
+    document.roles_changed = false;
+    return true;
 }
 
 void TMainForm::save_result_files() {
@@ -269,20 +304,18 @@ void TMainForm::save_result_files() {
 }
 
 void TMainForm::analyse() {
+    picking_->stop();
     if (run_analysis(*this)) {
         show_results();
     }
 }
 
 void TMainForm::show_results() {
-    FrameSlv();
+    TFrameSlvForm window(this);
+    window.run_modal();
     view.TAU = view.FAI = 30.0f;
     state_.results = true;
     set_stage(state_.stage);
-}
-
-void TMainForm::not_in_this_version(const QString& what) {
-    show_message(QString("「%1」はこの版にはまだありません").arg(what).toStdString());
 }
 
 bool TMainForm::save_axis_data() {
@@ -295,7 +328,12 @@ bool TMainForm::save_axis_data() {
 }
 
 bool TMainForm::may_leave() {
-    if (!document.changed || model.N_Beam == 0) {
+    return may_leave_frame() && may_leave_roles();
+}
+
+bool TMainForm::may_leave_frame() {
+    // An unfinished sketch was asked about by its editor; it is no axis data yet.
+    if (!document.changed || model.N_Beam == 0 || check_all_beam() < 0) {
         return true;
     }
     switch (ask_unsaved(this, "保存していない骨組があります。軸データとして保存しますか?",
@@ -310,11 +348,32 @@ bool TMainForm::may_leave() {
     return false;
 }
 
+bool TMainForm::may_leave_roles() {
+    if (!document.roles_changed || !any_role()) {
+        return true;
+    }
+    const bool writable = state_.stage == Stage::loaded;
+    const QString text = writable ? "保存していない支点と荷重があります。"
+                                    "FrameSlv入力データとして保存しますか?"
+                                  : "指定した固定節点と荷重節点は失われます。よろしいですか?";
+    switch (ask_unsaved(this, text, writable ? "保存する(&S)" : "",
+                        writable ? "保存しない(&D)" : "失われてもよい(&D)", "キャンセル(&C)")) {
+    case UnsavedAnswer::save:
+        return save_solver_input();
+    case UnsavedAnswer::discard:
+        return true;
+    case UnsavedAnswer::cancel:
+        break;
+    }
+    return false;
+}
+
 void TMainForm::closeEvent(QCloseEvent* event) {
     if (!may_leave()) {
         event->ignore();
         return;
     }
+    picking_->stop();
     spy_close();
     PictureWindow::closeEvent(event);
 }

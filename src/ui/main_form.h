@@ -3,6 +3,7 @@
 
 #include "results/model_picture.h"
 #include "ui/command_flags.h"
+#include "ui/node_picking.h"
 #include "ui/picture_window.h"
 
 #include <vector>
@@ -27,14 +28,17 @@ class TMainForm : public kigumi::PictureWindow {
 
     void new_model();
     void basic_data();
+    void draw_by_hand();
     void read_axis_data();
     void member_data();
-    void save_solver_input();
-    void save_textbook_input();
+    // The saving of solver input; false when it was cancelled or failed.
+    bool save_solver_input();
+    bool save_textbook_input();
+    // 節点データ入力: ends picking and opens the supports and loads.
+    void support_and_load_data();
     void save_result_files();
     void analyse();
     void show_results();
-    void not_in_this_version(const QString& what);
 
     // What follows every command that makes a model.
     void check_model();
@@ -42,11 +46,14 @@ class TMainForm : public kigumi::PictureWindow {
     void show_state();
     // Asks about unsaved work; false when the user wants to stay.
     bool may_leave();
+    bool may_leave_frame();
+    bool may_leave_roles();
     bool save_axis_data();
     QAction* add_toggle(QMenu* menu, const char* name, const QString& caption, bool& flag);
 
     kigumi::CommandState state_;
     kigumi::ModelLabels labels_;
+    kigumi::NodePicking* picking_;
     // Menu items and submenus with the flag that opens them.
     std::vector<std::pair<QAction*, bool kigumi::CommandFlags::*>> opened_by_;
 };

@@ -5,8 +5,12 @@
 #include "geometry/perspective.h"
 #include "geometry/solid.h"
 #include "ui/dialogs.h"
+#include "ui/document.h"
 #include "ui/isome_form.h"
+#include "ui/perspective_progress.h"
 #include "ui/view_form.h"
+
+#include <QStatusBar>
 
 namespace kigumi {
 
@@ -33,7 +37,7 @@ void paint_model(ModelMode mode, Canvas& canvas, DrawArea& area) {
 
 } // namespace
 
-ModelWindow::ModelWindow(QWidget* parent) : PictureWindow(parent) {
+ModelWindow::ModelWindow(QWidget* parent, PictureWidget* picture) : PictureWindow(parent, picture) {
     view.TAU = view.FAI = 30.0f;
 }
 
@@ -42,6 +46,9 @@ void ModelWindow::show_mode(ModelMode mode) {
     picture().fit();
     picture().set_picture(
         [mode](Canvas& canvas, DrawArea& area) { paint_model(mode, canvas, area); });
+    if (mode != ModelMode::perspective) {
+        statusBar()->showMessage(document_summary());
+    }
 }
 
 void ModelWindow::add_view_menu(ModelMode marked) {
@@ -56,7 +63,21 @@ void ModelWindow::add_view_menu(ModelMode marked) {
         add_item(menu, "SitenModelMenu", "視点座標モデル(&S)", [this] { show_viewpoint_model(); });
     view_items_.push_back(viewpoint_item_);
     menu->addSeparator();
+    add_joint_item(menu);
     add_fit_item(menu);
+}
+
+void ModelWindow::add_joint_item(QMenu* menu) {
+    QAction* item = add_item(menu, "KousenMenu", "部材の交線(&K)", [] {});
+    item->setCheckable(true);
+    item->setChecked(view.joints != 0);
+    item->setStatusTip("視点座標モデルに、部材どうしが突き抜ける所の線も描きます");
+    connect(item, &QAction::toggled, this, [this](bool checked) {
+        view.joints = checked ? 1 : 0;
+        if (mode_ == ModelMode::perspective) {
+            prepare_viewpoint(this);
+        }
+    });
 }
 
 void ModelWindow::set_views_enabled(bool enabled) {
@@ -88,7 +109,9 @@ void ModelWindow::show_axis_model() {
         show_message("get_jiku failed at jikuire()");
         return;
     }
-    viewpoint_item_->setEnabled(true);
+    if (viewpoint_item_ != nullptr) {
+        viewpoint_item_->setEnabled(true);
+    }
     turn_parallel(ModelMode::axis);
 }
 
@@ -97,10 +120,23 @@ void ModelWindow::show_viewpoint_model() {
         show_message("get_jiku failed at jikuire()");
         return;
     }
+    if (prepare_viewpoint(this) < 0) {
+        return;
+    }
     show_mode(ModelMode::perspective);
     TViewForm viewpoint(this);
+    connect(&viewpoint, &TViewForm::stored, this, [&] { prepare_viewpoint(&viewpoint); });
     viewpoint.exec();
+    prepare_viewpoint(this);
+}
+
+int ModelWindow::prepare_viewpoint(QWidget* parent) {
+    const int status = prepare_perspective_shown(parent);
+    statusBar()->showMessage(status == perspective_stopped
+                                 ? "隠れ線の処理を中止したので、隠れた線も描いています"
+                                 : document_summary());
     picture().update();
+    return status;
 }
 
 } // namespace kigumi

@@ -20,7 +20,7 @@ class ModelWindow : public PictureWindow {
     Q_OBJECT
 
   public:
-    explicit ModelWindow(QWidget* parent);
+    explicit ModelWindow(QWidget* parent, PictureWidget* picture = nullptr);
 
     // Paints this mode from now on.
     void show_mode(ModelMode mode);
@@ -39,6 +39,9 @@ class ModelWindow : public PictureWindow {
 
   private:
     int rebuild_solids();
+    void add_joint_item(QMenu* menu);
+    // Makes the perspective picture of the stored viewpoint ready and repaints; -1 after a message.
+    int prepare_viewpoint(QWidget* parent);
 
     std::vector<QAction*> view_items_;
     ModelMode mode_ = ModelMode::nothing;

@@ -4,13 +4,13 @@
 
 namespace kigumi {
 
-namespace {
-
 QColor colour_of(int index) {
     const std::uint32_t value = pen_colour(index);
     return QColor(static_cast<int>(value & 0xFF), static_cast<int>((value >> 8) & 0xFF),
                   static_cast<int>((value >> 16) & 0xFF));
 }
+
+namespace {
 
 Qt::PenStyle style_of(int style) {
     switch (style) {

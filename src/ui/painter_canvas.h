@@ -9,6 +9,9 @@
 
 namespace kigumi {
 
+// The colour of a pen number (PenColour).
+QColor colour_of(int index);
+
 // Paints on a QPainter. Lines are collected as long as the pen stays the same and are drawn in one
 // call; flush() (or the end of the canvas) draws the rest.
 class PainterCanvas : public PixelCanvas {
@@ -20,6 +23,11 @@ class PainterCanvas : public PixelCanvas {
 
     void set_pen(int style, int width, int colour) override;
     void flush();
+    // What the lines so far were painted on, for what no canvas draws (the legend's letters).
+    QPainter& painter() {
+        flush();
+        return painter_;
+    }
 
   protected:
     void draw_line(Pixel from, Pixel to) override;

@@ -2,12 +2,10 @@
 
 #include "base/format.h"
 #include "base/message.h"
-#include "ui/painter_canvas.h"
+#include "ui/table_printer.h"
 
 #include <QBuffer>
 #include <QImage>
-#include <QPageSize>
-#include <QPdfWriter>
 #include <QSvgGenerator>
 
 namespace kigumi {
@@ -45,19 +43,17 @@ int paint_svg(QBuffer& out, QSize size, const PictureFunction& draw) {
     return draw(canvas);
 }
 
-int paint_pdf(QBuffer& out, QSize size, const PictureFunction& draw) {
-    constexpr int pixels_an_inch = 96;
-    constexpr double points_a_pixel = 72.0 / pixels_an_inch;
-    QPdfWriter pdf(&out);
-    pdf.setResolution(pixels_an_inch);
-    pdf.setPageMargins(QMarginsF(0, 0, 0, 0));
-    pdf.setPageSize(QPageSize(QSizeF(size) * points_a_pixel, QPageSize::Point));
-    return paint(pdf, draw, false);
+int save_page(const fs::path& path, QSize size, const PictureFunction& draw, const QString& title) {
+    TablePrinter page(title, "kigumi");
+    page.set_landscape(size.width() >= size.height());
+    page.add_picture(size, draw);
+    return page.save_pdf(path);
 }
 
 } // namespace
 
-int save_picture(const fs::path& path, int width, int height, const PictureFunction& draw) {
+int save_picture(const fs::path& path, int width, int height, const PictureFunction& draw,
+                 const QString& title) {
     const std::string ending = ending_of(path);
     const QSize size(width, height);
     QBuffer out;
@@ -68,7 +64,7 @@ int save_picture(const fs::path& path, int width, int height, const PictureFunct
     } else if (ending == ".svg") {
         status = paint_svg(out, size, draw);
     } else if (ending == ".pdf") {
-        status = paint_pdf(out, size, draw);
+        return save_page(path, size, draw, title);
     } else {
         show_message(text_format("%s: 図の形式は .png、.svg、.pdf です", utf8_of(path).c_str()));
         return -1;

@@ -52,12 +52,18 @@ PictureWidget::PictureWidget(QWidget* parent) : QWidget(parent) {
     setObjectName("Picture");
     setFocusPolicy(Qt::StrongFocus);
     setAttribute(Qt::WA_OpaquePaintEvent);
+    setMouseTracking(true);
     setMinimumSize(200, 150);
 }
 
 void PictureWidget::set_picture(Picture picture) {
     picture_ = std::move(picture);
     failed_ = false;
+    update();
+}
+
+void PictureWidget::set_overlay(std::function<void(PainterCanvas& canvas)> overlay) {
+    overlay_ = std::move(overlay);
     update();
 }
 
@@ -115,6 +121,9 @@ void PictureWidget::paintEvent(QPaintEvent*) {
     }
     ZoomCanvas canvas(painter, *this);
     std::vector<std::string> messages = drawn_on(canvas, area_);
+    if (overlay_) {
+        overlay_(canvas);
+    }
     if (!messages.empty()) {
         // A box opened while painting would have the window painted anew, and so open without end.
         failed_ = true;
@@ -156,11 +165,16 @@ void PictureWidget::mousePressEvent(QMouseEvent* event) {
                 : event->button() == Qt::RightButton ? right_press
                                                      : 0;
     press_at_ = event->pos();
+    press_keys_ = event->modifiers();
 }
 
 void PictureWidget::mouseMoveEvent(QMouseEvent* event) {
+    if (!dragging_) {
+        emit hovered(event->pos());
+        return;
+    }
     const Viewport& crt = area_.crt;
-    if (!dragging_ || crt.right == crt.left || crt.bottom == crt.top) {
+    if (crt.right == crt.left || crt.bottom == crt.top) {
         return;
     }
     const QPoint by = event->pos() - drag_at_;
@@ -179,8 +193,13 @@ void PictureWidget::mouseReleaseEvent(QMouseEvent* event) {
     const bool single = buttons_ == left_press;
     buttons_ = 0;
     if (single) {
-        emit picked(press_at_);
+        emit picked(press_at_, press_keys_);
     }
+}
+
+void PictureWidget::leaveEvent(QEvent* event) {
+    QWidget::leaveEvent(event);
+    emit left();
 }
 
 void PictureWidget::keyPressEvent(QKeyEvent* event) {

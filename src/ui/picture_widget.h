@@ -13,6 +13,8 @@
 
 namespace kigumi {
 
+class PainterCanvas;
+
 // Paints a picture function on white. The function fits the picture into the client size that it
 // is given, tells the canvas so (set_area) and draws; it is called again at every paint, so it
 // refits on resize. The wheel zooms about the pointer, dragging with the middle button moves the
@@ -30,6 +32,9 @@ class PictureWidget : public QWidget {
 
     // Sets what is painted (nothing leaves the widget white) and repaints.
     void set_picture(Picture picture);
+    // Sets what is painted over the finished picture and is no part of it: neither moved nor zoomed
+    // with it, nor among its segments.
+    void set_overlay(std::function<void(PainterCanvas& canvas)> overlay);
     // World window and viewport as last painted, zoom included: what a click is measured in.
     const DrawArea& area() const { return area_; }
     // The whole picture again.
@@ -41,8 +46,12 @@ class PictureWidget : public QWidget {
     QSize sizeHint() const override { return {1000, 700}; }
 
   signals:
-    // A single click of the left button: where it was pressed, pixels.
-    void picked(QPoint at);
+    // A single click of the left button: where it was pressed, pixels, and the keys held then.
+    void picked(QPoint at, Qt::KeyboardModifiers keys);
+    // The pointer was moved here, pixels, without dragging the picture.
+    void hovered(QPoint at);
+    // The pointer has left the widget.
+    void left();
 
   protected:
     void paintEvent(QPaintEvent* event) override;
@@ -50,6 +59,7 @@ class PictureWidget : public QWidget {
     void mousePressEvent(QMouseEvent* event) override;
     void mouseMoveEvent(QMouseEvent* event) override;
     void mouseReleaseEvent(QMouseEvent* event) override;
+    void leaveEvent(QEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
 
   private:
@@ -58,6 +68,7 @@ class PictureWidget : public QWidget {
     std::vector<std::string> drawn_on(Canvas& canvas, DrawArea area) const;
 
     Picture picture_;
+    std::function<void(PainterCanvas&)> overlay_;
     bool failed_ = false; // the picture had a message
     DrawArea area_;
     // Shown part of the fitted world window: its size is 1 / zoom_, its centre moved by these
@@ -65,6 +76,7 @@ class PictureWidget : public QWidget {
     double zoom_ = 1.0, move_x_ = 0.0, move_y_ = 0.0;
     int buttons_ = 0; // presses since the last release: +1 left, +2 right
     QPoint press_at_;
+    Qt::KeyboardModifiers press_keys_;
     QPoint drag_at_;
     bool dragging_ = false;
 

@@ -15,8 +15,8 @@
 
 namespace kigumi {
 
-PictureWindow::PictureWindow(QWidget* parent)
-    : QMainWindow(parent), picture_(new PictureWidget(this)) {
+PictureWindow::PictureWindow(QWidget* parent, PictureWidget* picture)
+    : QMainWindow(parent), picture_(picture != nullptr ? picture : new PictureWidget) {
     setCentralWidget(picture_);
 }
 
@@ -61,7 +61,7 @@ void PictureWindow::add_help_menu() {
     add_item(menu, "About1", "バージョン情報(&A)", [this] { show_about(this); });
 }
 
-void PictureWindow::export_dxf() {
+void PictureWindow::export_dxf(const char* done) {
     const fs::path path = ask_save_file(this, "DXF保存", "DXFファイル(*.DXF)|*.dxf", "dxf");
     if (path.empty()) {
         return;
@@ -79,7 +79,7 @@ void PictureWindow::export_dxf() {
         }
         make_dxf_file(path, width.choice());
     }
-    show_message("ＤＸＦファイルを作製しました");
+    show_message(done);
 }
 
 void PictureWindow::export_win3d(const QString& filter) {

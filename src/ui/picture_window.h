@@ -15,7 +15,8 @@ class PictureWindow : public QMainWindow {
     Q_OBJECT
 
   public:
-    explicit PictureWindow(QWidget* parent = nullptr);
+    // `picture` is what the window shows pictures on; it makes a plain one where none is given.
+    explicit PictureWindow(QWidget* parent = nullptr, PictureWidget* picture = nullptr);
 
     PictureWidget& picture() { return *picture_; }
     // Shows the window, filling the screen, and returns when it is closed.
@@ -33,8 +34,9 @@ class PictureWindow : public QMainWindow {
     // ヘルプ and バージョン情報.
     void add_help_menu();
 
-    // DXF保存: file name, line dialog, then the picture as shown, without zoom.
-    void export_dxf();
+    // DXF保存: file name, line dialog, then the picture as shown, without zoom; `done` is the
+    // message of its success.
+    void export_dxf(const char* done = "ＤＸＦファイルを作製しました");
     // Win3D保存 with the filter of the window.
     void export_win3d(const QString& filter);
 

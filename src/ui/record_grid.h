@@ -14,7 +14,7 @@ class RecordGrid : public QTableWidget {
     RecordGrid(const char* name, const QStringList& headings, QWidget* parent = nullptr);
 
     // Makes `count` rows, asking for the texts of each; the chosen row stays chosen while it
-    // exists, else the first one is.
+    // exists, else the last one is; the first one at first.
     template <class RowTexts> void fill(int count, RowTexts row_texts) {
         const int chosen = currentRow();
         setUpdatesEnabled(false);
@@ -23,7 +23,7 @@ class RecordGrid : public QTableWidget {
             set_row(row, row_texts(row));
         }
         setUpdatesEnabled(true);
-        choose(chosen >= 0 && chosen < count ? chosen : 0);
+        choose(chosen < 0 || count == 0 ? 0 : chosen < count ? chosen : count - 1);
     }
     void set_row(int row, const QStringList& texts);
     // Chooses a row and scrolls so that it can be seen.

@@ -24,6 +24,7 @@ TViewForm::TViewForm(QWidget* parent) : QDialog(parent), ui_(std::make_unique<Ui
     connect(ui_->OKButton, &QPushButton::clicked, this, [this] {
         store_positions();
         show_stored();
+        emit stored();
     });
     connect(ui_->DefautrButton, &QPushButton::clicked, this, &TViewForm::use_default);
     connect(ui_->PersButton, &QPushButton::clicked, this, &TViewForm::use_perspective);
@@ -54,6 +55,7 @@ void TViewForm::use_default() {
     view.Theta = initial.Theta;
     view.Phi = initial.Phi;
     show_stored();
+    emit stored();
 }
 
 void TViewForm::use_perspective() {

@@ -19,6 +19,10 @@ class TViewForm : public QDialog {
     explicit TViewForm(QWidget* parent = nullptr);
     ~TViewForm() override;
 
+  signals:
+    // OK or Default stored a viewpoint; the dialog goes on.
+    void stored();
+
   private:
     // Scroll bars and labels as the stored viewpoint says.
     void show_stored();

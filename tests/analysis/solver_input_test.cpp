@@ -56,6 +56,29 @@ TEST_F(SolverInputTest, ReadsSupportsAndLoadsBackFromAnyForm) {
     }
 }
 
+TEST_F(SolverInputTest, ReadsTheFrameBackWhenItIsComplete) {
+    const auto read = [](const std::string& text) {
+        EXPECT_EQ(save_file(work_file("FRAMESLV.IN"), text), 0);
+        return read_solver_frame();
+    };
+    EXPECT_FALSE(read_solver_frame());
+    make_post();
+    const std::string own = written(save_honegumi);
+    const auto frame = read(own);
+    ASSERT_TRUE(frame);
+    EXPECT_EQ(frame->nodes, 2);
+    ASSERT_EQ(frame->members.size(), 1u);
+    EXPECT_DOUBLE_EQ(frame->members[0].area, 100.0);
+    EXPECT_DOUBLE_EQ(frame->members[0].length, 300.0);
+    const auto changed = [&own](const char* from, const char* to) {
+        std::string text = own;
+        return text.replace(text.find(from), std::string_view(from).size(), to);
+    };
+    EXPECT_FALSE(read(changed("1     1     2     1     1", "1     1     3     1     1")));
+    EXPECT_FALSE(read(changed("1     1     2     1     1", "1     1     2     2     1")));
+    EXPECT_FALSE(read(changed("1.000e+02", "1.000x+02"))) << "an area that is no number";
+}
+
 TEST_F(SolverInputTest, LeavesTheOldFileWholeWhenItCannotWrite) {
     make_post();
     EXPECT_EQ(save_honegumi(work_file("missing/out.bon")), -1);

@@ -80,7 +80,7 @@ std::string quantities(const std::string& info) {
 TEST_F(Command, HelpNamesEveryCommand) {
     const std::string help = succeed({"--help"});
     const std::set<std::string> commands{"generate", "info",    "convert", "solve",
-                                         "draw",     "listing", "demo"};
+                                         "draw",     "listing", "report",  "demo"};
     for (const std::string& command : commands) {
         EXPECT_TRUE(contains(help, "\n  " + command + " ")) << command;
         EXPECT_TRUE(contains(succeed({command, "--help"}), "Usage: "));
@@ -175,6 +175,40 @@ TEST_F(Command, SolveIsInEquilibriumAndListsItsResults) {
     }
     succeed({"listing", "--dir", "s", "-o", "list.txt"});
     EXPECT_FALSE(bytes("list.txt").empty());
+    const auto lines = [this](const char* kind) {
+        succeed({"listing", "--dir", "s", "--csv", kind, "-o", "list.csv"});
+        const std::string csv = bytes("list.csv");
+        return std::count(csv.begin(), csv.end(), '\n');
+    };
+    const auto members = std::stol(told.substr(told.find("部材 ") + std::string("部材 ").size()));
+    EXPECT_EQ(lines("members"), members + 1);
+    EXPECT_EQ(lines("stress"), members + 1);
+    EXPECT_TRUE(contains(bytes("list.csv"), "曲げ xm1 (kgf·cm)"));
+    EXPECT_EQ(lines("heni"), std::stol(told.substr(std::string("節点 ").size())) + 1);
+}
+
+// Pages of a PDF file.
+size_t pages_of(const std::string& pdf) {
+    size_t pages = 0;
+    for (size_t at = 0; (at = pdf.find("/Type /Page\n", at)) != std::string::npos; ++at) {
+        ++pages;
+    }
+    return pages;
+}
+
+TEST_F(Command, ReportWithAndWithoutTheFrame) {
+    generate({"NX=3", "NY=2", "SumiType=2", "YaneMode=-1"});
+    succeed({"solve", "frame.jik", "--dir", "s", "--fix", "bottom", "--load", "top:0,0,-200"});
+    succeed({"report", "--dir", "s", "-o", "報告.pdf"});
+    succeed({"report", "frame.jik", "--dir", "s", "-o", "full.pdf"});
+    fs::remove(folder_ / "s" / "FRAMESLV.IN");
+    succeed({"report", "--dir", "s", "-o", "bare.pdf"});
+    for (const char* name : {"報告.pdf", "full.pdf", "bare.pdf"}) {
+        EXPECT_EQ(bytes(name).substr(0, 5), "%PDF-") << name;
+        EXPECT_TRUE(contains(bytes(name).substr(bytes(name).size() - 8), "%%EOF")) << name;
+    }
+    EXPECT_GE(pages_of(bytes("full.pdf")), 3u);
+    EXPECT_GE(pages_of(bytes("bare.pdf")), 2u) << "without supports and loads";
 }
 
 TEST_F(Command, DrawEveryModeAndFormat) {
@@ -190,6 +224,11 @@ TEST_F(Command, DrawEveryModeAndFormat) {
     EXPECT_EQ(pictures.size(), 6u) << "every mode is a picture of its own";
     succeed({"draw", "--dir", "s", "--mode", "force", "-o", "a.svg"});
     EXPECT_TRUE(contains(bytes("a.svg"), "<svg"));
+    EXPECT_FALSE(contains(bytes("a.svg"), "最大引張"));
+    succeed({"draw", "--dir", "s", "--mode", "force", "--legend", "-o", "a.svg"});
+    EXPECT_TRUE(contains(bytes("a.svg"), "最大引張"));
+    succeed({"draw", "--dir", "s", "--mode", "force", "-o", "a.pdf"});
+    EXPECT_EQ(pages_of(bytes("a.pdf")), 1u);
     succeed({"draw", "--dir", "s", "--mode", "force", "-o", "A.PDF"});
     EXPECT_EQ(bytes("A.PDF").substr(0, 5), "%PDF-");
     succeed({"draw", "frame.jik", "--mode", "axis", "-o", "a.svg"});
@@ -227,12 +266,13 @@ class Refused : public Command, public ::testing::WithParamInterface<Refusal> {
         generate();
         succeed({"info", "frame.jik"}); // leaves the volume summary, as every reading does
         succeed({"solve", "frame.jik", "--dir", "s", "--fix", "bottom", "--load", "top:0,0,-1"});
+        succeed({"generate", "NX=1", "NY=1", "-o", "other.jik"});
         fs::create_directories(folder_ / "folder");
         fs::copy(folder_ / "s", folder_ / "cut-off");
         std::ofstream(folder_ / "cut-off" / "frameslv.lst") << "37\n1 1 0.0";
         std::ofstream(folder_ / "noise.jik") << "\x89PNG\r\n\x1a\n\x01\xff\xfe";
         std::ofstream(folder_ / "sketch.tgk") << "     0\r\n     0\r\n";
-        for (const char* ending : {"jik", "tgk", "bon", "dxf", "png", "txt"}) {
+        for (const char* ending : {"jik", "tgk", "bon", "dxf", "png", "txt", "pdf"}) {
             std::ofstream(folder_ / (std::string("old.") + ending)) << "old";
         }
     }
@@ -246,7 +286,7 @@ TEST_P(Refused, SaysWhyInOneLineAndLeavesAllFiles) {
     EXPECT_EQ(std::count(outcome.err.begin(), outcome.err.end(), '\n'), 1) << outcome.err;
     EXPECT_EQ(outcome.out, "");
     EXPECT_EQ(names(), before);
-    for (const char* ending : {"jik", "tgk", "bon", "dxf", "png", "txt"}) {
+    for (const char* ending : {"jik", "tgk", "bon", "dxf", "png", "txt", "pdf"}) {
         EXPECT_EQ(bytes((std::string("old.") + ending).c_str()), "old");
     }
 }
@@ -284,6 +324,17 @@ const Refusal refusals[] = {
      {"draw", "--dir", "s", "--mode", "force", "--size", "300x200", "-o", "old.png"},
      1,
      "収まりません"},
+    {"csv_kind", {"listing", "--dir", "s", "--csv", "x", "-o", "old.txt"}, 2, "--csv"},
+    {"report_format", {"report", "--dir", "s", "-o", "old.txt"}, 1, "報告書の形式は"},
+    {"report_into_nowhere",
+     {"report", "--dir", "s", "-o", "none/a.pdf"},
+     1,
+     "フォルダがありません"},
+    {"report_of_another_frame",
+     {"report", "other.jik", "--dir", "s", "-o", "old.pdf"},
+     1,
+     "other.jik: この計算結果の骨組ではありません"},
+    {"report_cut_off", {"report", "--dir", "cut-off", "-o", "old.pdf"}, 1, "frameslv.lst"},
     {"results_cut_off", {"listing", "--dir", "cut-off", "-o", "old.txt"}, 1, "frameslv.lst"},
 };
 

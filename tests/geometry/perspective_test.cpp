@@ -4,6 +4,8 @@
 #include "geometry/solid_support.h"
 #include "support.h"
 
+#include <algorithm>
+#include <cstring>
 #include <limits>
 
 namespace kigumi::test {
@@ -51,9 +53,88 @@ TEST_F(PerspectiveTest, PictureGoesToTheSegmentFile) {
     expect_golden("geometry/temp_box.txt", hex_dump(read_file(work_file("TEMP.DAT")).value_or("")));
     const auto file = read_segment_file();
     ASSERT_TRUE(file);
-    EXPECT_EQ(file->segments.size(), 12u);
+    EXPECT_EQ(file->segments.size(), 9u);
     EXPECT_EQ(file->world.xmax, area.world.xmax);
     EXPECT_EQ(file->crt.right, 400);
+}
+
+TEST_F(PerspectiveTest, ComputesOnceForSolidsAndViewpoint) {
+    int told = 0;
+    const Progress count = [&told](double) { return ++told > 0; };
+    const auto prepares_anew = [&] {
+        told = 0;
+        EXPECT_EQ(prepare_perspective(count), perspective_ready);
+        return told > 0;
+    };
+    add_member({0, 0, 0}, {100, 0, 0});
+    ASSERT_EQ(build_trio_file(), 0);
+    EXPECT_TRUE(prepares_anew());
+    EXPECT_FALSE(prepares_anew());
+    view.Theta = 40;
+    EXPECT_TRUE(prepares_anew());
+    ASSERT_EQ(build_trio_file(), 0);
+    EXPECT_TRUE(prepares_anew());
+    // The file changed by another program, and then left alone.
+    std::string bytes = *read_file(work_file("TRIO.DAT"));
+    bytes[4] = 7;
+    fs::remove(work_file("TRIO.DAT"));
+    ASSERT_EQ(save_file(work_file("TRIO.DAT"), bytes), 0);
+    EXPECT_TRUE(prepares_anew());
+    EXPECT_FALSE(prepares_anew());
+}
+
+TEST_F(PerspectiveTest, StoppedPictureShowsAllEdgesUntilItIsPreparedAgain) {
+    add_member({0, 0, 0}, {100, 0, 0});
+    ASSERT_EQ(build_trio_file(), 0);
+    DrawArea area = area_of(400, 300);
+    const auto lines_drawn = [&area] {
+        RecorderCanvas canvas;
+        EXPECT_EQ(draw_perspective(canvas, area), 0);
+        return std::count(canvas.text.begin(), canvas.text.end(), '\n') - 1;
+    };
+    EXPECT_EQ(prepare_perspective([](double) { return false; }), perspective_stopped);
+    EXPECT_EQ(lines_drawn(), 12);
+    // A paint in the midst of the work shows what was there before.
+    int drawn = -1;
+    const auto paint = [&](double) {
+        drawn = static_cast<int>(lines_drawn());
+        return true;
+    };
+    EXPECT_EQ(prepare_perspective(paint), perspective_ready);
+    EXPECT_EQ(drawn, 12);
+    EXPECT_EQ(lines_drawn(), 9);
+}
+
+TEST_F(PerspectiveTest, PlacesOfTheVerticesGoIntoTheRecords) {
+    add_member({0, 0, 0}, {100, 0, 0});
+    add_member({3000, 0, 0}, {9000, 0, 0});
+    ASSERT_EQ(build_trio_file(), 0);
+    view.Theta = 0;
+    view.Phi = 90;
+    ASSERT_EQ(prepare_perspective(), perspective_ready);
+    const std::string bytes = *read_file(work_file("TRIO.DAT"));
+    ASSERT_EQ(bytes.size(), 24 * sizeof(Trio));
+    const auto place = [&bytes](int record, int value) {
+        double number = 0;
+        std::memcpy(&number, bytes.data() + record * 272 + 160 + value * 8, sizeof number);
+        return number;
+    };
+    // Record 1: (100, 5, 10), (0, -5, 10), (100, -5, 10); the eye at (4000, 0, 0).
+    EXPECT_NEAR(place(0, 0), 5 * 4000 / 3900.0, 1e-4);
+    EXPECT_NEAR(place(0, 1), 10 * 4000 / 3900.0, 1e-4);
+    EXPECT_NEAR(place(0, 2), -5, 1e-4);
+    EXPECT_NEAR(place(0, 3), 10, 1e-4);
+    EXPECT_EQ(place(12, 0), 0) << "behind the eye";
+    EXPECT_NEAR(place(12, 2), -5 * 4.0, 1e-3);
+}
+
+TEST_F(PerspectiveTest, CrumbsAreLeftOutAsTheScaleShowsThem) {
+    const VisibleSegment lines[] = {
+        {{0, 0, 3, 4}, 0, false}, {{0, 0, 0.3f, 0.4f}, 1, false}, {{0, 0, 0.3f, 0.4f}, 2, true}};
+    EXPECT_EQ(without_crumbs(lines, 0.4).size(), 3u);
+    const auto left = without_crumbs(lines, 0.6);
+    ASSERT_EQ(left.size(), 2u);
+    EXPECT_EQ(left[1].record, 2) << "a whole edge is no crumb";
 }
 
 TEST_F(PerspectiveTest, NothingBeforeTheEyeLeavesAnEmptyPicture) {

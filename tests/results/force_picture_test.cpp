@@ -1,6 +1,7 @@
 #include "results/force_picture.h"
 
 #include "results/displacement.h"
+#include "results/selection.h"
 #include "results_support.h"
 
 #include <limits>
@@ -46,6 +47,23 @@ TEST_F(ForcePictureTest, DrawsThePortalInEveryMode) {
     }
     expect_golden("portal-pictures.txt", text);
     EXPECT_EQ(picture(6), "");
+}
+
+// Row 0 is blue and 100 %, row 1 red and 10 %, row 2 has no force.
+TEST_F(ForcePictureTest, DrawsWhatIsNotSelectedFirstAndInSilver) {
+    make_portal_result();
+    const std::string post = "line 492 340 492 100\n";
+    const std::string beam = "line 492 100 307 259\n";
+    const std::string other = "line 307 500 307 259\n";
+    const std::string silver = "pen 0 1 15\n";
+    select_results(std::vector<int>{0});
+    EXPECT_EQ(picture(3), silver + beam + other + "pen 0 1 1\n" + post + "pen 0 1 0\n");
+    EXPECT_EQ(picture(5), silver + beam + other + "pen 0 10 1\n" + post + "pen 0 1 0\n");
+    EXPECT_TRUE(picture(2).starts_with(silver + beam + other + "pen 0 1 0\n" + post));
+    shown.upper = 50.0f;
+    select_results(std::vector<int>{0, 1});
+    EXPECT_EQ(picture(4),
+              silver + other + "pen 0 1 0\n" + post + "pen 0 1 4\n" + beam + "pen 0 1 0\n");
 }
 
 struct PenCase {

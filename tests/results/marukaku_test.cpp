@@ -2,6 +2,7 @@
 
 #include "geometry/solid.h"
 #include "results/force_picture.h"
+#include "results/selection.h"
 #include "results_support.h"
 
 #include <cmath>
@@ -58,6 +59,20 @@ TEST_F(MarukakuTest, MakesRoundBarsOfThePercentAsArea) {
     EXPECT_EQ(triangles(1.0f, 100.0f), prism_triangles);
     EXPECT_NEAR(reach(), 5.642f, 0.01f);
     EXPECT_EQ(triangles(1.0f, 1.01f), prism_triangles);
+}
+
+TEST_F(MarukakuTest, ColoursEachTriangleByTheSignOfItsBar) {
+    select_results(std::vector<int>{0, 1});
+    ASSERT_EQ(make_marukaku(shown), 0);
+    constexpr int last = box_triangles + prism_triangles - 1;
+    for (const auto& [record, colour] : {std::pair{0, colour_blue},
+                                         {static_cast<int>(box_triangles) - 1, colour_blue},
+                                         {static_cast<int>(box_triangles), colour_red},
+                                         {last, colour_red},
+                                         {last + 1, colour_black},
+                                         {-1, colour_black}}) {
+        EXPECT_EQ(marukaku_colour(record), colour) << record;
+    }
 }
 
 TEST_F(MarukakuTest, WritesTheFileAndSetsTheEye) {

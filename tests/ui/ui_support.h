@@ -32,6 +32,17 @@ inline void press(const QWidget& window, const char* button) {
     control<QAbstractButton>(window, button)->click();
 }
 
+// Presses the button whose text contains this.
+inline void press_word(const QWidget& window, const char* word) {
+    for (auto* button : window.findChildren<QAbstractButton*>()) {
+        if (button->text().contains(word)) {
+            button->click();
+            return;
+        }
+    }
+    qFatal("no button %s", word);
+}
+
 inline void type(const QWidget& window, const char* box, const char* text) {
     control<QLineEdit>(window, box)->setText(text);
 }

@@ -1,0 +1,65 @@
+// Roles of the nodes (拘束, 荷重) and the two tables made from them, kept in step: a node has one
+// role, and at most one record, in the table of that role.
+#pragma once
+
+#include "model/model.h"
+
+#include <string_view>
+
+namespace kigumi {
+
+// Role of the node at position `node`; of a node that the search has found, the role before.
+int role_of(int node);
+
+// True when any node is restrained or loaded.
+bool any_role();
+
+// Makes every node plain, empties both tables and forgets that they were edited.
+void clear_roles();
+
+// What picking does: a node that has the role becomes plain, any other node takes it. A found node
+// stays found. The tables are not touched: make_fix_and_load makes them from the flags.
+void pick_role(int node, int role);
+
+// Makes the node at position `node` restrained (any value but 0 holds the direction) or loaded,
+// kgf. Its record is replaced where it stands or appended; a record of the other kind is dropped.
+// 0, or -1, with a message, when the table is full; nothing is changed then.
+int put_fix(int node, int ix, int iy, int iz);
+int put_load(int node, float fx, float fy, float fz);
+
+// Removes the record at position `at`, closing the gap, and makes its node plain.
+void delete_fix(int at);
+void delete_load(int at);
+
+// Position of the record of node number `no`, or -1.
+int find_fix(int no);
+int find_load(int no);
+
+// Gives every record of the load table this force, kgf.
+void set_all_loads(float fx, float fy, float fz);
+
+// Position of the first node whose name begins with the first nine characters of `text`, or is the
+// text when that is shorter; -1 when there is none, and bad_node_id when the 1st, 4th and 7th
+// characters are not X, Y and Z.
+constexpr int bad_node_id = -2;
+int find_node_id(std::string_view text);
+
+// Levels of one direction, 0-based, both included.
+struct LevelRange {
+    int first, last;
+};
+// Ranges along x, y and z.
+using LevelRanges = std::array<LevelRange, 3>;
+
+// All levels of the model.
+LevelRanges all_levels();
+
+// Marks with role_found every node whose levels, read from its name, lie in the ranges, and no
+// other; returns how many. Their roles are remembered.
+int find_nodes(const LevelRanges& ranges);
+// Gives every found node its role back.
+void forget_found();
+// Gives every found node this role.
+void turn_found(int role);
+
+} // namespace kigumi

@@ -1,0 +1,65 @@
+#include "results/result_csv.h"
+
+#include "base/message.h"
+#include "trace/spy.h"
+
+#include <charconv>
+
+namespace kigumi {
+
+namespace {
+
+constexpr std::string_view byte_order_mark = "\xEF\xBB\xBF";
+constexpr std::string_view line_end = "\r\n";
+
+std::string csv_text(std::string_view text) {
+    if (text.find_first_of(",\"\r\n") == std::string_view::npos) {
+        return std::string(text);
+    }
+    std::string field = "\"";
+    for (const char c : text) {
+        field += c == '"' ? "\"\"" : std::string(1, c);
+    }
+    return field + '"';
+}
+
+std::string field_of(const ResultColumn& column, int row) {
+    if (column.text != nullptr) {
+        return csv_text(column.text(row));
+    }
+    char digits[64];
+    const float value = static_cast<float>(column.number(row)) + 0.0f; // no negative zero
+    const auto written = std::to_chars(digits, digits + sizeof digits, value);
+    return std::string(digits, written.ptr);
+}
+
+} // namespace
+
+std::string result_csv(const ResultTable& table, std::span<const int> rows) {
+    std::string csv(byte_order_mark);
+    const auto add_line = [&](const auto& field) {
+        for (const ResultColumn& column : table.columns) {
+            csv += (&column == table.columns.data() ? "" : ",") + field(column);
+        }
+        csv += line_end;
+    };
+    add_line([](const ResultColumn& column) { return csv_text(heading_text(column)); });
+    for (const int row : rows) {
+        add_line([row](const ResultColumn& column) { return field_of(column, row); });
+    }
+    return csv;
+}
+
+int save_result_csv(const fs::path& path, const ResultTable& table, std::span<const int> rows) {
+    spy("Enter save_result_csv()");
+    if (rows.empty()) {
+        return refuse("保存するデータが存在しない");
+    }
+    return save_file(path, result_csv(table, rows)) < 0 ? refuse("書きこみに失敗しました") : 0;
+}
+
+int save_result_csv(const fs::path& path, const ResultTable& table) {
+    return save_result_csv(path, table, all_rows(table));
+}
+
+} // namespace kigumi

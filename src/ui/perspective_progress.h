@@ -1,0 +1,15 @@
+// The perspective picture made ready, with its progress shown.
+#pragma once
+
+class QWidget;
+
+namespace kigumi {
+
+// Makes the picture of TRIO.DAT from the shared viewpoint ready for draw_perspective, which a paint
+// must not do; a window calls it when it turns to the perspective picture and whenever solids or
+// viewpoint have changed. Work that goes on after `patience` ms shows a box with its progress over
+// `parent`, and Esc or 中止 stops it. As prepare_perspective: perspective_ready,
+// perspective_stopped (the picture then shows the hidden lines too), or -1 after its message.
+int prepare_perspective_shown(QWidget* parent, int patience = 300);
+
+} // namespace kigumi

@@ -1,0 +1,52 @@
+// The supports and loads of the model (節点選択).
+#pragma once
+
+#include <QDialog>
+
+class QBoxLayout;
+class QLabel;
+class QLineEdit;
+
+namespace kigumi {
+class RecordGrid;
+}
+
+// Lists all nodes, the restrained and the loaded ones, and adds, changes and removes supports and
+// loads. Every change is in force at once: tables, node flags and, by changed(), the drawing.
+class TSelNodeForm : public QDialog {
+    Q_OBJECT
+
+  public:
+    explicit TSelNodeForm(QWidget* parent);
+
+  signals:
+    void changed();
+
+  protected:
+    void keyPressEvent(QKeyEvent* event) override;
+
+  private:
+    QBoxLayout* node_column();
+    QBoxLayout* record_column();
+    // Caption, count and buttons above a grid of "Fix" or "Load" records.
+    QBoxLayout* record_head(const QString& caption, const QString& kind, kigumi::RecordGrid* grid);
+    QBoxLayout* add_column();
+    void fill_nodes();
+    // Shows the two tables as they are now.
+    void fill_records();
+    void note_change();
+
+    void add_fix();
+    void add_load();
+    // `remove` asks for the removal of the record, else it is edited.
+    void open_fix(int row, bool remove);
+    void open_load(int row, bool remove);
+    void search_id();
+
+    kigumi::RecordGrid* nodes_;
+    kigumi::RecordGrid* fixes_;
+    kigumi::RecordGrid* loads_;
+    QLineEdit* node_count_ = nullptr;
+    QLineEdit* id_;
+    QLabel* note_;
+};

@@ -1,0 +1,54 @@
+// Automatic saving of a sketch while it is drawn, and finding what a crash left.
+#pragma once
+
+#include "base/files.h"
+
+#include <QTimer>
+
+#include <functional>
+
+namespace kigumi {
+
+// The copy of a sketch: "a.autosave.tgk" beside "a.tgk", "tegaki.autosave.tgk" in the working
+// directory for a sketch without a file.
+fs::path autosave_path(const fs::path& file);
+
+// The newest copy in the working directory, or an empty path. There is one only after a crash.
+fs::path find_autosave();
+
+// The file that a copy belongs to; empty for a sketch that had none, or has none any more.
+fs::path autosaved_file(const fs::path& copy);
+
+// Writes the copy once a minute while the sketch is changed. A copy that cannot be written is told
+// once, without a box.
+class TegakiAutosave : public QObject {
+    Q_OBJECT
+
+  public:
+    // `save` writes the sketch to a path, 0 or -1.
+    TegakiAutosave(QObject* parent, std::function<int(const fs::path& path)> save);
+
+    // The sketch was changed since its copy was written.
+    void note_change() { changed_ = true; }
+    // The sketch was restored from this copy, which stays until the sketch is safe.
+    void adopt(const fs::path& copy);
+    // The sketch is safe, or given up: its copy is removed.
+    void remove();
+    // What happens once a minute.
+    void tick();
+
+  signals:
+    void failed(const QString& why);
+
+  private:
+    // Where the next copy goes: never over one that another run of the program left.
+    fs::path free_path() const;
+
+    QTimer timer_;
+    std::function<int(const fs::path& path)> save_;
+    fs::path written_; // the copy that is there
+    bool changed_ = false;
+    bool told_ = false;
+};
+
+} // namespace kigumi

@@ -1,0 +1,205 @@
+// The results window, driven on result files of its own.
+#include "ui/frame_slv_form.h"
+
+#include "geometry/solid.h"
+#include "player.h"
+#include "results/selection.h"
+#include "results_support.h"
+#include "ui/kekka_ichiran_form.h"
+
+#include <QMessageBox>
+#include <QMouseEvent>
+
+namespace kigumi::test {
+
+namespace {
+
+// A row of four nodes along x, 100 cm apart; the member of the largest force (3) is row 0.
+class ResultsWindow : public UiTest {
+  protected:
+    void SetUp() override {
+        UiTest::SetUp();
+        view = View{};
+        ASSERT_EQ(save_file(work_file("frameslv.zlv"), "1 0.0 1 0.0 1 0.0"), 0);
+        ASSERT_EQ(save_file(work_file("frameslv.lst"), listing_of_row(4)), 0);
+        ASSERT_EQ(save_file(work_file("frameslv.dsp"), displacements_of_row(4)), 0);
+    }
+    static QAction* item(const TFrameSlvForm& window, const char* name) {
+        return window.findChild<QAction*>(name);
+    }
+    // The mode, and the items of the modes that bear a check mark.
+    static std::string modes(const TFrameSlvForm& window) {
+        std::string text = std::to_string(window.shown().mode);
+        for (const char* name : {"JikuryokuMenu", "FutosaMenu", "LevelMenu", "WireMenu",
+                                 "MarukakuMenu", "Heni1Menu", "Heni5Menu", "Heni10Menu"}) {
+            text += item(window, name)->isChecked() ? std::string(" ") + name : "";
+        }
+        return text;
+    }
+    // Where the middle of a member is painted.
+    static QPoint middle(TFrameSlvForm& window, int row) {
+        window.picture().grab();
+        const Stress& s = result.stress[row];
+        const PlanePoint at = Projector(30.0f, 30.0f)(0.5f * (s.xi + s.xj), s.yi, s.zi);
+        int px = 0;
+        int py = 0;
+        to_screen(window.picture().area(), at.X, at.Y, px, py);
+        return {px, py};
+    }
+    static void click(TFrameSlvForm& window, QPoint at, Qt::KeyboardModifiers keys = {}) {
+        window.picture().grab();
+        for (const auto type : {QEvent::MouseButtonPress, QEvent::MouseButtonRelease}) {
+            QMouseEvent event(type, at, at, Qt::LeftButton, Qt::LeftButton, keys);
+            QApplication::sendEvent(&window.picture(), &event);
+        }
+    }
+};
+
+TEST_F(ResultsWindow, EachItemSelectsItsMode) {
+    TFrameSlvForm window;
+    ASSERT_TRUE(window.valid());
+    EXPECT_EQ(modes(window), "3 JikuryokuMenu");
+    for (const auto& [name, mode] : {std::pair{"FutosaMenu", "5 FutosaMenu"},
+                                     {"WireMenu", "2 WireMenu"},
+                                     {"Heni10Menu", "9 Heni10Menu"},
+                                     {"Heni1Menu", "9 Heni1Menu"},
+                                     {"JikuryokuMenu", "3 JikuryokuMenu"},
+                                     {"JikuryokuMenu", "3 JikuryokuMenu"}}) {
+        item(window, name)->trigger();
+        EXPECT_EQ(modes(window), mode);
+    }
+    EXPECT_TRUE(item(window, "HanreiMenu")->isChecked());
+    item(window, "BuzaiBangouMenu")->trigger();
+    EXPECT_EQ(window.shown().label[label_member_numbers], 1);
+    EXPECT_FALSE(item(window, "SetutenMeishouMenu")->isChecked());
+}
+
+TEST_F(ResultsWindow, ABrokenDisplacementLeavesThePictureAsItWas) {
+    TFrameSlvForm window;
+    item(window, "Heni5Menu")->trigger();
+    result.disp[0].old_no = 99;
+    item(window, "Heni10Menu")->trigger();
+    expect_message("部材の検索に失敗しました");
+    EXPECT_EQ(modes(window), "9 Heni5Menu");
+}
+
+TEST_F(ResultsWindow, BandIsTakenOnlyWhenItMakesSense) {
+    TFrameSlvForm window;
+    const auto answer = [&](const char* high, const char* low) {
+        answer_next([=](QDialog& dialog) {
+            type(dialog, "HighPercentEdit", high);
+            type(dialog, "LowPercentEdit", low);
+            press(dialog, "OKButton");
+            press(dialog, "CancelButton");
+        });
+        item(window, "LevelMenu")->trigger();
+    };
+    answer("八十", "20");
+    expect_message("上限値: 「八十」は数値ではありません");
+    answer("80", "");
+    expect_message("下限値: 「」は数値ではありません");
+    answer("20", "20.5");
+    expect_message("下限値が上限値より大きくなっています");
+    EXPECT_EQ(modes(window), "3 JikuryokuMenu");
+    answer("８０", "20.5");
+    EXPECT_EQ(modes(window), "4 LevelMenu");
+    EXPECT_FLOAT_EQ(window.shown().upper, 80.0f);
+    EXPECT_FLOAT_EQ(window.shown().lower, 20.5f);
+}
+
+TEST_F(ResultsWindow, AFailedReadingShowsNothingOfTheRunBefore) {
+    {
+        TFrameSlvForm good;
+        select_results(std::vector<int>{0});
+    }
+    ASSERT_EQ(save_file(work_file("frameslv.lst"), "4 1 1"), 0);
+    TFrameSlvForm window;
+    expect_message("ファイルframeslv.lstの読み込みに失敗しました");
+    EXPECT_EQ(label_text(window, "StatusLabel"), "ファイルframeslv.lstの読み込みに失敗しました");
+    EXPECT_EQ(label_text(window, "FactsLabel"), "");
+    EXPECT_TRUE(window.picture().segments()->segments().empty());
+    EXPECT_EQ(result.Nken_Stress, 0);
+    for (const QAction* each : window.findChildren<QAction*>()) {
+        const QString name = each->objectName();
+        if (name.endsWith("Menu") && each->menu() == nullptr) {
+            EXPECT_EQ(each->isEnabled(), name == "ModoruMenu") << name.toStdString();
+        }
+    }
+    click(window, {10, 10});
+}
+
+TEST_F(ResultsWindow, AClickSelectsAndSpreadsToTheLists) {
+    TFrameSlvForm window;
+    window.resize(900, 700);
+    int changes = 0;
+    QObject::connect(&window, &TFrameSlvForm::selection_changed, &window, [&] { ++changes; });
+    click(window, middle(window, 0));
+    EXPECT_EQ(selected_rows(), std::vector<int>{0});
+    EXPECT_EQ(label_text(window, "StatusLabel"),
+              "部材 3　N00003 － N00004　軸力 4.5 kgf（引張）　100.0 ％");
+    click(window, middle(window, 2), Qt::ControlModifier);
+    click(window, {5, 5}, Qt::ControlModifier);
+    EXPECT_EQ(selected_rows(), (std::vector<int>{0, 2}));
+    item(window, "KekkaIchiranMenu")->trigger();
+    auto* list = window.findChild<TKekkaIchiranForm*>();
+    ASSERT_NE(list, nullptr);
+    press(*list, "ZenSentakuButton");
+    EXPECT_EQ(result.Nken_Stress, 3);
+    EXPECT_TRUE(label_text(window, "FactsLabel").ends_with("選択 3"));
+    list->close();
+    item(window, "Heni10Menu")->trigger();
+    click(window, middle(window, 1), Qt::ControlModifier);
+    EXPECT_EQ(selected_rows(), (std::vector<int>{0, 2}));
+    click(window, {5, 5});
+    EXPECT_TRUE(selected_rows().empty());
+    EXPECT_FALSE(item(window, "SentakuKaijoMenu")->isEnabled());
+    EXPECT_EQ(changes, 6);
+}
+
+TEST_F(ResultsWindow, BarsShowTheSelectionOrAllMembers) {
+    TFrameSlvForm window;
+    const auto confirm = [&](int item_no, const char* button) {
+        answer_next([=](QDialog& dialog) {
+            click_item(dialog, "BuzaiGroup", item_no);
+            press(dialog, button);
+        });
+        item(window, "MarukakuMenu")->trigger();
+    };
+    confirm(0, "CancelButton");
+    EXPECT_EQ(modes(window), "3 JikuryokuMenu");
+    view.Theta = 80.0;
+    confirm(0, "OKButton");
+    EXPECT_EQ(modes(window), "6 MarukakuMenu");
+    EXPECT_EQ(label_text(window, "StatusLabel"), "選択した部材がないので、角丸表示は空です");
+    EXPECT_EQ(window.picture().segments()->segments().size(), 0u);
+    EXPECT_DOUBLE_EQ(view.Theta, 20.0);
+    select_results(std::vector<int>{1});
+    window.show_selection();
+    EXPECT_EQ(solids.n_trio, 24) << "the bars follow the selection";
+    confirm(1, "OKButton");
+    EXPECT_EQ(solids.n_trio, 3 * 24);
+    EXPECT_EQ(selected_rows(), std::vector<int>{1}) << "the selection is kept";
+    press(*window.findChild<QDialog*>("MarukakuForm"), "AkaAoButton");
+    EXPECT_EQ(modes(window), "3 JikuryokuMenu");
+}
+
+TEST_F(ResultsWindow, SavesListDrawingAndPictures) {
+    TFrameSlvForm window;
+    window.show();
+    Player player;
+    player.menu("TFrameSlvForm", "KekkaSaveMenu").file(work_file("list.txt"));
+    player.menu("TFrameSlvForm", "DxfSaveMenu").file(work_file("a.dxf"));
+    player.click("TDxfWidthForm", "OKButton").gone("TDxfWidthForm");
+    for (const char* name : {"a.png", "a.pdf"}) {
+        player.menu("TFrameSlvForm", "GazouSaveMenu").file(work_file(name));
+        player.step(name, [this, name] { return fs::exists(work_file(name)); });
+    }
+    player.play();
+    expect_message("DXFファイルを作製しました");
+    EXPECT_TRUE(read_file(work_file("list.txt"))->starts_with(work_file("list.txt").string()));
+    EXPECT_TRUE(read_file(work_file("a.pdf"))->starts_with("%PDF"));
+}
+
+} // namespace
+
+} // namespace kigumi::test

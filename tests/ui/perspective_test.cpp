@@ -1,0 +1,85 @@
+#include "geometry/perspective.h"
+
+#include "generate/generate.h"
+#include "model/lookup.h"
+#include "player.h"
+#include "ui/jiku_form.h"
+#include "ui/perspective_progress.h"
+
+#include <QKeyEvent>
+#include <QProgressDialog>
+#include <QPushButton>
+#include <QStatusBar>
+
+namespace kigumi::test {
+
+namespace {
+
+using PerspectiveWindow = UiTest;
+
+TEST_F(PerspectiveWindow, ShowsWhatTheEyeSeesAndFollowsTheDialog) {
+    ASSERT_EQ(make_unit(), 0);
+    rebuild_tables();
+    TJikuForm window(nullptr);
+    window.show();
+    size_t lines[2] = {};
+    const auto look = [&](size_t& count) {
+        return [&] {
+            count = window.picture().segments()->segments().size();
+            return true;
+        };
+    };
+    Player player;
+    player.menu("TJikuForm", "JikuModelMenu")
+        .close("TIsomeForm")
+        .gone("TIsomeForm")
+        .menu("TJikuForm", "SitenModelMenu")
+        .step("type",
+              [] {
+                  QWidget* form = Player::shown("TViewForm");
+                  if (form != nullptr) {
+                      control<QScrollBar>(*form, "PhiScrollBar")->setValue(0);
+                  }
+                  return form != nullptr;
+              })
+        .step("look", look(lines[0]))
+        .click("TViewForm", "OKButton")
+        .step("look", look(lines[1]))
+        .click("TViewForm", "PersButton")
+        .gone("TViewForm");
+    player.play();
+    // All but crumbs, from the default viewpoint and then from straight above.
+    for (const int i : {0, 1}) {
+        const ViewCoefficients v = view_coefficients(4000, 20, i == 0 ? 70 : 0);
+        const size_t all = visible_segments(*read_trio_file(), v).size();
+        EXPECT_LE(lines[i], all);
+        EXPECT_GT(lines[i], all * 85 / 100);
+    }
+}
+
+TEST_F(PerspectiveWindow, WorkIsStoppedFromItsBox) {
+    param.NX = param.NY = 20; // enough work for the box to be drawn in the midst of it
+    ASSERT_EQ(make_unit(), 0);
+    ASSERT_EQ(build_trio_file(), 0);
+    QString text;
+    for (const bool by_key : {false, true}) {
+        QTimer::singleShot(0, qApp, [&text, by_key] {
+            auto* box = qobject_cast<QProgressDialog*>(QApplication::activeModalWidget());
+            ASSERT_NE(box, nullptr);
+            text = box->labelText();
+            if (by_key) {
+                QKeyEvent escape(QEvent::KeyPress, Qt::Key_Escape, Qt::NoModifier);
+                QApplication::sendEvent(box, &escape);
+            } else {
+                box->findChild<QPushButton*>()->click();
+            }
+        });
+        EXPECT_EQ(prepare_perspective_shown(nullptr, 0), perspective_stopped) << by_key;
+        EXPECT_EQ(text, "隠れ線を処理しています");
+    }
+    EXPECT_EQ(prepare_perspective_shown(nullptr), perspective_ready);
+}
+
+} // namespace
+
+} // namespace kigumi::test
