@@ -8,6 +8,7 @@
 #include "generate/generate.h"
 #include "generate/param.h"
 #include "geometry/axis_picture.h"
+#include "geometry/perspective.h"
 #include "geometry/solid.h"
 #include "model/lookup.h"
 #include "results/model_picture.h"
@@ -149,6 +150,12 @@ void axis_model(benchmark::State& state) {
     paint(state, [](Canvas& canvas, DrawArea& area) { draw_axis_model(canvas, area); });
 }
 BENCHMARK(axis_model)->UseManualTime()->Unit(benchmark::kMillisecond);
+
+// The hidden lines are removed at the first paint, which is not measured.
+void perspective_model(benchmark::State& state) {
+    paint(state, [](Canvas& canvas, DrawArea& area) { draw_perspective(canvas, area); });
+}
+BENCHMARK(perspective_model)->UseManualTime()->Unit(benchmark::kMillisecond);
 
 } // namespace
 } // namespace kigumi::bench

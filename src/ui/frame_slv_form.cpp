@@ -223,6 +223,11 @@ void TFrameSlvForm::add_view_menu() {
     }
     add_checked_item(
         menu, "HanreiMenu", "凡例(&H)", [this] { legend_ = !legend_; }, [this] { return legend_; });
+    needs_results_.push_back(add_joint_item(menu, [this] {
+        if (shown_.mode == mode_solids) {
+            prepare_solids(this);
+        }
+    }));
     menu->addSeparator();
     needs_results_.push_back(add_fit_item(menu));
 }
@@ -267,12 +272,19 @@ void TFrameSlvForm::add_list_menu() {
 }
 
 template <class Form> void TFrameSlvForm::open_list() {
-    auto* form = findChild<Form*>(QString(), Qt::FindDirectChildrenOnly);
+    Form* form = nullptr;
+    for (const List& list : lists_) {
+        form = form != nullptr ? form : qobject_cast<Form*>(list.window);
+    }
     if (form == nullptr) {
         const BusyCursor busy;
         form = new Form(this);
         place_beside(*form, *this, lists_.size());
         connect(form, &Form::selection_changed, this, [this, form] { spread_selection(form); });
+        form->setAttribute(Qt::WA_DeleteOnClose);
+        connect(form, &QDialog::finished, this, [this, form] {
+            std::erase_if(lists_, [form](const List& list) { return list.window == form; });
+        });
         lists_.push_back({form, [form] { form->show_selection(); }});
     }
     form->show();
@@ -387,7 +399,7 @@ int TFrameSlvForm::build_solids(bool all_members) {
 int TFrameSlvForm::prepare_solids(QWidget* parent) {
     const int status = prepare_perspective_shown(parent);
     if (status == perspective_stopped) {
-        status_->setText("隠れ線の処理を中止したので、隠れた線も描いています");
+        status_->setText(hidden_lines_stopped);
     } else if (status == perspective_ready) {
         status_->setText(solids.n_trio == 0 ? "選択した部材がないので、角丸表示は空です"
                                             : "角丸表示　引張は丸、圧縮は角");

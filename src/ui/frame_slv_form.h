@@ -36,7 +36,7 @@ class TFrameSlvForm : public kigumi::PictureWindow {
     void selection_changed();
 
   private:
-    // A list window and how it is told that the selection has changed.
+    // An open list window and how it is told that the selection has changed.
     struct List {
         QWidget* window;
         std::function<void()> follow;
@@ -54,7 +54,7 @@ class TFrameSlvForm : public kigumi::PictureWindow {
                               Handler handler, std::function<bool()> checked);
     QAction* add_mode_item(QMenu* menu, const char* name, const QString& caption, Handler handler,
                            int mode);
-    // Shows the list window of this class, made when it is first wanted.
+    // Shows the list window of this class; it lives until it is closed.
     template <class Form> void open_list();
     // Shows a selection that `from` has changed, in all other windows.
     void spread_selection(const QWidget* from);

@@ -5,7 +5,6 @@
 #include "geometry/perspective.h"
 #include "geometry/solid.h"
 #include "ui/dialogs.h"
-#include "ui/document.h"
 #include "ui/isome_form.h"
 #include "ui/perspective_progress.h"
 #include "ui/view_form.h"
@@ -47,7 +46,7 @@ void ModelWindow::show_mode(ModelMode mode) {
     picture().set_picture(
         [mode](Canvas& canvas, DrawArea& area) { paint_model(mode, canvas, area); });
     if (mode != ModelMode::perspective) {
-        statusBar()->showMessage(document_summary());
+        tell_stopped(false);
     }
 }
 
@@ -63,21 +62,8 @@ void ModelWindow::add_view_menu(ModelMode marked) {
         add_item(menu, "SitenModelMenu", "視点座標モデル(&S)", [this] { show_viewpoint_model(); });
     view_items_.push_back(viewpoint_item_);
     menu->addSeparator();
-    add_joint_item(menu);
+    add_joint_item(menu, [this] { follow_joints(); });
     add_fit_item(menu);
-}
-
-void ModelWindow::add_joint_item(QMenu* menu) {
-    QAction* item = add_item(menu, "KousenMenu", "部材の交線(&K)", [] {});
-    item->setCheckable(true);
-    item->setChecked(view.joints != 0);
-    item->setStatusTip("視点座標モデルに、部材どうしが突き抜ける所の線も描きます");
-    connect(item, &QAction::toggled, this, [this](bool checked) {
-        view.joints = checked ? 1 : 0;
-        if (mode_ == ModelMode::perspective) {
-            prepare_viewpoint(this);
-        }
-    });
 }
 
 void ModelWindow::set_views_enabled(bool enabled) {
@@ -132,11 +118,25 @@ void ModelWindow::show_viewpoint_model() {
 
 int ModelWindow::prepare_viewpoint(QWidget* parent) {
     const int status = prepare_perspective_shown(parent);
-    statusBar()->showMessage(status == perspective_stopped
-                                 ? "隠れ線の処理を中止したので、隠れた線も描いています"
-                                 : document_summary());
+    tell_stopped(status == perspective_stopped);
     picture().update();
     return status;
+}
+
+void ModelWindow::follow_joints() {
+    if (mode_ == ModelMode::perspective) {
+        prepare_viewpoint(this);
+    }
+}
+
+void ModelWindow::tell_stopped(bool stopped) {
+    if (stopped && !told_stopped_) {
+        message_before_ = statusBar()->currentMessage();
+        statusBar()->showMessage(hidden_lines_stopped);
+    } else if (!stopped && told_stopped_) {
+        statusBar()->showMessage(message_before_);
+    }
+    told_stopped_ = stopped;
 }
 
 } // namespace kigumi

@@ -36,6 +36,8 @@ class ModelWindow : public PictureWindow {
     void turn_parallel(ModelMode mode);
     void show_axis_model();
     void show_viewpoint_model();
+    // Draws the perspective picture anew after the lines where bars meet were switched.
+    void follow_joints();
 
     QAction* viewpoint_item_ = nullptr;
 
@@ -43,9 +45,13 @@ class ModelWindow : public PictureWindow {
     int rebuild_solids();
     // Makes the perspective picture of the stored viewpoint ready and repaints; -1 after a message.
     int prepare_viewpoint(QWidget* parent);
+    // Has the status bar say that the picture shows hidden lines, or what it said before.
+    void tell_stopped(bool stopped);
 
     std::vector<QAction*> view_items_;
     ModelMode mode_ = ModelMode::nothing;
+    bool told_stopped_ = false;
+    QString message_before_;
 };
 
 } // namespace kigumi

@@ -54,6 +54,17 @@ QAction* PictureWindow::add_fit_item(QMenu* menu) {
         menu, "ZentaiMenu", "全体表示(&F)", [this] { picture_->fit(); }, QKeySequence("Ctrl+0"));
 }
 
+QAction* PictureWindow::add_joint_item(QMenu* menu, Handler changed) {
+    QAction* item = add_item(menu, "KousenMenu", "部材の交線(&X)", [changed = std::move(changed)] {
+        view.joints = 1 - view.joints;
+        changed();
+    });
+    item->setCheckable(true);
+    item->setChecked(view.joints != 0);
+    connect(menu, &QMenu::aboutToShow, item, [item] { item->setChecked(view.joints != 0); });
+    return item;
+}
+
 void PictureWindow::add_help_menu() {
     QMenu* menu = add_menu("HelpMenu", "ヘルプ(&H)");
     add_item(

@@ -31,6 +31,8 @@ class PictureWindow : public QMainWindow {
                       const QKeySequence& shortcut = {});
     // The entry that shows the whole picture again.
     QAction* add_fit_item(QMenu* menu);
+    // The entry that switches the lines where bars meet (View::joints); `changed` is called then.
+    QAction* add_joint_item(QMenu* menu, Handler changed);
     // ヘルプ and バージョン情報.
     void add_help_menu();
 

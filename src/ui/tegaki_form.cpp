@@ -124,7 +124,7 @@ void TTegakiForm::add_shown_menu() {
         menu, "TegakiModosuMenu", "手書に戻す(&T)", [this] { set_mode(SheetMode::draw); },
         QKeySequence("Ctrl+B"));
     menu->addSeparator();
-    add_joint_item(menu);
+    add_joint_item(menu, [this] { follow_joints(); });
     add_toggle(menu, "KousiMenu", "格子(&G)", false, &SheetWidget::set_grid);
     add_toggle(menu, "SetutenBangouMenu", "節点番号(&N)", true, &SheetWidget::set_node_numbers);
     add_toggle(menu, "BuzaiBangouMenu", "部材番号(&B)", false, &SheetWidget::set_beam_numbers);

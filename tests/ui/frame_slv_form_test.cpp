@@ -146,6 +146,7 @@ TEST_F(ResultsWindow, AClickSelectsAndSpreadsToTheLists) {
     press(*list, "ZenSentakuButton");
     EXPECT_EQ(result.Nken_Stress, 3);
     EXPECT_TRUE(label_text(window, "FactsLabel").ends_with("選択 3"));
+    list->close();
     item(window, "Heni10Menu")->trigger();
     click(window, middle(window, 1), Qt::ControlModifier);
     EXPECT_EQ(selected_rows(), (std::vector<int>{0, 2}));
