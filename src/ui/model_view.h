@@ -29,8 +29,6 @@ class ModelWindow : public PictureWindow {
   protected:
     // Adds 表示 with its four items. `marked` is what 節点付ワイヤモデル shows.
     void add_view_menu(ModelMode marked);
-    // The entry that draws where members run into each other, too.
-    void add_joint_item(QMenu* menu);
     void set_views_enabled(bool enabled);
     // Turns the views back to 30 and 30 degrees, shows the mode and opens the angle dialog.
     void turn_parallel(ModelMode mode);
