@@ -262,9 +262,6 @@ void TTegakiForm::view_model(ModelMode mode) {
     if (this->mode() == ModelMode::nothing) {
         back_to_sheet(); // the solids could not be built
     }
-    if (statusBar()->currentMessage() == document_summary()) {
-        statusBar()->clearMessage();
-    }
     show_state();
 }
 
