@@ -24,7 +24,7 @@ Fault check_model(const Model& model);
 // part is held exactly when the supports' conditions on these six have rank 6.
 Fault check_held(const Model& model);
 
-// "X 方向に動きます", "X 軸まわりに回転します" and so on, for messages about an unknown 0..5.
+// "x 方向に動きます", "x 軸まわりに回転します" and so on, for messages about an unknown 0..5.
 const char* motion_label(size_t dof);
 
 } // namespace frameslv

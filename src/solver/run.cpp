@@ -59,7 +59,7 @@ void print_summary(std::ostream& out, const Model& model, const Solution& soluti
                    solution.imbalance);
 }
 
-Fault run_steps(const fs::path& folder, std::ostream& out) {
+Fault run_steps(const fs::path& folder, const Settings& settings, std::ostream& out) {
     std::string text;
     Model model;
     Solution solution;
@@ -74,7 +74,8 @@ Fault run_steps(const fs::path& folder, std::ostream& out) {
         return fault;
     if (Fault fault = check_held(model))
         return fault;
-    if (Fault fault = solve(model, solution))
+    System system(model, settings.threads);
+    if (Fault fault = solve(model, settings, system, solution))
         return fault;
     if (lacks_line_end(text))
         out << text_of("警告 (WARNING): %s の最後の行に改行がありません\n", input_file);
@@ -83,9 +84,9 @@ Fault run_steps(const fs::path& folder, std::ostream& out) {
 }
 
 // The last stand against what a file of any size may do to the memory.
-Fault guarded_steps(const fs::path& folder, std::ostream& out) {
+Fault guarded_steps(const fs::path& folder, const Settings& settings, std::ostream& out) {
     try {
-        return run_steps(folder, out);
+        return run_steps(folder, settings, out);
     } catch (const std::bad_alloc&) {
         return {Exit::no_memory, "メモリが足りません"};
     } catch (const std::length_error&) {
@@ -95,8 +96,8 @@ Fault guarded_steps(const fs::path& folder, std::ostream& out) {
 
 } // namespace
 
-int run(const fs::path& folder, std::ostream& out, std::ostream& err) {
-    const Fault fault = guarded_steps(folder, out);
+int run(const fs::path& folder, const Settings& settings, std::ostream& out, std::ostream& err) {
+    const Fault fault = guarded_steps(folder, settings, out);
     if (fault) {
         err << fault.text << "\n";
         write_error_file(folder, fault.text);

@@ -1,6 +1,8 @@
 // A whole run of the solver in a folder.
 #pragma once
 
+#include "solver/settings.h"
+
 #include <filesystem>
 #include <iosfwd>
 
@@ -10,6 +12,7 @@ namespace frameslv {
 // frameslv.zlv, frameslv.lst and frameslv.dsp there. The checks and warnings go to `out`. A fault
 // goes as one line to `err` and to frameslv.err, and leaves no result file. Returns the exit code
 // of the program (Exit).
-int run(const std::filesystem::path& folder, std::ostream& out, std::ostream& err);
+int run(const std::filesystem::path& folder, const Settings& settings, std::ostream& out,
+        std::ostream& err);
 
 } // namespace frameslv

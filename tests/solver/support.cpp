@@ -123,7 +123,7 @@ Results SolverTest::run(const std::string& text) {
     write("FRAMESLV.IN", text);
     std::ostringstream out, err;
     Results r;
-    r.code = frameslv::run(folder_, out, err);
+    r.code = frameslv::run(folder_, settings_, out, err);
     r.out = out.str();
     r.err = err.str();
     if (r.code != 0)
