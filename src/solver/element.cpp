@@ -80,6 +80,19 @@ StiffnessBlocks stiffness_blocks(const Element& element) {
     return blocks;
 }
 
+Vector6 stiffness_diagonal(const Element& element) {
+    const double L = element.length;
+    const double sway = 6.0 * element.tension / (5.0 * L);
+    const double turn = 2.0 * element.tension * L / 15.0;
+    const Eigen::Matrix3d squares = element.axes.cwiseAbs2().transpose();
+    Vector6 diagonal;
+    diagonal << squares * Eigen::Vector3d(element.axial, 12.0 * element.bending_z / (L * L) + sway,
+                                          12.0 * element.bending_y / (L * L) + sway),
+        squares * Eigen::Vector3d(element.torsion + element.tension * element.radius2 / L,
+                                  4.0 * element.bending_y + turn, 4.0 * element.bending_z + turn);
+    return diagonal;
+}
+
 EndForces end_forces(const Element& element, const Vector6& moved_i, const Vector6& moved_j) {
     const double L = element.length;
     const Eigen::Matrix3d& T = element.axes;

@@ -54,6 +54,9 @@ Element make_element(const Model& model, int no);
 
 StiffnessBlocks stiffness_blocks(const Element& element);
 
+// The diagonal of either end's own block.
+Vector6 stiffness_diagonal(const Element& element);
+
 // The member that has the geometric stiffness of `tension` alone.
 Element tension_alone(const Element& element, double tension);
 

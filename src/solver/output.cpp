@@ -1,5 +1,7 @@
 #include "solver/output.h"
 
+#include "solver/digits.h"
+
 #include <cfloat>
 #include <charconv>
 #include <cmath>
@@ -36,10 +38,8 @@ class Columns {
     }
     // Nine significant digits, two more than single precision holds.
     void real(double value) {
-        char digits[32];
-        const auto end = std::to_chars(digits, digits + sizeof digits, readable(value),
-                                       std::chars_format::scientific, 8)
-                             .ptr;
+        char digits[most_digits];
+        char* end = write_digits(digits, readable(value));
         put({digits, static_cast<size_t>(end - digits)}, 16);
     }
     void name(const std::string& word) { put(word, 10); }

@@ -116,9 +116,9 @@ void System::number_unknowns() {
 Fault System::set_scale() {
     NodeVectors diagonal(model_.node.size(), Vector6::Zero());
     for (size_t i = 0; i < elements.size(); i++) {
-        const StiffnessBlocks blocks = stiffness_blocks(elements[i]);
-        diagonal[index_of(model_.member[i].noi)] += blocks.ii.diagonal();
-        diagonal[index_of(model_.member[i].noj)] += blocks.jj.diagonal();
+        const Vector6 own = stiffness_diagonal(elements[i]);
+        diagonal[index_of(model_.member[i].noi)] += own;
+        diagonal[index_of(model_.member[i].noj)] += own;
     }
     scale_.resize(size());
     for (size_t j = 0; j < size(); j++) {

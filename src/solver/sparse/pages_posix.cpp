@@ -9,6 +9,8 @@ namespace frameslv {
 namespace {
 
 constexpr size_t large_page = size_t{2} << 20; // bytes
+// From here on one large page is cleared sooner than small ones are handed out one by one.
+constexpr size_t worth_large = size_t{1} << 19; // bytes
 
 } // namespace
 
@@ -18,13 +20,13 @@ Pages::Pages(size_t numbers) {
     if (numbers > static_cast<size_t>(-1) / sizeof(double) - large_page)
         throw std::bad_alloc();
     bytes_ = numbers * sizeof(double);
-    if (bytes_ >= large_page)
+    if (bytes_ >= worth_large)
         bytes_ = (bytes_ + large_page - 1) / large_page * large_page;
     void* at = mmap(nullptr, bytes_, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
     if (at == MAP_FAILED)
         throw std::bad_alloc();
 #if defined(MADV_HUGEPAGE)
-    if (bytes_ >= large_page)
+    if (bytes_ >= worth_large)
         madvise(at, bytes_, MADV_HUGEPAGE); // a refusal costs time only
 #endif
     numbers_ = static_cast<double*>(at);
