@@ -39,6 +39,11 @@ struct EndForces {
     Vector6 j;
 };
 
+// The axial force of a member, tension positive; under a load along it the mean of its ends.
+inline double mean_tension(const EndForces& forces) {
+    return 0.5 * (forces.j(0) - forces.i(0));
+}
+
 // The stiffness in global axes as the 6 x 6 blocks of its ends; ji is the transpose of ij.
 struct StiffnessBlocks {
     Matrix6 ii;

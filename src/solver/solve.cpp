@@ -112,8 +112,7 @@ Fault Analysis::iterate() {
         double most = 0.0;
         double change = 0.0;
         for (size_t i = 0; i < system_.elements.size(); i++) {
-            const EndForces& forces = solution_.end_force[i];
-            const double tension = 0.5 * (forces.j(0) - forces.i(0));
+            const double tension = mean_tension(solution_.end_force[i]);
             change = std::max(change, std::abs(tension - system_.elements[i].tension));
             most = std::max(most, std::abs(tension));
             system_.elements[i].tension = tension;
@@ -204,11 +203,16 @@ void Analysis::refine() {
 }
 
 void Analysis::sum_up(const NodeVectors& unbalanced) {
-    const Point& about = model_.node.front().at;
-    const auto add = [&about](Resultant& sum, const Point& at, const Vector6& force) {
-        const Eigen::Vector3d arm(at.x - about.x, at.y - about.y, at.z - about.z);
+    const auto place = [this](size_t i) -> Eigen::Vector3d {
+        const Point& at = model_.node[i].at;
+        const Eigen::Vector3d here(at.x, at.y, at.z);
+        // The second order balances the frame where it has moved to.
+        return settings_.p_delta ? here + solution_.moved[i].head<3>() : here;
+    };
+    const Eigen::Vector3d about = place(0);
+    const auto add = [&](Resultant& sum, size_t i, const Vector6& force) {
         sum += force;
-        sum.tail<3>() += arm.cross(force.head<3>());
+        sum.tail<3>() += (place(i) - about).cross(force.head<3>());
     };
     solution_.loads.setZero();
     solution_.reactions.setZero();
@@ -219,8 +223,8 @@ void Analysis::sum_up(const NodeVectors& unbalanced) {
             if (node.held[k])
                 solution_.reaction[i](static_cast<Eigen::Index>(k)) =
                     -unbalanced[i](static_cast<Eigen::Index>(k));
-        add(solution_.loads, node.at, load_[i]);
-        add(solution_.reactions, node.at, solution_.reaction[i]);
+        add(solution_.loads, i, load_[i]);
+        add(solution_.reactions, i, solution_.reaction[i]);
     }
     solution_.imbalance = relative(solution_.loads + solution_.reactions);
 }

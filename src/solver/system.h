@@ -58,6 +58,8 @@ class System {
     std::vector<double> scaled_forces(const NodeVectors& forces) const;
     NodeVectors unscaled(std::span<const double> x) const;
     const Cholesky& factor() const { return *factor_; }
+    // Gives back the memory of the factor, which must not be used any more.
+    void drop_factor() { factor_.reset(); }
 
     // What the members ask of the nodes for these displacements: K u without supports.
     NodeVectors member_forces(const std::vector<Element>& members, const NodeVectors& moved) const;

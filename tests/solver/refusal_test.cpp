@@ -97,7 +97,7 @@ TEST_F(RefusalTest, Models) {
              f.node.push_back({0, 900, 100});
              f.member.push_back({6, 5});
          },
-         loose, "節点 5 を含む部分に支点がありません"},
+         loose, "節点 5 を含む部分 (節点 2 個) に支点がありません"},
         {"spin about the line of the supports",
          [](Frame& f) {
              f.support = {{1, "111000"}, {4, "111000"}};
