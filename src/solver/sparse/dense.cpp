@@ -19,14 +19,33 @@ constexpr size_t solved_rows = 96;
 
 // Tiles of `tile` rows of a column-by-column matrix, each row by row of its transpose; short tiles
 // are filled with zeros.
+template <size_t tile>
+void pack_tiles(const double* from, size_t ld, size_t rows, size_t depth, double* to) {
+    size_t i = 0;
+    for (; i + tile <= rows; i += tile, to += tile * depth)
+        for (size_t p = 0; p < depth; p++)
+            for (size_t k = 0; k < tile; k++)
+                to[p * tile + k] = from[p * ld + i + k];
+    if (i == rows)
+        return;
+    for (size_t p = 0; p < depth; p++)
+        for (size_t k = 0; k < tile; k++)
+            to[p * tile + k] = i + k < rows ? from[p * ld + i + k] : 0.0;
+}
+
+// The same for the tiles of any set of kernels.
 void pack(const double* from, size_t ld, size_t rows, size_t depth, size_t tile, double* to) {
-    for (size_t i = 0; i < rows; i += tile, to += tile * depth) {
-        const size_t some = std::min(tile, rows - i);
-        for (size_t p = 0; p < depth; p++) {
-            const double* column = from + p * ld + i;
-            std::copy_n(column, some, to + p * tile);
-            std::fill_n(to + p * tile + some, tile - some, 0.0);
-        }
+    switch (tile) {
+    case 16:
+        return pack_tiles<16>(from, ld, rows, depth, to);
+    case 8:
+        return pack_tiles<8>(from, ld, rows, depth, to);
+    case Kernels::tile_columns:
+        return pack_tiles<Kernels::tile_columns>(from, ld, rows, depth, to);
+    case 4:
+        return pack_tiles<4>(from, ld, rows, depth, to);
+    default:
+        return pack_tiles<2>(from, ld, rows, depth, to);
     }
 }
 
