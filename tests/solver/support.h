@@ -27,7 +27,7 @@ struct Frame {
         double Iy, Iz, A, J;
     };
     struct Material {
-        double E, nu;
+        double E, nu, density = 0.0;
     };
     struct Support {
         int no;

@@ -88,10 +88,14 @@ void Cholesky::do_subtree(const Tasks::Subtree& subtree, Worker& worker, size_t 
     DenseEliminator dense(nullptr, buffers_, id);
     double* stack = worker.stack.data();
     size_t used = 0;
+    Pages& kept = kept_[static_cast<size_t>(subtree.root)];
+    const size_t left = static_cast<size_t>(front(subtree.root).below);
+    if (left > 0)
+        kept = Pages(left * left + Kernels::slack, Pages::Size::small);
     for (int f = subtree.first; f <= subtree.root && !failed_; f++) {
         const size_t below = static_cast<size_t>(front(f).below);
-        double* update = stack + used;
-        for (size_t j = 0; j < below; j++)
+        double* update = f == subtree.root ? kept.data() : stack + used;
+        for (size_t j = 0; j < below && f != subtree.root; j++)
             std::memset(update + j * below + j, 0, (below - j) * sizeof(double));
         update_[static_cast<size_t>(f)] = update;
         set_positions(f, worker);
@@ -102,20 +106,14 @@ void Cholesky::do_subtree(const Tasks::Subtree& subtree, Worker& worker, size_t 
             add_update(child, f, runs_of(child, worker), 0, rows, update);
             popped += rows * rows;
         }
-        update_[static_cast<size_t>(f)] = update - popped;
-        if (popped > 0)
+        if (popped > 0 && f != subtree.root) {
+            update_[static_cast<size_t>(f)] = update - popped;
             std::memmove(update - popped, update, below * below * sizeof(double));
+        }
         used += below * below - popped;
         if (!eliminate(f, dense))
             failed_ = true;
     }
-    const size_t left = static_cast<size_t>(front(subtree.root).below);
-    if (left == 0 || failed_)
-        return;
-    const size_t root = static_cast<size_t>(subtree.root);
-    kept_[root] = Pages(left * left + Kernels::slack);
-    std::memcpy(kept_[root].data(), update_[root], left * left * sizeof(double));
-    update_[root] = kept_[root].data();
 }
 
 void Cholesky::do_top(int f) {

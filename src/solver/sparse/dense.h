@@ -16,8 +16,9 @@ struct PackBuffers {
 class DenseEliminator {
   public:
     // `team` null: alone, in the buffers of `own`. With a team the buffers of all its threads.
-    DenseEliminator(Team* team, std::vector<PackBuffers>& buffers, size_t own)
-        : team_(team), buffers_(buffers), own_(own) {}
+    DenseEliminator(Team* team, std::vector<PackBuffers>& buffers, size_t own,
+                    const Kernels& set = kernels())
+        : kernels_(set), team_(team), buffers_(buffers), own_(own) {}
 
     // The first `columns` columns of the front stand in `panel` (height columns + below, which is
     // also its column distance), the rest, lower triangle of below x below, in `update`. In place:
@@ -34,7 +35,7 @@ class DenseEliminator {
                          size_t depth);
     void each(size_t count, const std::function<void(size_t, PackBuffers&)>& act);
 
-    const Kernels& kernels_ = kernels();
+    const Kernels& kernels_;
     Team* team_;
     std::vector<PackBuffers>& buffers_;
     size_t own_;

@@ -46,4 +46,7 @@ struct Kernels {
 // The set for the widest registers of this processor.
 const Kernels& kernels();
 
+// The sets that this processor can run, the widest first; a null pointer ends them.
+const Kernels* const* usable_kernels();
+
 } // namespace frameslv

@@ -11,8 +11,10 @@ namespace frameslv {
 class Pages {
   public:
     Pages() = default;
-    // Throws std::bad_alloc when the system refuses.
-    explicit Pages(size_t numbers);
+    // Small pages are for tables of which much stays untouched. Throws std::bad_alloc when the
+    // system refuses.
+    enum class Size { large, small };
+    explicit Pages(size_t numbers, Size size = Size::large);
     ~Pages();
     Pages(Pages&& other) noexcept
         : numbers_(std::exchange(other.numbers_, nullptr)), bytes_(std::exchange(other.bytes_, 0)) {

@@ -6,7 +6,7 @@
 
 namespace frameslv {
 
-Pages::Pages(size_t numbers) {
+Pages::Pages(size_t numbers, Size) {
     if (numbers == 0)
         return;
     if (numbers > static_cast<size_t>(-1) / sizeof(double))

@@ -17,6 +17,7 @@ size_t update_numbers(const Front& front) {
 
 std::vector<Tasks::Subtree> all_subtrees(const Symbolic& symbolic) {
     std::vector<Tasks::Subtree> all(symbolic.fronts.size());
+    std::vector<size_t> with_own(symbolic.fronts.size()); // the stack with the root's update
     for (size_t f = 0; f < all.size(); f++) {
         const Front& front = symbolic.fronts[f];
         Tasks::Subtree& own = all[f];
@@ -29,10 +30,11 @@ std::vector<Tasks::Subtree> all_subtrees(const Symbolic& symbolic) {
             const Tasks::Subtree& part = all[static_cast<size_t>(child)];
             own.first = std::min(own.first, part.first);
             own.flops += part.flops;
-            own.stack = std::max(own.stack, waiting + part.stack);
+            own.stack = std::max(own.stack, waiting + with_own[static_cast<size_t>(child)]);
             waiting += update_numbers(symbolic.fronts[static_cast<size_t>(child)]);
         }
-        own.stack = std::max(own.stack, waiting + update_numbers(front));
+        // An update stands above those of the children while it is made.
+        with_own[f] = std::max(own.stack, waiting + update_numbers(front));
     }
     return all;
 }

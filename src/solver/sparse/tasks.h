@@ -10,7 +10,7 @@ struct Tasks {
     struct Subtree {
         int first = 0, root = 0; // its fronts stand from here to here
         double flops = 0.0;
-        size_t stack = 0; // most numbers of waiting updates at one time, the root's included
+        size_t stack = 0; // most numbers of waiting updates at one time, without the root's
     };
     std::vector<Subtree> subtrees; // the largest first
     std::vector<int> top;          // ascending
