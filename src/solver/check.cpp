@@ -143,7 +143,7 @@ std::string node_label(const Model& model, int no) {
     const std::string& name = model.node[index_of(no)].name;
     if (name.empty())
         return text_of("節点 %d", no);
-    return text_of("節点 %d (%s)", no, printable(name).c_str());
+    return "節点 " + printable(name);
 }
 
 std::string member_label(const Model& model, int no) {
@@ -180,8 +180,8 @@ Fault check_model(const Model& model) {
 
 const char* motion_label(size_t dof) {
     static constexpr const char* labels[dof_count] = {
-        "X 方向に動きます",       "Y 方向に動きます",       "Z 方向に動きます",
-        "X 軸まわりに回転します", "Y 軸まわりに回転します", "Z 軸まわりに回転します"};
+        "x 方向に動きます",       "y 方向に動きます",       "z 方向に動きます",
+        "x 軸まわりに回転します", "y 軸まわりに回転します", "z 軸まわりに回転します"};
     return labels[dof];
 }
 
