@@ -58,11 +58,14 @@ void read_solver(std::string_view input) {
         return;
     }
     frameslv::Solution solution;
-    fault = frameslv::solve(frame, solution);
+    frameslv::System system(frame, 1);
+    fault = frameslv::solve(frame, {}, system, solution);
     if (fault) {
         require_line(fault);
     } else if (is_plain(input)) {
-        require_readable(frameslv::result_texts(frame, solution), frame);
+        frameslv::ResultTexts texts;
+        frameslv::add_result_texts(frame, solution, texts);
+        require_readable(texts, frame);
     }
 }
 
