@@ -16,7 +16,11 @@ constexpr size_t tile_columns = Kernels::tile_columns;
 #if KERNEL_LANES > 1
 typedef double Vector
     __attribute__((vector_size(KERNEL_LANES * sizeof(double)), aligned(sizeof(double)), may_alias));
+#if defined(__clang__)
+#define KERNEL_UNROLL _Pragma("unroll")
+#else
 #define KERNEL_UNROLL _Pragma("GCC unroll 6")
+#endif
 #else
 typedef double Vector;
 #define KERNEL_UNROLL

@@ -70,7 +70,7 @@ void Team::run(const std::function<void(int)>& work) {
 }
 
 int useful_threads(int most, double operations) {
-    constexpr double worth_a_thread = 3e7; // operations: some milliseconds
+    constexpr double worth_a_thread = 1e8; // operations: some milliseconds
     const int machine = static_cast<int>(std::max(1U, std::thread::hardware_concurrency()));
     const int allowed = most > 0 ? most : machine;
     return static_cast<int>(
