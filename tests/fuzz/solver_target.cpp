@@ -57,12 +57,15 @@ void read_solver(std::string_view input) {
     if (frame.node.size() > few_nodes || frame.member.size() > few_nodes) {
         return;
     }
+    frameslv::System system(frame, 1);
     frameslv::Solution solution;
-    fault = frameslv::solve(frame, solution);
+    fault = frameslv::solve(frame, {}, system, solution);
     if (fault) {
         require_line(fault);
     } else if (is_plain(input)) {
-        require_readable(frameslv::result_texts(frame, solution), frame);
+        frameslv::ResultTexts texts;
+        frameslv::add_result_texts(frame, solution, texts);
+        require_readable(texts, frame);
     }
 }
 
