@@ -57,8 +57,8 @@ void read_solver(std::string_view input) {
     if (frame.node.size() > few_nodes || frame.member.size() > few_nodes) {
         return;
     }
-    frameslv::Solution solution;
     frameslv::System system(frame, 1);
+    frameslv::Solution solution;
     fault = frameslv::solve(frame, {}, system, solution);
     if (fault) {
         require_line(fault);
