@@ -10,6 +10,7 @@
 
 #include <chrono>
 #include <ctime>
+#include <span>
 
 namespace kigumi {
 
@@ -30,16 +31,21 @@ constexpr const char* complaint_file = "frameslv.err";
 constexpr const char* unfinished_files[] = {"frameslv.zl~", "frameslv.ls~", "frameslv.ds~"};
 constexpr std::size_t longest_complaint = 300; // bytes shown
 
-// Takes away what a run leaves in the working directory.
-void remove_results() {
-    std::error_code ignored;
-    for (const char* name : result_files) {
-        fs::remove(work_file(name), ignored);
+// Takes away what a run leaves in the working directory; false after a message when a file stays.
+bool remove_results() {
+    for (const auto& names : {std::span<const char* const>(result_files),
+                              std::span<const char* const>(unfinished_files),
+                              std::span<const char* const>(&complaint_file, 1)}) {
+        for (const char* name : names) {
+            std::error_code code;
+            fs::remove(work_file(name), code);
+            if (code) {
+                show_message(text_format("前の解析結果%sを消せません", name));
+                return false;
+            }
+        }
     }
-    for (const char* name : unfinished_files) {
-        fs::remove(work_file(name), ignored);
-    }
-    fs::remove(work_file(complaint_file), ignored);
+    return true;
 }
 
 // Reads one of the result files and parses it by `parse` (text -> 0 or -1), with the two messages.
@@ -125,7 +131,9 @@ int run_solver(SolverOutcome& outcome, const KeepWaiting& keep_waiting) {
     }
     const int start = solver_seams.hundredths();
     if (!solver.empty()) {
-        remove_results();
+        if (!remove_results()) {
+            return -1;
+        }
         outcome.status = solver_seams.start(solver, work_dir(), asked);
     }
     if (outcome.status < 0) {

@@ -38,8 +38,10 @@ bool can_analyse();
 // Writes FRAMESLV.IN into the working directory, removes what an earlier run left there, starts the
 // solver and waits for it, without limit or as long as `keep_waiting` says. Reads the whole model.
 // 0 (a run that was stopped leaves no result files), or -1 after a message: that of save_honegumi
-// when the input could not be written (the solver would work on an old one), "Could not create
-// process" when there is no solver or it does not start. The exit status decides nothing here.
+// when the input could not be written (the solver would work on an old one),
+// "前の解析結果%sを消せません" when a file of an earlier run could be taken for one of this run,
+// "Could not create process" when there is no solver or it does not start. The exit status decides
+// nothing here.
 int run_solver(SolverOutcome& outcome, const KeepWaiting& keep_waiting = {});
 
 // What the solver of the last run said of its failure (first line of frameslv.err, UTF-8); empty

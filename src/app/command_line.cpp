@@ -1,9 +1,8 @@
 #include "app/command_line.h"
 
-#include "app/commands.h"
+#include "app/argument_text.h"
 #include "base/files.h"
 #include "base/message.h"
-#include "base/scan.h"
 
 #include <CLI/CLI.hpp>
 
@@ -19,15 +18,6 @@ namespace {
 constexpr int status_failed = 1;
 constexpr int status_usage = 2;
 
-// Splits at a comma into numbers; false when there are more, fewer, or something else.
-template <class... Numbers> bool parse_list(std::string text, Numbers&... numbers) {
-    for (char& c : text) {
-        c = c == ',' ? ' ' : c;
-    }
-    Scanner scan(text);
-    return (scan.next(numbers) && ...) && scan.at_end();
-}
-
 void require(bool good, const char* option, const std::string& value) {
     if (!good) {
         throw CLI::ValidationError(option, "「" + value + "」を読めません");
@@ -35,13 +25,8 @@ void require(bool good, const char* option, const std::string& value) {
 }
 
 RoleOption load_role(const std::string& text) {
-    const size_t colon = text.rfind(':');
     RoleOption role;
-    role.load = true;
-    require(colon != std::string::npos && colon > 0 &&
-                parse_list(text.substr(colon + 1), role.fx, role.fy, role.fz),
-            "--load", text);
-    role.selector = text.substr(0, colon);
+    require(parse_load(text, role), "--load", text);
     return role;
 }
 
@@ -201,37 +186,22 @@ void CommandLine::add_demo() {
 
 void CommandLine::read_draw_texts() {
     DrawOptions& o = draw_options_;
-    require(band_.empty() || (parse_list(band_, o.low, o.high) && o.low <= o.high), "--band",
-            band_);
+    require(band_.empty() || parse_band(band_, o), "--band", band_);
     for (const auto& [option, value] :
          {std::pair{"--tau", double{o.tau}}, std::pair{"--fai", double{o.fai}},
           std::pair{"--theta", double{o.theta}}, std::pair{"--phi", double{o.phi}}}) {
         require(std::isfinite(value), option, std::to_string(value));
     }
     require(std::isfinite(o.rho) && o.rho > 0.0, "--rho", std::to_string(o.rho));
-    std::string size = size_;
-    const size_t cross = size.find('x');
-    if (cross != std::string::npos) {
-        size[cross] = ',';
-    }
-    require(size_.empty() || (parse_list(size, o.width, o.height) && o.width > 0 && o.height > 0 &&
-                              o.width <= 20000 && o.height <= 20000),
-            "--size", size_);
-    std::string labels = label_list_;
-    std::replace(labels.begin(), labels.end(), ',', ' ');
-    Scanner scan(labels);
-    for (std::string_view label; scan.next(label);) {
-        const bool known =
-            label == "nodes" || label == "members" || label == "fix" || label == "load";
-        require(known, "--labels", std::string(label));
-        o.labels.emplace_back(label);
-    }
+    require(size_.empty() || parse_size(size_, o), "--size", size_);
+    std::string unknown;
+    require(parse_labels(label_list_, o, unknown), "--labels", unknown);
 }
 
 int CommandLine::run_chosen() {
     if (generate_->parsed()) {
         GenerateOptions& o = generate_options_;
-        require(move_.empty() || parse_list(move_, o.dx, o.dy, o.dz), "--move", move_);
+        require(move_.empty() || parse_shift(move_, o), "--move", move_);
         return run_generate(o);
     }
     if (info_->parsed()) {

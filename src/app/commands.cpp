@@ -57,6 +57,9 @@ int write_dxf(const fs::path& path, int colour) {
 
 // Analyses the model in the working directory and reads the results.
 int solve_model(double& seconds) {
+    if (is_own_solver(find_solver())) { // a program that did not come with this one
+        std::printf("計算プログラム: 作業フォルダの FRAMESLV.EXE\n");
+    }
     std::fflush(stdout);
     SolverOutcome outcome;
     Stopwatch watch;

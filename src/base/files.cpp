@@ -31,6 +31,10 @@ std::string reason_of(int code) {
     case EROFS:
         return "読み取り専用です";
     case ENOSPC:
+    case EFBIG:
+#ifdef EDQUOT
+    case EDQUOT:
+#endif
         return "ディスクの空きがありません";
     case EISDIR:
         return "フォルダです";
@@ -148,20 +152,16 @@ int save_file(const fs::path& path, std::string_view bytes, bool sync) {
     good = std::fflush(file) == 0 && good;
     good = good && (in_place || !sync || sync_to_disk(file));
     int why = errno;
-    good = std::fclose(file) == 0 && good;
-    if (good && !in_place) {
+    if (in_place) {
+        good = std::fclose(file) == 0 && good;
+    } else if (good) {
         keep_permissions(target, written);
-        fs::rename(written, target, code);
-        good = !code;
-        why = code.value();
+        good = close_and_rename(file, written, target);
+        why = errno;
+    } else {
+        close_and_remove(file, written);
     }
-    if (!good) {
-        if (!in_place) {
-            fs::remove(written, code);
-        }
-        return refuse_save(path, reason_of(why != 0 ? why : EIO));
-    }
-    return 0;
+    return good ? 0 : refuse_save(path, reason_of(why != 0 ? why : EIO));
 }
 
 const std::string& file_error() {

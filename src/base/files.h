@@ -36,7 +36,8 @@ std::optional<std::string> read_file(const fs::path& path);
 // Writes `bytes` beside `path`, syncs and renames, so that a failure leaves the old file whole.
 // Returns 0, or -1 with file_error() saying why. A write-protected file is refused. A target that
 // is not a regular file (a device, a pipe) is written in place. `sync` false leaves out the wait
-// for the disk, for working files that can be made again.
+// for the disk, for working files that can be made again. What a killed program left beside a
+// target is taken away by the next save in that folder.
 int save_file(const fs::path& path, std::string_view bytes, bool sync = true);
 
 // Why the last read_file or save_file failed, in Japanese. A reader may add where a file is wrong.

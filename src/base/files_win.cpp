@@ -2,6 +2,7 @@
 
 #include <cerrno>
 #include <io.h>
+#include <share.h>
 #include <string>
 #define NOMINMAX
 #include <windows.h>
@@ -14,17 +15,41 @@ std::FILE* open_binary(const std::filesystem::path& path, const char* mode) {
 }
 
 std::FILE* create_beside(const std::filesystem::path& target, std::filesystem::path& created) {
-    for (int attempt = 0; attempt < 100; ++attempt) {
-        created = target.parent_path() / (L".kigumi-" + std::to_wstring(GetCurrentProcessId()) +
-                                          L"-" + std::to_wstring(attempt));
-        if (std::FILE* file = _wfopen(created.c_str(), L"wbx")) {
+    constexpr int most_attempts = 10000;
+    for (int attempt = 0; attempt < most_attempts; ++attempt) {
+        created = target.parent_path() / (L".kigumi-" + std::to_wstring(attempt));
+        // Not shared: a program that still writes the file keeps others from opening it.
+        if (std::FILE* file = _wfsopen(created.c_str(), L"wb", _SH_DENYRW)) {
             return file;
         }
-        if (errno != EEXIST) {
+        if (GetFileAttributesW(created.c_str()) == INVALID_FILE_ATTRIBUTES) {
             return nullptr;
         }
     }
     return nullptr;
+}
+
+bool close_and_rename(std::FILE* file, const std::filesystem::path& created,
+                      const std::filesystem::path& target) {
+    std::error_code code;
+    bool good = std::fclose(file) == 0;
+    if (good) {
+        std::filesystem::rename(created, target, code);
+        good = !code;
+        errno = code.default_error_condition().value();
+    }
+    if (!good) {
+        const int why = errno;
+        std::filesystem::remove(created, code);
+        errno = why;
+    }
+    return good;
+}
+
+void close_and_remove(std::FILE* file, const std::filesystem::path& created) {
+    std::error_code ignored;
+    std::fclose(file);
+    std::filesystem::remove(created, ignored);
 }
 
 bool sync_to_disk(std::FILE* file) {

@@ -36,8 +36,11 @@ template <class Number> bool parse_floating(std::string_view word, Number& value
     if (parse(word, value)) {
         return true;
     }
+    // Deliberate: a copy. Of long double the standard library (g++ 12) reads on behind the word, to
+    // the next zero byte.
+    const std::string terminated(word);
     long double wide = 0.0L;
-    if (!parse(word, wide) || std::fabs(wide) > 1.0L) {
+    if (!parse(std::string_view(terminated), wide) || std::fabs(wide) > 1.0L) {
         return false;
     }
     value = static_cast<Number>(wide);

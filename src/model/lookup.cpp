@@ -402,7 +402,9 @@ bool counts_fit() {
     const auto fits = [](int count, int capacity) { return count >= 0 && count <= capacity; };
     return fits(model.N_Node, node_capacity) && fits(model.N_Beam, beam_capacity) &&
            fits(model.N_Size, size_capacity) && fits(model.N_Mat, mat_capacity) &&
-           fits(model.N_Fix, fix_capacity) && fits(model.N_Load, load_capacity);
+           fits(model.N_Fix, fix_capacity) && fits(model.N_Load, load_capacity) &&
+           fits(model.N_X, level_capacity) && fits(model.N_Y, level_capacity) &&
+           fits(model.N_Z, level_capacity);
 }
 
 bool ends_lie_at(const Beam& beam, const Node& start, const Node& end) {

@@ -88,10 +88,23 @@ double frame_extent(const Model& model) {
     return distance(low, high);
 }
 
+// Readers hold coordinates and levels in single precision.
+Fault check_magnitudes(const Model& model) {
+    const auto is_single = [](double value) { return std::fabs(value) <= FLT_MAX; };
+    const auto at_single = [&](const Node& node) {
+        return is_single(node.at.x) && is_single(node.at.y) && is_single(node.at.z);
+    };
+    if (!std::all_of(model.node.begin(), model.node.end(), at_single) ||
+        !is_single(frame_extent(model)))
+        return model_fault("節点の座標が大きすぎます");
+    for (const auto* levels : {&model.Xval, &model.Yval, &model.Zval})
+        if (!std::all_of(levels->begin(), levels->end(), is_single))
+            return model_fault("レベルの値が大きすぎます");
+    return {};
+}
+
 Fault check_members(const Model& model) {
     const double extent = frame_extent(model);
-    if (!(extent <= FLT_MAX)) // readers hold coordinates in single precision
-        return model_fault("節点の座標が大きすぎます");
     for (int no = 1; no <= static_cast<int>(model.member.size()); no++) {
         if (Fault fault = check_member_numbers(model, no))
             return fault;
@@ -130,7 +143,7 @@ std::string node_label(const Model& model, int no) {
     const std::string& name = model.node[index_of(no)].name;
     if (name.empty())
         return text_of("節点 %d", no);
-    return text_of("節点 %d (%s)", no, printable(name).c_str());
+    return "節点 " + printable(name);
 }
 
 std::string member_label(const Model& model, int no) {
@@ -158,6 +171,8 @@ Fault check_model(const Model& model) {
         return model_fault("節点がありません");
     if (model.member.empty())
         return model_fault("部材がありません");
+    if (Fault fault = check_magnitudes(model))
+        return fault;
     if (Fault fault = check_members(model))
         return fault;
     return check_nodes(model);
@@ -165,8 +180,8 @@ Fault check_model(const Model& model) {
 
 const char* motion_label(size_t dof) {
     static constexpr const char* labels[dof_count] = {
-        "X 方向に動きます",       "Y 方向に動きます",       "Z 方向に動きます",
-        "X 軸まわりに回転します", "Y 軸まわりに回転します", "Z 軸まわりに回転します"};
+        "x 方向に動きます",       "y 方向に動きます",       "z 方向に動きます",
+        "x 軸まわりに回転します", "y 軸まわりに回転します", "z 軸まわりに回転します"};
     return labels[dof];
 }
 

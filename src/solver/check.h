@@ -14,8 +14,8 @@ void snap_to_levels(Model& model);
 
 // Refuses a frame that cannot be computed, naming the node or member: no nodes or members, unknown
 // node, section or material numbers, section or material values of a used section or material that
-// are not positive, a Poisson's ratio outside (-1, 0.5], zero length, a load too large, a node
-// without members (harmless when wholly held).
+// are not positive, a coordinate or level beyond single precision, a Poisson's ratio outside (-1,
+// 0.5], zero length, a load too large, a node without members (harmless when wholly held).
 Fault check_model(const Model& model);
 
 // Refuses a frame that is not held: no support at all, a connected part without support, or a part
@@ -24,7 +24,11 @@ Fault check_model(const Model& model);
 // part is held exactly when the supports' conditions on these six have rank 6.
 Fault check_held(const Model& model);
 
-// "X 方向に動きます", "X 軸まわりに回転します" and so on, for messages about an unknown 0..5.
+// The connected parts of a frame that has passed check_model, each named by its first node:
+// "節点 5 を含む部分 (節点 2 個)". Held nodes without members are left out.
+std::vector<std::string> part_labels(const Model& model);
+
+// "x 方向に動きます", "x 軸まわりに回転します" and so on, for messages about an unknown 0..5.
 const char* motion_label(size_t dof);
 
 } // namespace frameslv

@@ -25,6 +25,12 @@ struct Element {
     double torsion = 0.0;   // G J / L
     double bending_y = 0.0; // E Iy / L, about local y
     double bending_z = 0.0; // E Iz / L, about local z
+    // Axial force that already acts and makes the member stiffer sideways, tension positive: the
+    // geometric stiffness of Przemieniecki, section 15.2, with the twist's share P (Iy + Iz) / A.
+    double tension = 0.0;
+    double radius2 = 0.0; // (Iy + Iz) / A
+    // Distributed load by member length, local components.
+    Eigen::Vector3d load = Eigen::Vector3d::Zero();
 };
 
 // The forces and moments that the nodes exert on the member's ends, in local axes.
@@ -32,6 +38,11 @@ struct EndForces {
     Vector6 i;
     Vector6 j;
 };
+
+// The axial force of a member, tension positive; under a load along it the mean of its ends.
+inline double mean_tension(const EndForces& forces) {
+    return 0.5 * (forces.j(0) - forces.i(0));
+}
 
 // The stiffness in global axes as the 6 x 6 blocks of its ends; ji is the transpose of ij.
 struct StiffnessBlocks {
@@ -48,8 +59,20 @@ Element make_element(const Model& model, int no);
 
 StiffnessBlocks stiffness_blocks(const Element& element);
 
+// The diagonal of either end's own block.
+Vector6 stiffness_diagonal(const Element& element);
+
+// The member that has the geometric stiffness of `tension` alone.
+Element tension_alone(const Element& element, double tension);
+
 // End forces for end displacements in global axes. Evaluated from the difference of the ends, so
 // that the large common motion of a frame does not cancel, and in equilibrium by construction.
 EndForces end_forces(const Element& element, const Vector6& moved_i, const Vector6& moved_j);
+
+// End forces under the distributed load with both ends fixed.
+EndForces fixed_end_forces(const Element& element);
+
+// Adds what the nodes exert on the member, in global axes.
+void add_to_nodes(const Element& element, const EndForces& forces, Vector6& at_i, Vector6& at_j);
 
 } // namespace frameslv

@@ -22,6 +22,8 @@ enum class Exit : int {
     inexact = 6,   // the numbers are too far apart for a result with any certain digit
     no_output = 7, // a result file cannot be written
     no_memory = 8,
+    unstable = 9,   // the loads exceed what the frame carries without buckling (second order)
+    bad_usage = 10, // unknown or misused options
 };
 
 // A fault, or none. The text is Japanese, UTF-8, one line without its line end.

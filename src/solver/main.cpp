@@ -1,3 +1,4 @@
+#include "solver/options.h"
 #include "solver/run.h"
 
 #include <iostream>
@@ -21,7 +22,19 @@ void keep_freed_memory() {
 
 } // namespace
 
-int main() {
+int main(int count, char** arguments) {
     keep_freed_memory();
-    return frameslv::run(".", std::cout, std::cerr);
+    frameslv::Options options;
+    if (const frameslv::Fault fault =
+            frameslv::read_options({arguments + 1, arguments + count}, options)) {
+        std::cerr << fault.text << "\n";
+        return static_cast<int>(fault.code);
+    }
+    if (options.help)
+        std::cout << frameslv::help_text();
+    else if (options.version)
+        std::cout << "frameslv " FRAMESLV_VERSION "\n";
+    else
+        return frameslv::run(".", options.settings, std::cout, std::cerr);
+    return 0;
 }

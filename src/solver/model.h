@@ -82,7 +82,7 @@ struct Model {
     int N_Load = 0; // load lines read
 };
 
-// "節点 12 (X01Y02Z03)" for messages.
+// "節点 X01Y02Z03", or "節点 12" of a node without a name, for messages.
 std::string node_label(const Model& model, int no);
 
 // "部材 5 (節点 1 - 節点 7)" for messages.

@@ -1,9 +1,13 @@
 #include "solver/output.h"
 
+#include "solver/digits.h"
+
+#include <array>
 #include <cfloat>
 #include <charconv>
 #include <cmath>
 #include <fstream>
+#include <numbers>
 #include <string_view>
 #include <system_error>
 #include <unordered_set>
@@ -36,10 +40,8 @@ class Columns {
     }
     // Nine significant digits, two more than single precision holds.
     void real(double value) {
-        char digits[32];
-        const auto end = std::to_chars(digits, digits + sizeof digits, readable(value),
-                                       std::chars_format::scientific, 8)
-                             .ptr;
+        char digits[most_digits];
+        char* end = write_digits(digits, readable(value));
         put({digits, static_cast<size_t>(end - digits)}, 16);
     }
     void name(const std::string& word) { put(word, 10); }
@@ -86,7 +88,7 @@ void add_member(Columns& text, const Member& member, int no, const std::vector<s
         text.integer(node);
         text.name(names[index_of(node)]);
     }
-    text.real(s.p1);
+    text.real(std::abs(s.p2) > std::abs(s.p1) ? s.p2 : s.p1);
     text.end_line();
     for (const double value : {s.p1, s.p2, s.xv1, s.xv2, s.yv1, s.yv2})
         text.real(value);
@@ -121,19 +123,44 @@ std::string listing_text(const Model& model, const Solution& solution,
     return text.take();
 }
 
-std::string displacement_text(const Solution& solution, const std::vector<std::string>& names) {
-    constexpr size_t node_bytes = 128;
-    Columns text;
-    text.reserve(names.size() * node_bytes);
-    text.integer(static_cast<int>(names.size()));
-    text.end_line();
+constexpr size_t displacement_bytes = 128; // of a node
+
+void add_displacements(Columns& text, const NodeVectors& moved,
+                       const std::vector<std::string>& names) {
     for (size_t i = 0; i < names.size(); i++) {
         text.integer(number_of(i));
         text.integer(number_of(i));
         text.name(names[i]);
-        for (const double value : solution.moved[i])
+        for (const double value : moved[i])
             text.real(value);
         text.end_line();
+    }
+}
+
+std::string displacement_text(const Solution& solution, const std::vector<std::string>& names) {
+    Columns text;
+    text.reserve(names.size() * displacement_bytes);
+    text.integer(static_cast<int>(names.size()));
+    text.end_line();
+    add_displacements(text, solution.moved, names);
+    return text.take();
+}
+
+// The counts of modes and nodes; then of each mode its number, its values and its shape.
+template <class Values>
+std::string mode_text(const Model& model, const std::vector<Mode>& modes, Values values) {
+    const std::vector<std::string> names = result_names(model);
+    Columns text;
+    text.reserve(modes.size() * (names.size() + 1) * displacement_bytes);
+    text.integer(static_cast<int>(modes.size()));
+    text.integer(static_cast<int>(names.size()));
+    text.end_line();
+    for (size_t k = 0; k < modes.size(); k++) {
+        text.integer(number_of(k));
+        for (const double value : values(modes[k].value))
+            text.real(value);
+        text.end_line();
+        add_displacements(text, modes[k].shape, names);
     }
     return text.take();
 }
@@ -144,7 +171,9 @@ struct ResultFile {
 };
 constexpr ResultFile result_files[] = {{"frameslv.zlv", "frameslv.zl~"},
                                        {"frameslv.lst", "frameslv.ls~"},
-                                       {"frameslv.dsp", "frameslv.ds~"}};
+                                       {"frameslv.dsp", "frameslv.ds~"},
+                                       {"frameslv.mod", "frameslv.mo~"},
+                                       {"frameslv.buc", "frameslv.bu~"}};
 constexpr const char* error_file = "frameslv.err";
 
 bool write_file(const fs::path& path, std::string_view bytes) {
@@ -205,10 +234,22 @@ SectionForces section_forces(const EndForces& forces) {
     return s;
 }
 
-ResultTexts result_texts(const Model& model, const Solution& solution) {
+void add_result_texts(const Model& model, const Solution& solution, ResultTexts& texts) {
     const std::vector<std::string> names = result_names(model);
-    return {level_text(model), listing_text(model, solution, names),
-            displacement_text(solution, names)};
+    texts.zlv = level_text(model);
+    texts.lst = listing_text(model, solution, names);
+    texts.dsp = displacement_text(solution, names);
+}
+
+std::string natural_mode_text(const Model& model, const std::vector<Mode>& modes) {
+    return mode_text(model, modes, [](double circular) {
+        const double frequency = circular / (2.0 * std::numbers::pi);
+        return std::array<double, 3>{frequency, circular, 1.0 / frequency};
+    });
+}
+
+std::string buckling_mode_text(const Model& model, const std::vector<Mode>& modes) {
+    return mode_text(model, modes, [](double factor) { return std::array<double, 1>{factor}; });
 }
 
 Fault remove_old_results(const fs::path& folder) {
@@ -223,14 +264,17 @@ Fault remove_old_results(const fs::path& folder) {
 }
 
 Fault write_results(const fs::path& folder, const ResultTexts& texts) {
-    const std::string* bytes[] = {&texts.zlv, &texts.lst, &texts.dsp};
+    const std::string* bytes[] = {&texts.zlv, &texts.lst, &texts.dsp, &texts.mod, &texts.buc};
     for (size_t i = 0; i < std::size(result_files); i++)
-        if (!write_file(folder / result_files[i].temporary, *bytes[i])) {
+        if (!bytes[i]->empty() && !write_file(folder / result_files[i].temporary, *bytes[i])) {
             remove_result_files(folder);
             return write_fault(result_files[i].name);
         }
-    for (const ResultFile& file : result_files) {
+    for (size_t i = 0; i < std::size(result_files); i++) {
+        const ResultFile& file = result_files[i];
         std::error_code error;
+        if (bytes[i]->empty())
+            continue;
         fs::rename(folder / file.temporary, folder / file.name, error);
         if (error) {
             remove_result_files(folder);

@@ -1,7 +1,8 @@
-// The three result files.
+// The result files.
 #pragma once
 
 #include "solver/fault.h"
+#include "solver/modes.h"
 #include "solver/solve.h"
 
 #include <filesystem>
@@ -10,12 +11,15 @@
 namespace frameslv {
 
 // The texts of frameslv.zlv (level tables), frameslv.lst (nodes and member forces) and frameslv.dsp
-// (displacements): ASCII as far as the names are, CR LF, nine significant digits. docs/solver.md
-// gives the fields and the sign convention.
+// (displacements), and of frameslv.mod (natural modes) and frameslv.buc (buckling modes), which
+// stay empty, and are not written, where they were not asked for: ASCII as far as the names are, CR
+// LF, nine significant digits. docs/solver.md gives the fields and the sign convention.
 struct ResultTexts {
     std::string zlv;
     std::string lst;
     std::string dsp;
+    std::string mod;
+    std::string buc;
 };
 
 // The names under which nodes go out. Readers split at blanks and compare the first nine bytes
@@ -36,13 +40,18 @@ struct SectionForces {
 };
 SectionForces section_forces(const EndForces& forces);
 
-ResultTexts result_texts(const Model& model, const Solution& solution);
+// Fills in the first three texts.
+void add_result_texts(const Model& model, const Solution& solution, ResultTexts& texts);
+
+// The texts of the two mode files.
+std::string natural_mode_text(const Model& model, const std::vector<Mode>& modes);
+std::string buckling_mode_text(const Model& model, const std::vector<Mode>& modes);
 
 // Removes the result files and the error file of an earlier run.
 Fault remove_old_results(const std::filesystem::path& folder);
 
-// Writes the three files under temporary names and renames them together; after a failure none of
-// them is left.
+// Writes the files under temporary names and renames them together; after a failure none of them is
+// left.
 Fault write_results(const std::filesystem::path& folder, const ResultTexts& texts);
 
 // Writes frameslv.err; a failure is passed over, as the text goes to standard error too.

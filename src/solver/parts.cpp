@@ -116,6 +116,11 @@ Fault loosest(const Model& model, const Part& part, const Vector6& motion) {
                     motion_label(dof))};
 }
 
+std::string part_label(const Model& model, const Part& part) {
+    return text_of("%s を含む部分 (節点 %zu 個)",
+                   node_label(model, number_of(part.nodes.front())).c_str(), part.nodes.size());
+}
+
 Fault check_part(const Model& model, const Part& part) {
     Matrix6 conditions = Matrix6::Zero();
     bool held = false;
@@ -130,8 +135,8 @@ Fault check_part(const Model& model, const Part& part) {
         }
     }
     if (!held)
-        return {Exit::mechanism, text_of("構造が不安定です: %s を含む部分に支点がありません",
-                                         node_label(model, number_of(part.nodes.front())).c_str())};
+        return {Exit::mechanism, text_of("構造が不安定です: %s に支点がありません",
+                                         part_label(model, part).c_str())};
     const Eigen::SelfAdjointEigenSolver<Matrix6> modes(conditions);
     if (modes.eigenvalues()(0) > least_eigenvalue)
         return {};
@@ -154,6 +159,14 @@ Fault check_held(const Model& model) {
             return fault;
     }
     return {};
+}
+
+std::vector<std::string> part_labels(const Model& model) {
+    std::vector<std::string> labels;
+    for (const Part& part : parts_of(model))
+        if (part.nodes.size() > 1)
+            labels.push_back(part_label(model, part));
+    return labels;
 }
 
 } // namespace frameslv

@@ -1,7 +1,6 @@
 #include "solver/solve.h"
 
 #include "solver/check.h"
-#include "solver/stiffness.h"
 
 #include <algorithm>
 #include <cfloat>
@@ -12,9 +11,6 @@ namespace frameslv {
 
 namespace {
 
-// A pivot that elimination has brought below this part of its diagonal is rounding, not stiffness:
-// 16 digits less the growth of rounding in a large frame.
-constexpr double least_pivot = 1e-12;
 // Below this the result has fewer than about 7 certain digits, and the user is told.
 constexpr double doubtful_pivot = 1e-9;
 // Members of one kind of stiffness further apart than this are most likely a slip in the input.
@@ -25,11 +21,14 @@ constexpr double refined_residual = 1e-12;
 constexpr double doubtful_residual = 1e-9;
 constexpr double worst_residual = 1e-4;
 constexpr int most_refinements = 5;
+// A correction that leaves more than this part of the residual has met the rounding of the
+// displacements; another one would not help.
+constexpr double least_gain = 0.5;
 
-// Shift of the unit diagonal that makes a singular matrix solvable, and rounds of inverse
-// iteration: each favours the motion without resistance by the inverse of the shift.
-constexpr double iteration_shift = 1e-9;
-constexpr int iteration_rounds = 3;
+// The second-order iteration ends when no axial force changes by more than this part of the
+// largest, and gives up after so many rounds: near the critical load it converges slowly.
+constexpr double settled_change = 1e-9;
+constexpr int most_rounds = 60;
 
 Vector6 vector_of(const Six& six) {
     return Eigen::Map<const Vector6>(six.data());
@@ -38,128 +37,101 @@ Vector6 vector_of(const Six& six) {
 // What the solution passes through on its way, so that every step is a short function.
 class Analysis {
   public:
-    Analysis(const Model& model, Solution& solution) : model_(model), solution_(solution) {}
+    Analysis(const Model& model, const Settings& settings, System& system, Solution& solution)
+        : model_(model), settings_(settings), system_(system), solution_(solution) {}
 
     Fault run();
 
   private:
-    void build();
-    Fault scale();
+    void set_loads();
     Fault factorise();
-    Fault loosest_motion();
+    Fault iterate();
+    Fault buckled();
     void refine();
-    void correct(const std::vector<Vector6>& unbalanced);
     // Member end forces for the present displacements, and loads less member forces at each node.
-    std::vector<Vector6> balance();
-    double residual_of(const std::vector<Vector6>& unbalanced) const;
+    NodeVectors balance();
+    double residual_of(const NodeVectors& unbalanced) const;
     Fault judge();
-    void sum_up(const std::vector<Vector6>& unbalanced);
+    void sum_up(const NodeVectors& unbalanced);
     void warn_of_stiffness();
     void set_load_scale();
     double relative(const Vector6& force) const;
 
     const Model& model_;
+    const Settings& settings_;
+    System& system_;
     Solution& solution_;
-    std::vector<Element> elements_;
-    Unknowns unknowns_;
-    SymmetricMatrix matrix_;
-    std::vector<double> scale_; // 1 / sqrt(diagonal) of each unknown
-    std::unique_ptr<Factoriser> factoriser_;
-    double arm_ = 1.0;   // mean member length: sets moments against forces
+    NodeVectors load_;   // of each node, with its share of the members' loads
     double force_ = 1.0; // the load scale
 };
 
-void Analysis::build() {
-    elements_.reserve(model_.member.size());
-    double lengths = 0.0;
-    for (int no = 1; no <= static_cast<int>(model_.member.size()); no++) {
-        elements_.push_back(make_element(model_, no));
-        lengths += elements_.back().length;
+void Analysis::set_loads() {
+    load_.reserve(model_.node.size());
+    for (const Node& node : model_.node)
+        load_.push_back(vector_of(node.load));
+    if (!settings_.self_weight)
+        return;
+    for (size_t i = 0; i < system_.elements.size(); i++) {
+        const Member& member = model_.member[i];
+        Element& element = system_.elements[i];
+        const double weight =
+            model_.material[index_of(member.mat)].density * model_.section[index_of(member.size)].A;
+        element.load = element.axes * Eigen::Vector3d(0.0, 0.0, -weight);
+        EndForces share = fixed_end_forces(element);
+        share.i = -share.i;
+        share.j = -share.j;
+        add_to_nodes(element, share, load_[index_of(member.noi)], load_[index_of(member.noj)]);
     }
-    arm_ = lengths / static_cast<double>(elements_.size());
-    const NodeGraph graph = make_node_graph(model_);
-    solution_.repeated_members = graph.repeated;
-    unknowns_ = number_unknowns(model_, graph);
-    solution_.unknowns = unknowns_.count();
-    matrix_ = assemble(model_, elements_, graph, unknowns_);
-}
-
-Fault Analysis::scale() {
-    const size_t n = static_cast<size_t>(matrix_.n);
-    scale_.resize(n);
-    for (size_t j = 0; j < n; j++) {
-        const double diagonal = matrix_.value[static_cast<size_t>(matrix_.start[j + 1]) - 1];
-        if (!std::isfinite(diagonal) || diagonal < DBL_MIN) {
-            const auto [node, dof] = unknowns_.place[j];
-            return {Exit::inexact, text_of("%s の剛性 %g が計算できる範囲を越えています",
-                                           node_label(model_, number_of(node)).c_str(), diagonal)};
-        }
-        scale_[j] = 1.0 / std::sqrt(diagonal);
-    }
-    for (size_t j = 0; j < n; j++) {
-        const size_t last = static_cast<size_t>(matrix_.start[j + 1]);
-        for (size_t k = static_cast<size_t>(matrix_.start[j]); k < last; k++)
-            matrix_.value[k] *= scale_[j] * scale_[static_cast<size_t>(matrix_.row[k])];
-    }
-    return {};
 }
 
 Fault Analysis::factorise() {
-    factoriser_ = make_factoriser(matrix_.n);
-    if (matrix_.n == 0)
+    if (Fault fault = system_.factorise())
+        return fault;
+    const double least = system_.least_pivot();
+    if (least >= doubtful_pivot)
         return {};
-    double least = 0.0;
-    if (factoriser_->factorise(matrix_, 0.0)) {
-        const auto pivots = factoriser_->pivots();
-        least = *std::min_element(pivots.begin(), pivots.end());
-    }
-    if (!(least >= least_pivot))
-        return loosest_motion();
-    if (least < doubtful_pivot)
-        solution_.warnings.push_back(
-            text_of("剛性の差が大きく (枢軸の比 %.1e)、結果の確かな桁は約 %d 桁です", least,
-                    static_cast<int>(std::floor(-std::log10(DBL_EPSILON / least)))));
+    const double condition = system_.condition();
+    solution_.warnings.push_back(
+        text_of("剛性の差が大きく (条件数の推定 %.1e、枢軸の比 %.1e)、変位の確かな桁は約 %d 桁です",
+                condition, least,
+                std::max(0, static_cast<int>(std::floor(-std::log10(DBL_EPSILON * condition))))));
     return {};
 }
 
-Fault Analysis::loosest_motion() {
-    const size_t n = static_cast<size_t>(matrix_.n);
-    std::vector<double> motion(n);
-    for (size_t j = 0; j < n; j++) // deliberate: a start that no symmetry of the frame shares
-        motion[j] = 1.0 + 0.5 * std::sin(static_cast<double>(j) * 1.7);
-    factoriser_->factorise(matrix_, iteration_shift);
-    for (int round = 0; round < iteration_rounds; round++) {
-        factoriser_->solve(motion);
-        const double most =
-            std::abs(*std::max_element(motion.begin(), motion.end(), [](double a, double b) {
-                return std::abs(a) < std::abs(b);
-            }));
-        for (double& value : motion)
-            value /= most;
-    }
-    size_t loosest = 0;
-    double most = -1.0;
-    for (size_t j = 0; j < n; j++) {
-        const double arm = unknowns_.place[j].dof < 3 ? 1.0 : arm_;
-        const double moved = std::abs(motion[j]) * scale_[j] * arm;
-        if (moved > most) {
-            most = moved;
-            loosest = j;
+Fault Analysis::buckled() {
+    const auto [node, dof] = system_.loosest_motion();
+    return {Exit::unstable,
+            text_of("P-Δ 解析の %d 回目で構造が不安定です (荷重が座屈荷重を越えています): %s が %s",
+                    solution_.rounds, node_label(model_, node + 1).c_str(),
+                    motion_label(static_cast<size_t>(dof)))};
+}
+
+Fault Analysis::iterate() {
+    while (solution_.rounds < most_rounds) {
+        solution_.rounds++;
+        double most = 0.0;
+        double change = 0.0;
+        for (size_t i = 0; i < system_.elements.size(); i++) {
+            const double tension = mean_tension(solution_.end_force[i]);
+            change = std::max(change, std::abs(tension - system_.elements[i].tension));
+            most = std::max(most, std::abs(tension));
+            system_.elements[i].tension = tension;
         }
+        if (change <= settled_change * most)
+            return {};
+        if (!system_.try_factorise())
+            return buckled();
+        refine();
     }
-    const auto [node, dof] = unknowns_.place[loosest];
-    return {Exit::inexact,
-            text_of("部材の剛性の差が大きすぎて計算できません: %s がほとんど抵抗なく %s",
-                    node_label(model_, number_of(node)).c_str(), motion_label(dof))};
+    return {Exit::unstable,
+            text_of("P-Δ 解析が %d 回で収束しません (荷重が座屈荷重に近すぎます)", most_rounds)};
 }
 
 void Analysis::set_load_scale() {
     double most = 0.0;
-    for (const Node& node : model_.node) {
-        const Vector6 load = vector_of(node.load);
+    for (const Vector6& load : load_)
         most = std::max({most, load.head<3>().lpNorm<Eigen::Infinity>(),
-                         load.tail<3>().lpNorm<Eigen::Infinity>() / arm_});
-    }
+                         load.tail<3>().lpNorm<Eigen::Infinity>() / system_.arm()});
     force_ = most > 0.0 ? most : 1.0;
 }
 
@@ -167,29 +139,33 @@ double Analysis::relative(const Vector6& force) const {
     if (!force.allFinite())
         return std::numeric_limits<double>::infinity();
     return std::max(force.head<3>().lpNorm<Eigen::Infinity>() / force_,
-                    force.tail<3>().lpNorm<Eigen::Infinity>() / (force_ * arm_));
+                    force.tail<3>().lpNorm<Eigen::Infinity>() / (force_ * system_.arm()));
 }
 
-std::vector<Vector6> Analysis::balance() {
-    std::vector<Vector6> unbalanced;
+NodeVectors Analysis::balance() {
+    NodeVectors unbalanced;
     unbalanced.reserve(model_.node.size());
     for (const Node& node : model_.node)
-        unbalanced.push_back(vector_of(node.load));
-    for (size_t i = 0; i < elements_.size(); i++) {
+        unbalanced.push_back(-vector_of(node.load));
+    for (size_t i = 0; i < system_.elements.size(); i++) {
         const size_t a = index_of(model_.member[i].noi);
         const size_t b = index_of(model_.member[i].noj);
-        const EndForces forces = end_forces(elements_[i], solution_.moved[a], solution_.moved[b]);
-        const Eigen::Matrix3d to_global = elements_[i].axes.transpose();
-        unbalanced[a].head<3>() -= to_global * forces.i.head<3>();
-        unbalanced[a].tail<3>() -= to_global * forces.i.tail<3>();
-        unbalanced[b].head<3>() -= to_global * forces.j.head<3>();
-        unbalanced[b].tail<3>() -= to_global * forces.j.tail<3>();
+        const Element& element = system_.elements[i];
+        EndForces forces = end_forces(element, solution_.moved[a], solution_.moved[b]);
+        if (settings_.self_weight) {
+            const EndForces fixed = fixed_end_forces(element);
+            forces.i += fixed.i;
+            forces.j += fixed.j;
+        }
+        add_to_nodes(element, forces, unbalanced[a], unbalanced[b]);
         solution_.end_force[i] = forces;
     }
+    for (Vector6& force : unbalanced)
+        force = -force;
     return unbalanced;
 }
 
-double Analysis::residual_of(const std::vector<Vector6>& unbalanced) const {
+double Analysis::residual_of(const NodeVectors& unbalanced) const {
     double most = 0.0;
     for (size_t i = 0; i < unbalanced.size(); i++) {
         Vector6 free = unbalanced[i];
@@ -201,52 +177,45 @@ double Analysis::residual_of(const std::vector<Vector6>& unbalanced) const {
     return most;
 }
 
-void Analysis::correct(const std::vector<Vector6>& unbalanced) {
-    std::vector<double> x(static_cast<size_t>(matrix_.n));
-    for (size_t j = 0; j < x.size(); j++) {
-        const auto [node, dof] = unknowns_.place[j];
-        x[j] = unbalanced[node](static_cast<Eigen::Index>(dof)) * scale_[j];
-    }
-    factoriser_->solve(x);
-    for (size_t j = 0; j < x.size(); j++) {
-        const auto [node, dof] = unknowns_.place[j];
-        solution_.moved[node](static_cast<Eigen::Index>(dof)) += x[j] * scale_[j];
-    }
-}
-
 void Analysis::refine() {
     solution_.moved.assign(model_.node.size(), Vector6::Zero());
-    solution_.end_force.resize(elements_.size());
-    std::vector<Vector6> unbalanced;
-    for (const Node& node : model_.node)
-        unbalanced.push_back(vector_of(node.load));
-    if (matrix_.n > 0)
-        correct(unbalanced);
-    unbalanced = balance();
+    solution_.end_force.resize(system_.elements.size());
+    system_.add_solution(load_, solution_.moved);
+    NodeVectors unbalanced = balance();
     solution_.residual = residual_of(unbalanced);
     for (int i = 0; i < most_refinements && solution_.residual > refined_residual; i++) {
-        const std::vector<Vector6> kept = solution_.moved;
-        correct(unbalanced);
-        const std::vector<Vector6> better = balance();
+        const NodeVectors kept = solution_.moved;
+        system_.add_solution(unbalanced, solution_.moved);
+        NodeVectors better = balance();
         const double residual = residual_of(better);
         if (!(residual < solution_.residual)) {
             solution_.moved = kept;
             unbalanced = balance();
             break;
         }
-        unbalanced = better;
+        const bool stuck = residual > least_gain * solution_.residual;
+        unbalanced = std::move(better);
         solution_.residual = residual;
+        if (stuck)
+            break;
     }
     sum_up(unbalanced);
 }
 
-void Analysis::sum_up(const std::vector<Vector6>& unbalanced) {
-    const Point& about = model_.node.front().at;
-    const auto add = [&about](Resultant& sum, const Point& at, const Vector6& force) {
-        const Eigen::Vector3d arm(at.x - about.x, at.y - about.y, at.z - about.z);
-        sum += force;
-        sum.tail<3>() += arm.cross(force.head<3>());
+void Analysis::sum_up(const NodeVectors& unbalanced) {
+    const auto place = [this](size_t i) -> Eigen::Vector3d {
+        const Point& at = model_.node[i].at;
+        const Eigen::Vector3d here(at.x, at.y, at.z);
+        // The second order balances the frame where it has moved to.
+        return settings_.p_delta ? here + solution_.moved[i].head<3>() : here;
     };
+    const Eigen::Vector3d about = place(0);
+    const auto add = [&](Resultant& sum, size_t i, const Vector6& force) {
+        sum += force;
+        sum.tail<3>() += (place(i) - about).cross(force.head<3>());
+    };
+    solution_.loads.setZero();
+    solution_.reactions.setZero();
     solution_.reaction.assign(model_.node.size(), Vector6::Zero());
     for (size_t i = 0; i < model_.node.size(); i++) {
         const Node& node = model_.node[i];
@@ -254,24 +223,25 @@ void Analysis::sum_up(const std::vector<Vector6>& unbalanced) {
             if (node.held[k])
                 solution_.reaction[i](static_cast<Eigen::Index>(k)) =
                     -unbalanced[i](static_cast<Eigen::Index>(k));
-        add(solution_.loads, node.at, vector_of(node.load));
-        add(solution_.reactions, node.at, solution_.reaction[i]);
+        add(solution_.loads, i, load_[i]);
+        add(solution_.reactions, i, solution_.reaction[i]);
     }
     solution_.imbalance = relative(solution_.loads + solution_.reactions);
 }
 
 void Analysis::warn_of_stiffness() {
-    const auto compare = [this](const char* name, auto stiffness) {
+    const std::vector<Element>& elements = system_.elements;
+    const auto compare = [&](const char* name, auto stiffness) {
         const auto less = [&](const Element& a, const Element& b) {
             return stiffness(a) < stiffness(b);
         };
-        const auto [low, high] = std::minmax_element(elements_.begin(), elements_.end(), less);
+        const auto [low, high] = std::minmax_element(elements.begin(), elements.end(), less);
         const double ratio = stiffness(*high) / stiffness(*low);
         if (!(ratio < doubtful_ratio))
             solution_.warnings.push_back(
                 text_of("%s の比が %.1e もあります (部材 %d と部材 %d)", name, ratio,
-                        number_of(static_cast<size_t>(high - elements_.begin())),
-                        number_of(static_cast<size_t>(low - elements_.begin()))));
+                        number_of(static_cast<size_t>(high - elements.begin())),
+                        number_of(static_cast<size_t>(low - elements.begin()))));
     };
     compare("EA/L", [](const Element& e) { return e.axial; });
     compare("EIy/L", [](const Element& e) { return e.bending_y; });
@@ -302,21 +272,24 @@ Fault Analysis::judge() {
 }
 
 Fault Analysis::run() {
-    build();
+    solution_.repeated_members = system_.repeated_members();
+    solution_.unknowns = static_cast<int>(system_.size());
     warn_of_stiffness();
+    set_loads();
     set_load_scale();
-    if (Fault fault = scale())
-        return fault;
     if (Fault fault = factorise())
         return fault;
     refine();
+    if (settings_.p_delta)
+        if (Fault fault = iterate())
+            return fault;
     return judge();
 }
 
 } // namespace
 
-Fault solve(const Model& model, Solution& solution) {
-    return Analysis(model, solution).run();
+Fault solve(const Model& model, const Settings& settings, System& system, Solution& solution) {
+    return Analysis(model, settings, system, solution).run();
 }
 
 } // namespace frameslv

@@ -3,6 +3,8 @@
 
 #include "solver/element.h"
 #include "solver/fault.h"
+#include "solver/settings.h"
+#include "solver/system.h"
 
 #include <string>
 #include <vector>
@@ -13,11 +15,12 @@ namespace frameslv {
 using Resultant = Vector6;
 
 struct Solution {
-    std::vector<Vector6> moved;       // displacements and rotations of each node, global axes
+    NodeVectors moved;                // displacements and rotations of each node, global axes
     std::vector<EndForces> end_force; // of each member, local axes
-    std::vector<Vector6> reaction;    // of each node, global axes; zero where free
+    NodeVectors reaction;             // of each node, global axes; zero where free
     int unknowns = 0;
     size_t repeated_members = 0;
+    int rounds = 0; // of the second-order iteration
 
     Resultant loads = Resultant::Zero();     // sum of the loads
     Resultant reactions = Resultant::Zero(); // sum of the reactions
@@ -26,12 +29,16 @@ struct Solution {
     std::vector<std::string> warnings; // Japanese, UTF-8, one line each
 };
 
-// Solves K u = f of a model that check_model and check_held have passed. The unknowns are scaled to
-// unit diagonal, so that stiffness of very different kinds (a bar of I = 1e-12) does no harm, and
-// the solution is refined on the unbalanced forces of the members themselves. The load scale is the
+// Solves K u = f of a model that check_model and check_held have passed; `system` is its own. The
+// solution is refined on the unbalanced forces of the members themselves. The load scale is the
 // largest force, or moment by mean member length, of any node. A residual above 1e-9 of it is a
 // warning, one above 1e-4 a fault; so is a pivot below 1e-12 of its diagonal: the fault then names
 // the loosest node and direction.
-Fault solve(const Model& model, Solution& solution);
+//
+// With self-weight every member carries density x A along -Z, evenly along its length. With
+// second order the members' axial forces stiffen or weaken them sideways (Element::tension), in
+// rounds until the forces change by less than 1e-9 of the largest; a frame that is not stable under
+// its loads is a fault. Afterwards `system` holds the stiffness of the last round.
+Fault solve(const Model& model, const Settings& settings, System& system, Solution& solution);
 
 } // namespace frameslv

@@ -110,6 +110,19 @@ TEST_F(Command, RoofOnThreeStoreysIsLeftOutAndTold) {
     EXPECT_TRUE(contains(outcome.out, "部材 336")) << outcome.out;
 }
 
+TEST_F(Command, SolveSaysWhenTheFoldersOwnSolverRuns) {
+    generate();
+    const Arguments solve = {"solve", "frame.jik", "--fix", "bottom", "--load", "top:0,0,-200"};
+    const std::string told = "計算プログラム: 作業フォルダの FRAMESLV.EXE\n";
+    EXPECT_FALSE(contains(succeed(solve), told));
+    std::ofstream(folder_ / "FRAMESLV.EXE") << "#!/bin/sh\nexit 9\n";
+    fs::permissions(folder_ / "FRAMESLV.EXE", fs::perms::owner_exec, fs::perm_options::add);
+    const Outcome outcome = run(solve);
+    EXPECT_EQ(outcome.status, 1);
+    EXPECT_EQ(outcome.out, told);
+    EXPECT_EQ(outcome.err, "解析に失敗しました（終了コード 9）\n");
+}
+
 TEST_F(Command, ConvertToEveryFormat) {
     generate();
     const std::string info = quantities(succeed({"info", "frame.jik"}));

@@ -3,6 +3,11 @@
 #include "support.h"
 
 #include <fstream>
+#ifndef _WIN32
+#include <fcntl.h>
+#include <sys/file.h>
+#include <unistd.h>
+#endif
 
 namespace kigumi {
 namespace {
@@ -54,6 +59,22 @@ TEST_F(Files, LongestNameCanBeSaved) {
 }
 
 #ifndef _WIN32
+TEST_F(Files, TemporariesOfAKilledProgramAreTakenAwayAndThoseOfALivingOneKept) {
+    const auto occupy = [](const char* name) { std::ofstream(work_file(name)) << "half"; };
+    occupy(".kigumi-0");
+    ASSERT_EQ(save_file(work_file("a"), "text"), 0);
+    EXPECT_EQ(names(), std::vector<std::string>{"a"});
+    occupy(".kigumi-0");
+    fs::create_directory(work_file(".kigumi-1"));
+    const int living = open(work_file(".kigumi-0").c_str(), O_RDONLY);
+    ASSERT_EQ(flock(living, LOCK_EX), 0);
+    ASSERT_EQ(save_file(work_file("a"), "other"), 0) << file_error();
+    EXPECT_EQ(read_file(work_file("a")), "other");
+    EXPECT_EQ(read_file(work_file(".kigumi-0")), "half");
+    EXPECT_EQ(names().size(), 3u);
+    close(living);
+}
+
 TEST_F(Files, PermissionsAndLinksStay) {
     const fs::path path = work_file("own.jik");
     const fs::path link = work_file("link.jik");

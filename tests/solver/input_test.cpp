@@ -1,6 +1,8 @@
 // The forms of input that are accepted, and what goes out under which name.
 #include "support.h"
 
+#include "solver/fault.h"
+
 namespace frameslv::test {
 
 namespace {
@@ -48,6 +50,13 @@ TEST_F(InputTest, ModellerFileAndItsResultFiles) {
     EXPECT_EQ(std::count(listing.begin(), listing.end(), '\n'), 1 + 3 + 1 + 3 * 2);
     EXPECT_EQ(listing.substr(listing.size() - 2), "\r\n");
     EXPECT_FALSE(exists("frameslv.zl~") || exists("frameslv.ls~") || exists("frameslv.ds~"));
+}
+
+// A mechanism is told by the name that the modeller shows.
+TEST_F(InputTest, MechanismByName) {
+    const Results r = run(replaced(modeller_text, "1,111111", "1,111101"));
+    EXPECT_EQ(r.code, static_cast<int>(Exit::mechanism));
+    EXPECT_EQ(r.err, "構造が不安定です: 節点 X00Y00Z01 が x 方向に動きます\n");
 }
 
 TEST_F(InputTest, LevelsOnlyWhereTheyAgree) {

@@ -24,7 +24,8 @@ std::string Frame::text() const {
                      section[i].A, section[i].J);
     s += text_of("%zu\n", material.size());
     for (size_t i = 0; i < material.size(); i++)
-        s += text_of("%d %.17g %.17g 0\n", number(i), material[i].E, material[i].nu);
+        s += text_of("%d %.17g %.17g %.17g\n", number(i), material[i].E, material[i].nu,
+                     material[i].density);
     s += text_of("%zu\n", node.size());
     for (size_t i = 0; i < node.size(); i++)
         s += text_of("%d %.17g %.17g %.17g\n", number(i), node[i].x(), node[i].y(), node[i].z());
@@ -123,7 +124,7 @@ Results SolverTest::run(const std::string& text) {
     write("FRAMESLV.IN", text);
     std::ostringstream out, err;
     Results r;
-    r.code = frameslv::run(folder_, out, err);
+    r.code = frameslv::run(folder_, settings_, out, err);
     r.out = out.str();
     r.err = err.str();
     if (r.code != 0)

@@ -2,6 +2,8 @@
 // its own, and the result files read back as the program reads them.
 #pragma once
 
+#include "solver/settings.h"
+
 #include <Eigen/Dense>
 #include <gtest/gtest.h>
 
@@ -25,7 +27,7 @@ struct Frame {
         double Iy, Iz, A, J;
     };
     struct Material {
-        double E, nu;
+        double E, nu, density = 0.0;
     };
     struct Support {
         int no;
@@ -94,6 +96,7 @@ class SolverTest : public ::testing::Test {
     void write(const char* name, const std::string& bytes) const;
 
     fs::path folder_;
+    Settings settings_; // of the runs that follow
 };
 
 // The value agrees with a printed one to half a unit of its last digit.

@@ -1,0 +1,31 @@
+// Natural vibration and buckling: the ends of a spectrum, found with the factor of the stiffness.
+#pragma once
+
+#include "solver/fault.h"
+#include "solver/settings.h"
+#include "solver/solve.h"
+#include "solver/system.h"
+
+namespace frameslv {
+
+// One mode; its largest translation is 1, or its largest rotation where nothing is displaced.
+struct Mode {
+    double value = 0.0; // circular frequency, rad by unit of time; or load factor
+    NodeVectors shape;
+};
+
+// The lowest natural modes of K u = w^2 M u, ascending; K is the stiffness that `system` holds
+// (with second order, that of the loaded frame). Mass is density x A / gravity along the members:
+// consistent after Przemieniecki, sections 11.2 to 11.4, without the rotary inertia of bending, or
+// half of it at either end, with its inertia against twist. Fewer modes than asked for come back
+// where the frame has no more.
+Fault natural_modes(const Model& model, const Settings& settings, const System& system,
+                    std::vector<Mode>& modes);
+
+// The lowest positive load factors at which the frame under its axial forces buckles,
+// K u = -factor x Kg u with the geometric stiffness Kg of Element::tension. A member bends as one
+// cubic between its nodes: a column should be divided in two or more.
+Fault buckling_modes(const Settings& settings, const System& system, const Solution& solution,
+                     std::vector<Mode>& modes);
+
+} // namespace frameslv

@@ -1,0 +1,323 @@
+// Courses of work: random commands, legal and illegal, one after the other on one model. After
+// each the tables are sound, a refusal has said why, and a success has said nothing unexpected.
+// KIGUMI_COURSES sets their number and KIGUMI_SEED the seed of the first (bench/course.sh).
+#include "analysis/result.h"
+#include "analysis/result_fit.h"
+#include "analysis/solver_input.h"
+#include "analysis/solver_run.h"
+#include "app/frame_input.h"
+#include "dice.h"
+#include "export/dxf.h"
+#include "export/win3d.h"
+#include "files/jiku.h"
+#include "files/tegaki.h"
+#include "fuzz/target.h"
+#include "generate/generate.h"
+#include "geometry/axis_picture.h"
+#include "geometry/perspective.h"
+#include "geometry/solid.h"
+#include "model/lookup.h"
+#include "model/section.h"
+#include "results/displacement.h"
+#include "results/force_picture.h"
+#include "results/listing.h"
+#include "results/model_picture.h"
+#include "support.h"
+
+#include <algorithm>
+#include <functional>
+
+namespace kigumi::test {
+
+namespace {
+
+constexpr int few_members = 300; // analysed and drawn
+
+class Course {
+  public:
+    explicit Course(unsigned seed) : dice_(seed) {}
+
+    // One random command: its result, negative when refused. `told` becomes true when a success may
+    // say something, `named` false while names are out of step.
+    int step();
+    std::string name; // of the command
+    bool told = false;
+    bool named = true;
+
+  private:
+    int generate();
+    int read();
+    int mark();
+    int change_a_section();
+    int change_a_material();
+    int save();
+    int analyse();
+    int read_results();
+    int delete_member();
+    int draw_frame();
+    int draw_results();
+    int give_all_one_section();
+
+    template <class Item> const Item& one_of(const std::vector<Item>& items) {
+        return dice_.one_of(items);
+    }
+    bool rarely() { return dice_.roll(8) == 0; }
+    // A length, or now and then something that is none.
+    std::string length() {
+        return rarely() ? one_of<std::string>({"0", "-5", "1e30", "x", "", "nan", "1e-40"})
+                        : text_format("%d.%d", 5 + dice_.roll(300), dice_.roll(10));
+    }
+    fs::path target(const std::string& ending) {
+        return rarely()
+                   ? work_file("missing") / ending
+                   : work_file((rarely() ? "old-" : "s") + std::to_string(dice_.roll(3)) + ending);
+    }
+
+    Dice dice_;
+};
+
+int Course::generate() {
+    std::vector<std::string> settings = {text_format("NX=%d", dice_.roll(rarely() ? 60 : 6)),
+                                         text_format("NY=%d", dice_.roll(rarely() ? 60 : 6)),
+                                         text_format("SumiType=%d", dice_.roll(4) - rarely()),
+                                         text_format("N_Sou=%d", dice_.roll(4) + !rarely()),
+                                         text_format("YaneMode=%d", dice_.roll(3) - 1),
+                                         text_format("YaneType=%d", 1 + dice_.roll(2))};
+    for (int i = dice_.roll(4); i > 0; --i) {
+        settings.push_back(one_of<std::string>({"TukaHaba=", "TukaAtumi=", "Hashira=", "Lowest=",
+                                                "YaneTakasa=", "KetaHaba=", "NoSuch="}) +
+                           length());
+    }
+    told = true; // of a roof that is left out
+    if (set_parameters(settings) < 0) {
+        return -1;
+    }
+    reset_model();
+    forget_old_node();
+    return make_unit() < 0 ? -1 : rebuild_tables();
+}
+
+int Course::read() {
+    std::vector<fs::path> files;
+    for (const fs::path& folder : {fs::path(KIGUMI_BROKEN_DIR), fs::path(KIGUMI_EXAMPLES_DIR),
+                                   fs::path(KIGUMI_CORPUS_DIR) / "jik", work_dir()}) {
+        for (const auto& entry : fs::directory_iterator(folder)) {
+            const std::string ending = ending_of(entry.path());
+            if (ending == ".jik" || ending == ".tgk") {
+                files.push_back(entry.path());
+            }
+        }
+    }
+    std::sort(files.begin(), files.end());
+    told = true; // of a summary that cannot be written
+    return read_frame(utf8_of(rarely() ? work_file("none.jik") : one_of(files)));
+}
+
+int Course::mark() {
+    std::vector<RoleOption> roles;
+    for (int i = 1 + dice_.roll(3); i > 0; --i) {
+        RoleOption role;
+        role.load = dice_.roll(2) == 0;
+        role.selector = one_of<std::string>({"bottom", "top", "X0?Y00Z*", "*", "X00*", "no such"});
+        role.fz = static_cast<float>(dice_.roll(1000) - 500);
+        roles.push_back(role);
+    }
+    const int status = mark_roles(roles);
+    const auto nodes_of = [](NodeRole role) {
+        return std::count_if(model.node.begin(), model.node.begin() + model.N_Node,
+                             [role](const Node& node) { return node.flag == role; });
+    };
+    EXPECT_TRUE(status < 0 || nodes_of(role_fixed) == model.N_Fix);
+    EXPECT_TRUE(status < 0 || nodes_of(role_loaded) == model.N_Load);
+    return status;
+}
+
+int Course::change_a_section() {
+    if (model.N_Size == 0) {
+        return 0;
+    }
+    const float haba = static_cast<float>(dice_.roll(20) - 2);
+    return change_section(dice_.roll(model.N_Size), haba, 12.0f, 0.0f) == Change::refused ? -1 : 0;
+}
+
+int Course::change_a_material() {
+    if (model.N_Mat == 0) {
+        return 0;
+    }
+    const float poisson = static_cast<float>(dice_.roll(5) - 1) * 0.1f;
+    return change_material(dice_.roll(model.N_Mat), 7.0e4f, poisson, 1.0e-3f) == Change::refused
+               ? -1
+               : 0;
+}
+
+int Course::save() {
+    const std::vector<std::function<int()>> writers = {
+        [this] {
+            return save_jiku_data(target(".jik"), {1.0f, 0.0f, -2.5f});
+        },
+        [this] { return save_honegumi(target(".bon")); },
+        [this] { return save_honegra(target(".ydu")); },
+        [this] { return save_listing(target(".txt")); },
+        [this] { return build_trio_file() < 0 ? -1 : save_win3d(target(".w3d")); },
+        [this] { return make_dxf_file(target(".dxf"), 1 + dice_.roll(6)); },
+        [this] {
+            project_model();
+            return save_tegaki_data(target(".tgk"));
+        },
+        [this] {
+            told = true; // 解析結果を保存しました
+            return save_results(target(".out"));
+        },
+    };
+    return one_of(writers)();
+}
+
+int Course::analyse() {
+    if (!can_analyse()) {
+        return -1;
+    }
+    if (model.N_Beam > few_members) {
+        return 0;
+    }
+    SolverOutcome outcome;
+    if (run_solver(outcome) < 0) {
+        return -1;
+    }
+    const int status = FrameSlv();
+    EXPECT_EQ(status == 0, outcome.status == 0);
+    EXPECT_TRUE(status < 0 || results_fit_model());
+    return status;
+}
+
+int Course::read_results() {
+    return FrameSlv();
+}
+
+// As on the sheet, where every node has a place of its own. The editor leaves supports and loads to
+// be made anew.
+int Course::delete_member() {
+    for (int i = 0; i < model.N_Node; ++i) {
+        model.node[i].X = static_cast<float>(i) * 100.0f;
+        model.node[i].Y = 0.0f;
+    }
+    save_old_node();
+    load_old_node();
+    model.N_Fix = model.N_Load = 0;
+    const int members = model.N_Beam;
+    if (members > 0 && members <= few_members) {
+        del_beam(dice_.roll(members));
+        save_old_node();
+        named = false;
+        EXPECT_EQ(model.N_Beam, members - 1);
+    }
+    return 0;
+}
+
+int Course::draw_frame() {
+    fuzz::BlankCanvas canvas;
+    DrawArea area = fuzz::usual_window();
+    view.TAU = static_cast<float>(dice_.roll(720) - 360);
+    view.FAI = static_cast<float>(dice_.roll(180) - 90);
+    view.Rho = 1.0 + dice_.roll(5000);
+    if (model.N_Beam > few_members) {
+        return 0;
+    }
+    draw_wire(canvas, area, true);
+    if (build_trio_file() < 0 || draw_axis_model(canvas, area) < 0) {
+        return -1;
+    }
+    ModelLabels labels;
+    labels.node_names = labels.member_numbers = labels.fixed_nodes = true;
+    return draw_model_picture(canvas, area, labels) < 0 ? -1 : draw_perspective(canvas, area);
+}
+
+int Course::draw_results() {
+    fuzz::BlankCanvas canvas;
+    ResultView shown;
+    shown.area = fuzz::usual_window();
+    shown.mode = mode_wire + dice_.roll(4);
+    shown.label[label_node_names] = shown.label[label_fixed_nodes] = 1;
+    const int moved = get_new_beam(10.0f);
+    const int drawn = draw_result_picture(canvas, shown);
+    return std::min(moved, drawn);
+}
+
+int Course::give_all_one_section() {
+    set_all_beam_section(12.0f, 12.0f + static_cast<float>(dice_.roll(3)));
+    named = true;
+    return rebuild_tables();
+}
+
+int Course::step() {
+    struct Command {
+        const char* name;
+        int (Course::*run)();
+    };
+    static const std::vector<Command> commands = {
+        {"generate", &Course::generate},
+        {"read", &Course::read},
+        {"mark", &Course::mark},
+        {"mark", &Course::mark},
+        {"section", &Course::change_a_section},
+        {"material", &Course::change_a_material},
+        {"save", &Course::save},
+        {"save", &Course::save},
+        {"analyse", &Course::analyse},
+        {"analyse", &Course::analyse},
+        {"last results", &Course::read_results},
+        {"delete", &Course::delete_member},
+        {"draw", &Course::draw_frame},
+        {"draw results", &Course::draw_results},
+        {"one section", &Course::give_all_one_section},
+    };
+    const Command& command = one_of(commands);
+    name = command.name;
+    told = false;
+    clear_file_error();
+    const int status = (this->*command.run)();
+    named = named || name == "generate" || name == "read";
+    return status;
+}
+
+class CourseTest : public CoreTest {
+  protected:
+    void play(unsigned seed, int& refused) {
+        constexpr int steps = 14;
+        Course course(seed);
+        std::string so_far;
+        for (int i = 0; i < steps; ++i) {
+            const int status = course.step();
+            so_far += (so_far.empty() ? "" : ", ") + course.name + (status < 0 ? " refused" : "");
+            SCOPED_TRACE(text_format("seed %u: %s", seed, so_far.c_str()));
+            const char* fault = find_model_fault(course.named);
+            ASSERT_EQ(fault, nullptr) << fault;
+            const std::vector<std::string> messages = take_messages();
+            if (status < 0) {
+                ASSERT_FALSE(messages.empty() && file_error().empty()) << "refused in silence";
+                ++refused;
+            } else if (!course.told) {
+                ASSERT_TRUE(messages.empty()) << messages.front();
+            }
+        }
+    }
+};
+
+TEST_F(CourseTest, RandomCommandsLeaveSoundTables) {
+    const int courses = number_from_environment("KIGUMI_COURSES", 150);
+    const unsigned seed = seed_of_run();
+    int refused = 0;
+    for (int i = 0; i < courses && !HasFailure(); ++i) {
+        reset_model();
+        result.N_Setuten = result.N_Stress = 0;
+        play(seed + static_cast<unsigned>(i), refused);
+        for (const auto& entry : fs::directory_iterator(work_dir())) {
+            fs::remove_all(entry.path());
+        }
+    }
+    std::printf("%d courses from seed %u, %d steps refused\n", courses, seed, refused);
+    EXPECT_TRUE(refused > 0 || courses < 3);
+}
+
+} // namespace
+
+} // namespace kigumi::test

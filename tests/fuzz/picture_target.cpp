@@ -1,0 +1,71 @@
+// The working files of the pictures and the stroke font.
+#include "target.h"
+
+#include "export/dxf.h"
+#include "export/win3d.h"
+#include "geometry/axis_picture.h"
+#include "geometry/segment_file.h"
+#include "geometry/solid.h"
+#include "model/lookup.h"
+#include "results/stroke_font.h"
+
+#include <chrono>
+
+namespace kigumi::fuzz {
+
+namespace {
+
+// Files of one size that follow each other within the clock's step would count as one.
+void stamp_anew(const fs::path& path) {
+    static auto time = fs::file_time_type::clock::now();
+    time += std::chrono::seconds(1);
+    std::error_code ignored;
+    fs::last_write_time(path, time, ignored);
+}
+
+} // namespace
+
+// The input stands in for the triangles of one member.
+void read_trio(std::string_view input) {
+    start_fresh();
+    append_beam({0.0f, 0.0f, 0.0f}, {0.0f, 0.0f, 300.0f}, 10.0f, 10.0f, kind_post, 2);
+    require_told(build_trio_file());
+    std::string bytes(input);
+    const bool own_size = bytes.size() % 2 == 1; // else as many bytes as are expected
+    if (!own_size) {
+        bytes.resize(static_cast<size_t>(solids.n_trio) * sizeof(Trio));
+    }
+    stamp_anew(put("TRIO.DAT", bytes));
+    BlankCanvas canvas;
+    DrawArea area = usual_window();
+    read_trio_file();
+    require_told(draw_axis_model(canvas, area));
+    require_told(save_win3d(work_file("a.w3d")));
+}
+
+void read_temp(std::string_view input) {
+    start_fresh();
+    put("TEMP.DAT", input);
+    BlankCanvas canvas;
+    DrawArea area = usual_window();
+    require_told(draw_segment_file(canvas, area));
+    require_told(make_dxf_file(work_file("a.dxf"), 1));
+}
+
+void read_symbol(std::string_view input) {
+    start_fresh();
+    const int status = load_stroke_font(put("symbol.cod", input));
+    require_told(status);
+    BlankCanvas canvas;
+    canvas.set_area(usual_window());
+    std::string all;
+    for (int c = 1; c < 128; ++c) {
+        all += static_cast<char>(c);
+    }
+    all += "柱";
+    if (status == 0) {
+        draw_text(canvas, all, -128, 1.0f, 2.0f, 30.0f, 12.0f);
+    }
+}
+
+} // namespace kigumi::fuzz
