@@ -16,7 +16,7 @@ template <class Record, class Table>
 Shared<Record> copy_of(const Table& table, int count, const Shared<Record>& earlier) {
     const size_t size = static_cast<size_t>(count);
     if (earlier && earlier->size() == size &&
-        std::memcmp(earlier->data(), table.data(), size * sizeof(Record)) == 0) {
+        (size == 0 || std::memcmp(earlier->data(), table.data(), size * sizeof(Record)) == 0)) {
         return earlier;
     }
     return std::make_shared<const std::vector<Record>>(table.begin(), table.begin() + count);
