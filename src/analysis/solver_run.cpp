@@ -10,6 +10,7 @@
 
 #include <chrono>
 #include <ctime>
+#include <fstream>
 #include <span>
 
 namespace kigumi {
@@ -65,6 +66,48 @@ template <class Parse> int read_result_file(const char* name, Parse parse) {
         return -1;
     }
     return 0;
+}
+
+// What the last run left in the working directory, to be put back when a new one does not start.
+class EarlierResults {
+  public:
+    EarlierResults() {
+        for (const char* name : result_files) {
+            files_.emplace_back(name, read_file(work_file(name)));
+        }
+        clear_file_error();
+    }
+    void put_back() const {
+        for (const auto& [name, bytes] : files_) {
+            if (bytes) {
+                save_file(work_file(name), *bytes);
+            }
+        }
+    }
+
+  private:
+    std::vector<std::pair<const char*, std::optional<std::string>>> files_;
+};
+
+// A whole result file for the copy, or nothing after a message.
+std::optional<std::string> read_for_copy(const char* name, const char* unable_to_open) {
+    const fs::path path = work_file(name);
+    std::error_code code;
+    const std::uintmax_t size = fs::file_size(path, code);
+    if (code || !std::ifstream(path, std::ios::binary).is_open()) {
+        show_message(unable_to_open);
+        return {};
+    }
+    if (size > largest_file) {
+        show_message("Can not get memory for lpADR");
+        return {};
+    }
+    std::optional<std::string> bytes = read_file(path);
+    if (!bytes || bytes->size() < size) {
+        show_message("Read Error");
+        return {};
+    }
+    return bytes;
 }
 
 } // namespace
@@ -131,10 +174,14 @@ int run_solver(SolverOutcome& outcome, const KeepWaiting& keep_waiting) {
     }
     const int start = solver_seams.hundredths();
     if (!solver.empty()) {
+        const EarlierResults earlier;
         if (!remove_results()) {
             return -1;
         }
         outcome.status = solver_seams.start(solver, work_dir(), asked);
+        if (outcome.status < 0) {
+            earlier.put_back();
+        }
     }
     if (outcome.status < 0) {
         show_message("Could not create process");
@@ -187,19 +234,19 @@ int FrameSlv() {
 
 int save_results(const fs::path& path) {
     spy("Enter save_results()");
-    const auto listing = read_file(work_file("frameslv.lst"));
+    if (!can_save(path)) {
+        return refuse("Error: Unable to open OutFile");
+    }
+    const auto listing = read_for_copy("frameslv.lst", "Error: Unable to open LST_FILE");
     if (!listing) {
-        show_message("Error: Unable to open LST_FILE");
         return -1;
     }
-    const auto displacements = read_file(work_file("frameslv.dsp"));
+    const auto displacements = read_for_copy("frameslv.dsp", "Error: Unable to open DSP_FILE");
     if (!displacements) {
-        show_message("Error: Unable to open DSP_FILE");
         return -1;
     }
     if (save_file(path, *listing + *displacements) < 0) {
-        show_message("Error: Unable to open OutFile");
-        return -1;
+        return refuse("Write Error");
     }
     show_message("解析結果を保存しました");
     return 0;

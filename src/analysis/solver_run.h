@@ -40,7 +40,8 @@ bool can_analyse();
 // 0 (a run that was stopped leaves no result files), or -1 after a message: that of save_honegumi
 // when the input could not be written (the solver would work on an old one),
 // "前の解析結果%sを消せません" when a file of an earlier run could be taken for one of this run,
-// "Could not create process" when there is no solver or it does not start. The exit status decides
+// "Could not create process" when there is no solver or it does not start, and what an earlier run
+// left is back then. The exit status decides
 // nothing here.
 int run_solver(SolverOutcome& outcome, const KeepWaiting& keep_waiting = {});
 

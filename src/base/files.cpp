@@ -128,24 +128,60 @@ std::optional<std::string> read_file(const fs::path& path) {
     return bytes;
 }
 
-int save_file(const fs::path& path, std::string_view bytes, bool sync) {
+namespace {
+
+// A file being written: beside its target, or in place where the target is no regular file.
+struct Output {
+    std::FILE* file = nullptr; // null when it cannot be made; file_error() then says why
+    fs::path target, written;
+    bool in_place = false;
+};
+
+Output open_output(const fs::path& path) {
     std::error_code code;
-    fs::path target = path;
+    Output output;
+    output.target = path;
     if (fs::is_symlink(fs::symlink_status(path, code))) {
-        target = fs::weakly_canonical(path, code);
+        output.target = fs::weakly_canonical(path, code);
     }
-    const fs::file_status status = fs::status(target, code);
-    if (fs::is_directory(status)) {
-        return refuse_save(path, reason_of(EISDIR));
-    }
-    const bool in_place = fs::exists(status) && !fs::is_regular_file(status);
+    const fs::file_status status = fs::status(output.target, code);
+    int why = fs::is_directory(status) ? EISDIR : 0;
     if (fs::is_regular_file(status) && is_write_protected(status)) {
-        return refuse_save(path, reason_of(EACCES));
+        why = EACCES;
     }
-    fs::path written = target;
-    std::FILE* file = in_place ? open_binary(target, "wb") : create_beside(target, written);
+    output.in_place = fs::exists(status) && !fs::is_regular_file(status);
+    output.written = output.target;
+    if (why == 0) {
+        output.file = output.in_place ? open_binary(output.target, "wb")
+                                      : create_beside(output.target, output.written);
+        why = errno;
+    }
+    if (output.file == nullptr) {
+        refuse_save(path, reason_of(why));
+    }
+    return output;
+}
+
+} // namespace
+
+bool can_save(const fs::path& path) {
+    std::error_code code;
+    const fs::file_status status = fs::status(path, code);
+    if (fs::exists(status) && !fs::is_regular_file(status) && !fs::is_directory(status)) {
+        return true;
+    }
+    const Output output = open_output(path);
+    if (output.file != nullptr) {
+        close_and_remove(output.file, output.written);
+    }
+    return output.file != nullptr;
+}
+
+int save_file(const fs::path& path, std::string_view bytes, bool sync) {
+    const Output output = open_output(path);
+    const auto& [file, target, written, in_place] = output;
     if (file == nullptr) {
-        return refuse_save(path, reason_of(errno));
+        return -1;
     }
     errno = 0;
     bool good = std::fwrite(bytes.data(), 1, bytes.size(), file) == bytes.size();

@@ -40,6 +40,10 @@ std::optional<std::string> read_file(const fs::path& path);
 // target is taken away by the next save in that folder.
 int save_file(const fs::path& path, std::string_view bytes, bool sync = true);
 
+// True when a file could now be made at `path`: its folder takes one, and what stands there may be
+// replaced. Else file_error() says why. Nothing is changed.
+bool can_save(const fs::path& path);
+
 // Why the last read_file or save_file failed, in Japanese. A reader may add where a file is wrong.
 const std::string& file_error();
 void set_file_error(std::string_view why);

@@ -88,6 +88,7 @@ TEST_F(AnalysisTest, SolverThatCannotStartLeavesTheEarlierResults) {
     EXPECT_FALSE(run());
     expect_main_window_back();
     expect_message("Could not create process");
+    EXPECT_EQ(read_file(work_file("frameslv.lst")), "1 2 3\n");
 }
 
 TEST_F(AnalysisTest, StoppedRunEndsTheSolverAndItsChildren) {
