@@ -39,6 +39,10 @@ void TNodeKensakuForm::add_buttons(QVBoxLayout* column) {
     count_ = new QLabel;
     count_->setObjectName("CountLabel");
     column->addWidget(count_);
+    auto* find = new QPushButton("検索(&S)");
+    find->setObjectName("KensakuButton");
+    column->addWidget(find);
+    connect(find, &QPushButton::clicked, this, [this] { search(); });
     all_ = new QPushButton;
     all_->setObjectName("ZenSentakuButton");
     auto* close_button = new QPushButton("閉じる(&C)");
@@ -82,7 +86,8 @@ void TNodeKensakuForm::show_count(int count) {
 }
 
 void TNodeKensakuForm::select_all() {
-    if (role_ == role_loaded || found_ == 0) {
+    // Deliberate: only loads search anew.
+    if (role_ == role_loaded) {
         search();
     }
     const int with_role = found_with_role();

@@ -145,6 +145,8 @@ TSelLoadForm::TSelLoadForm(QWidget* parent, int node)
     : LoadValueForm(parent, "荷重節点データ", node, offered_load) {
     if (role_of(node) == role_loaded) {
         add_note("すでに荷重節点です。OK で置き換えます");
+    } else if (role_of(node) == role_fixed) {
+        add_note("固定節点です。OK で固定をやめて荷重節点にします");
     }
     add_note(force_note);
 }

@@ -81,6 +81,7 @@ TSelNodeForm::TSelNodeForm(QWidget* parent)
       fixes_(record_grid("FixStringGrid", {"Xmov", "Ymov", "Zmov"})),
       loads_(record_grid("LoadStringGrid", {"Xkgf", "Ykgf", "Zkgf"})), id_(new QLineEdit),
       note_(new QLabel) {
+    setObjectName("SelNodeForm");
     setWindowTitle("節点選択");
     resize(1100, 640);
     auto* all = new QVBoxLayout(this);
@@ -236,10 +237,6 @@ void TSelNodeForm::add_load() {
     }
     TSelLoadForm form(this, node);
     if (form.exec() != QDialog::Accepted) {
-        return;
-    }
-    if (find_fix(number_at(node)) >= 0 &&
-        ask_yes_no(this, "この節点の固定をやめて荷重節点にしますか?") != YesNo::yes) {
         return;
     }
     const auto& [fx, fy, fz] = form.values();
