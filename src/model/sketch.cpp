@@ -61,6 +61,25 @@ int search_cross_beam(float x1, float y1, float x2, float y2, SheetPoint& at) {
     return -1;
 }
 
+int search_point_beam(SheetPoint from, SheetPoint to) {
+    const double dx = static_cast<double>(to.X) - from.X;
+    const double dy = static_cast<double>(to.Y) - from.Y;
+    const double square = dx * dx + dy * dy;
+    for (int i = 0; i < model.N_Beam; ++i) {
+        const Beam& beam = model.beam[i];
+        if (!same_float(beam.XS, beam.XL) || !same_float(beam.YS, beam.YL)) {
+            continue;
+        }
+        const double px = static_cast<double>(beam.XS) - from.X;
+        const double py = static_cast<double>(beam.YS) - from.Y;
+        const double along = square > 0.0 ? std::clamp((px * dx + py * dy) / square, 0.0, 1.0) : 0;
+        if (std::hypot(px - along * dx, py - along * dy) < static_cast<double>(snap_radius)) {
+            return i;
+        }
+    }
+    return -1;
+}
+
 int search_near_beam(float X, float Y, float radius) {
     int nearest = -1;
     double least = radius;
@@ -243,7 +262,8 @@ SheetOutcome TegakiSheet::place_second_end() {
 
 SheetOutcome TegakiSheet::cross(SheetPoint from, SheetPoint to) {
     SheetPoint at{};
-    const int beam = search_cross_beam(from.X, from.Y, to.X, to.Y, at);
+    int beam = search_cross_beam(from.X, from.Y, to.X, to.Y, at);
+    beam = beam < 0 ? search_point_beam(from, to) : beam;
     if (beam < 0) {
         refuse("該当する部材が見つからない");
         return {};

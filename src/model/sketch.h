@@ -45,6 +45,10 @@ bool all_nodes_known();
 // included, or -1; `at` is then the crossing. A member parallel to the line is not crossed.
 int search_cross_beam(float x1, float y1, float x2, float y2, SheetPoint& at);
 
+// Position of the first member that is a point on the sheet, and so is never crossed, within the
+// snap radius of the line; or -1.
+int search_point_beam(SheetPoint from, SheetPoint to);
+
 // Position of the member whose sheet line lies closest to (X, Y) and closer than `radius`, or -1.
 int search_near_beam(float X, float Y, float radius);
 

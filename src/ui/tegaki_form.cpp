@@ -148,6 +148,7 @@ void TTegakiForm::add_status() {
     pointer_label_ = add("PointerLabel");
     position_label_ = add("PositionLabel");
     missing_label_ = add("MissingLabel");
+    file_label_ = add("FileLabel");
 }
 
 void TTegakiForm::set_mode(SheetMode mode) {
@@ -295,7 +296,8 @@ void TTegakiForm::show_state() {
                                   : QString(mode_items[static_cast<int>(mode)].hint));
     }
     missing_label_->setText(model.N_Node > 0 ? sketch_summary() : QString("何も描かれていません"));
-    setWindowTitle("手書 - " + document_name() + (document.changed ? "*" : ""));
+    setWindowTitle("手書");
+    file_label_->setText(document_name() + (document.changed ? "*" : ""));
     show_pointer();
     sheet_->update();
 }

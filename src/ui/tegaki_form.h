@@ -81,4 +81,5 @@ class TTegakiForm : public kigumi::ModelWindow {
     QLabel* position_label_ = nullptr;
     QLabel* pointer_label_ = nullptr;
     QLabel* missing_label_ = nullptr;
+    QLabel* file_label_ = nullptr;
 };

@@ -68,11 +68,7 @@ bool TTegakiForm::may_leave() {
     // The main window takes a sketch whose members are finished.
     const QString taken = missing + "\nこのまま戻ると、座標のない節点は (-1, -1, -1) として"
                                     "扱われ、正しい骨組になりません。";
-    if (!history_.is_saved()) {
-        return may_lose(taken);
-    }
-    return ask_unsaved(this, taken.trimmed(), {}, "このまま戻る", "編集を続ける") ==
-           UnsavedAnswer::discard;
+    return may_lose(taken);
 }
 
 void TTegakiForm::new_sketch() {

@@ -198,7 +198,7 @@ TEST_F(Editor, ASketchIsDrawnFilledInSavedAndReadBack) {
     answer_file(work_file("a.tgk"));
     menu("TegakiReadMenu");
     EXPECT_EQ(saved_as("d.tgk"), bytes) << "read back";
-    EXPECT_EQ(form_->windowTitle(), "手書 - d.tgk");
+    EXPECT_EQ(label_text(*form_, "FileLabel"), "d.tgk");
 }
 
 TEST_F(Editor, BandIsExactUnderZoomAndResizeAndLeavesNoTrace) {
