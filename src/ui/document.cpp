@@ -13,13 +13,17 @@ Document document;
 void Document::set_generated() {
     file.clear();
     changed = true;
-    roles_changed = false;
+    set_data_saved();
+}
+
+void Document::set_data_saved() {
+    roles_changed = sections_changed = false;
 }
 
 void Document::set_read(const fs::path& path) {
     file = path;
     changed = false;
-    roles_changed = false;
+    set_data_saved();
 }
 
 void Document::set_saved(const fs::path& path) {
@@ -29,7 +33,8 @@ void Document::set_saved(const fs::path& path) {
 
 void Document::set_empty() {
     file.clear();
-    changed = roles_changed = false;
+    changed = false;
+    set_data_saved();
     shift = Shift{};
 }
 

@@ -8,14 +8,18 @@
 namespace kigumi {
 
 struct Document {
-    fs::path file;              // file it was read from or saved to last; empty for a new frame
-    bool changed = false;       // changed since then
-    bool roles_changed = false; // supports or loads changed since they were written as solver input
-    Shift shift;                // 座標移動 of written axis data, cm; a new model starts at 0
+    fs::path file;        // file it was read from or saved to last; empty for a new frame
+    bool changed = false; // changed since then
+    // Changed since they were written as solver input: supports or loads; sections or materials.
+    bool roles_changed = false;
+    bool sections_changed = false;
+    Shift shift; // 座標移動 of written axis data, cm; a new model starts at 0
 
     void set_generated();
     void set_read(const fs::path& path);
     void set_saved(const fs::path& path);
+    // The solver input was written.
+    void set_data_saved();
     void set_empty();
 };
 

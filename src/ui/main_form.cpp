@@ -25,6 +25,8 @@
 #include <QScreen>
 #include <QStatusBar>
 
+#include <memory>
+
 using namespace kigumi;
 
 namespace {
@@ -123,7 +125,7 @@ QAction* TMainForm::add_toggle(QMenu* menu, const char* name, const QString& cap
 void TMainForm::member_data() {
     TSelBeamForm window(this);
     window.exec();
-    document.roles_changed = document.roles_changed || window.changed();
+    document.sections_changed = document.sections_changed || window.changed();
 }
 
 void TMainForm::add_view_menu() {
@@ -191,9 +193,9 @@ void TMainForm::check_model() {
         if (rebuild_tables() < 0) {
             return;
         }
-        // What the drawing editor kept in the flags is no role.
-        clear_roles();
     }
+    // What the drawing editor kept in the flags is no role.
+    clear_roles();
     picture().fit();
     set_stage(Stage::made);
 }
@@ -232,10 +234,8 @@ void TMainForm::read_axis_data() {
         return;
     }
     set_stage(Stage::reading);
+    const auto before = std::make_unique<Model>(model);
     reset_model();
-    reset_solids();
-    clear_points();
-    forget_old_node();
     int status = 0;
     {
         const BusyCursor busy;
@@ -245,9 +245,13 @@ void TMainForm::read_axis_data() {
     if (status < 0) {
         show_message("軸データ読みこみに失敗しました");
         reset_model();
+        model = *before;
         set_stage(Stage::empty);
         return;
     }
+    reset_solids();
+    clear_points();
+    forget_old_node();
     document.set_read(path);
     TJikuForm window(this);
     window.run_modal();
@@ -279,7 +283,7 @@ bool TMainForm::save_solver_input() {
         show_message("｢FrameSlvデータ保存に失敗しました");
         return false;
     }
-    document.roles_changed = false;
+    document.set_data_saved();
     return true;
 }
 
@@ -292,7 +296,7 @@ bool TMainForm::save_textbook_input() {
         show_message("｢フレームラボ」データ保存に失敗しました");
         return false;
     }
-    document.roles_changed = false;
+    document.set_data_saved();
     return true;
 }
 
@@ -328,7 +332,7 @@ bool TMainForm::save_axis_data() {
 }
 
 bool TMainForm::may_leave() {
-    return may_leave_frame() && may_leave_roles();
+    return may_leave_frame() && may_leave_data();
 }
 
 bool TMainForm::may_leave_frame() {
@@ -348,14 +352,23 @@ bool TMainForm::may_leave_frame() {
     return false;
 }
 
-bool TMainForm::may_leave_roles() {
-    if (!document.roles_changed || !any_role()) {
+bool TMainForm::may_leave_data() {
+    const bool roles = document.roles_changed && any_role();
+    if (!roles && !document.sections_changed) {
         return true;
     }
     const bool writable = state_.stage == Stage::loaded;
-    const QString text = writable ? "保存していない支点と荷重があります。"
-                                    "FrameSlv入力データとして保存しますか?"
-                                  : "指定した固定節点と荷重節点は失われます。よろしいですか?";
+    QStringList what;
+    if (roles) {
+        what << "支点と荷重";
+    }
+    if (document.sections_changed) {
+        what << "断面と物性の変更";
+    }
+    const QString text =
+        (writable ? QString("保存していない%1があります。FrameSlv入力データとして保存しますか?")
+                  : QString("指定した%1は失われます。よろしいですか?"))
+            .arg(what.join("、"));
     switch (ask_unsaved(this, text, writable ? "保存する(&S)" : "",
                         writable ? "保存しない(&D)" : "失われてもよい(&D)", "キャンセル(&C)")) {
     case UnsavedAnswer::save:

@@ -47,7 +47,7 @@ class TMainForm : public kigumi::PictureWindow {
     // Asks about unsaved work; false when the user wants to stay.
     bool may_leave();
     bool may_leave_frame();
-    bool may_leave_roles();
+    bool may_leave_data();
     bool save_axis_data();
     QAction* add_toggle(QMenu* menu, const char* name, const QString& caption, bool& flag);
 
