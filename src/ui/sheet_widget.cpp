@@ -246,7 +246,7 @@ void SheetWidget::paintEvent(QPaintEvent* event) {
 }
 
 void SheetWidget::paint_grid(QPainter& painter) const {
-    constexpr float most_lines = 400.0f;
+    constexpr int most_lines = 400;
     const World& world = area().world;
     if (world.xmax - world.xmin > most_lines * grid_pitch) {
         return;
@@ -254,15 +254,18 @@ void SheetWidget::paint_grid(QPainter& painter) const {
     // Under the drawing: only white paper becomes darker.
     painter.setCompositionMode(QPainter::CompositionMode_Darken);
     painter.setPen(QColor(215, 225, 235));
-    for (float X = std::ceil(world.xmin / grid_pitch) * grid_pitch; X <= world.xmax;
-         X += grid_pitch) {
-        const int px = pixel({X, world.ymin}).x();
-        painter.drawLine(px, 0, px, height());
-    }
-    for (float Y = std::ceil(world.ymin / grid_pitch) * grid_pitch; Y <= world.ymax;
-         Y += grid_pitch) {
-        const int py = pixel({world.xmin, Y}).y();
-        painter.drawLine(0, py, width(), py);
+    // Counted: far from the origin a float does not grow by the pitch.
+    for (int i = 0; i <= most_lines; ++i) {
+        const float X = (std::ceil(world.xmin / grid_pitch) + static_cast<float>(i)) * grid_pitch;
+        if (X <= world.xmax) {
+            const int px = pixel({X, world.ymin}).x();
+            painter.drawLine(px, 0, px, height());
+        }
+        const float Y = (std::ceil(world.ymin / grid_pitch) + static_cast<float>(i)) * grid_pitch;
+        if (Y <= world.ymax) {
+            const int py = pixel({world.xmin, Y}).y();
+            painter.drawLine(0, py, width(), py);
+        }
     }
     painter.setCompositionMode(QPainter::CompositionMode_SourceOver);
 }

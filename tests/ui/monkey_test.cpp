@@ -84,6 +84,23 @@ int depth() {
     return count;
 }
 
+// Closes a dialog; a question about what is not saved is answered with: away with it.
+void leave(QWidget& modal) {
+    if (auto* box = qobject_cast<QMessageBox*>(&modal)) {
+        for (QAbstractButton* button : box->buttons()) {
+            if (box->buttonRole(button) == QMessageBox::DestructiveRole) {
+                button->click();
+                return;
+            }
+        }
+    }
+    if (auto* dialog = qobject_cast<QDialog*>(&modal)) {
+        dialog->reject();
+    } else {
+        modal.close();
+    }
+}
+
 QWidget* Monkey::top_window() {
     if (QWidget* popup = QApplication::activePopupWidget()) {
         popup->close();
@@ -243,6 +260,7 @@ void Monkey::play(QWidget& main) {
     QElapsedTimer watch;
     watch.start();
     int pressed = 0;
+    int leaving = 0;
     QObject::connect(&tick, &QTimer::timeout, &loop, [&] {
         QWidget* window = top_window();
         gave_up_ = gave_up_ || depth() > deepest || watch.elapsed() > longest_run;
@@ -250,16 +268,13 @@ void Monkey::play(QWidget& main) {
             main.show(); // was closed: the next day
         } else if (!gave_up_ && pressed < presses && window != nullptr) {
             ++pressed;
+            leaving = 0;
             QTimer::singleShot(0, window, [this, window] { press(*window); });
-        } else if (QWidget* modal = QApplication::activeModalWidget()) {
-            QTimer::singleShot(0, modal, [modal] {
-                if (auto* dialog = qobject_cast<QDialog*>(modal)) {
-                    dialog->reject();
-                } else {
-                    modal->close();
-                }
-            });
+        } else if (QWidget* modal = QApplication::activeModalWidget();
+                   modal != nullptr && ++leaving < patience) {
+            QTimer::singleShot(0, modal, [modal] { leave(*modal); });
         } else {
+            gave_up_ = gave_up_ || leaving >= patience; // a window that cannot be left
             loop.quit();
         }
     });
