@@ -153,6 +153,11 @@ int draw_frame(const DrawOptions& options, const fs::path& path) {
                 [&area](Canvas& canvas) { return draw_perspective(canvas, area); });
 }
 
+int refuse_usage(std::string_view text) {
+    show_message(text);
+    return wrong_usage;
+}
+
 } // namespace
 
 int run_draw(const DrawOptions& options) {
@@ -160,10 +165,13 @@ int run_draw(const DrawOptions& options) {
     const bool of_frame = options.mode == "axis" || options.mode == "perspective" ||
                           (options.mode == "wire" && options.dir.empty());
     if (of_frame && options.input.empty()) {
-        return refuse("この図には軸データのファイルが必要です");
+        return refuse_usage("この図には軸データのファイルが必要です");
     }
     if (!of_frame && options.dir.empty()) {
-        return refuse("この図には計算結果のフォルダ（--dir）が必要です");
+        return refuse_usage("この図には計算結果のフォルダ（--dir）が必要です");
+    }
+    if (!is_picture_file(path)) {
+        return refuse_usage(other_picture_format(path));
     }
     if (!options.dir.empty() && use_result_dir(options.dir) < 0) {
         return -1;
