@@ -283,7 +283,7 @@ int CommandLine::run(int argc, char** argv) {
     set_message_sink({});
     if (status < 0) {
         print_failure(messages);
-        return status_failed;
+        return status == wrong_usage ? status_usage : status_failed;
     }
     for (const std::string& message : messages) {
         write_console(message);

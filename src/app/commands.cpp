@@ -124,8 +124,9 @@ int run_convert(const std::string& input, const std::string& output,
         known = known || ending == each;
     }
     if (!known) {
-        return refuse(text_format("%s: 出力の形式は .jik .bon .ydu .tgk .dxf .dat .w3d です",
-                                  output.c_str()));
+        show_message(text_format("%s: 出力の形式は .jik .bon .ydu .tgk .dxf .dat .w3d です",
+                                 output.c_str()));
+        return wrong_usage;
     }
     if (read_frame(input) < 0 || mark_roles(roles) < 0) {
         return -1;

@@ -10,6 +10,9 @@ namespace kigumi {
 // The message of a failure that the solver itself has already told on standard error.
 constexpr const char* already_told = "";
 
+// What a command returns, after a message, for arguments that do not go together.
+constexpr int wrong_usage = -2;
+
 // A --fix or --load option, in the order of the command line.
 struct RoleOption {
     bool load = false;    // false: support
@@ -44,7 +47,7 @@ struct ReportOptions {
     std::string output;
 };
 
-// Each returns 0, or -1 after a message.
+// Each returns 0, or -1 or wrong_usage after a message.
 int run_generate(const GenerateOptions& options);
 int run_info(const std::string& input);
 int run_convert(const std::string& input, const std::string& output,

@@ -85,6 +85,13 @@ void set_viewpoint(const DrawOptions& options) {
     view.joints = options.joints ? 1 : 0;
 }
 
+void set_labels(const DrawOptions& options, ResultView& shown) {
+    shown.label[label_node_names] = has_label(options, "nodes") ? 1 : 0;
+    shown.label[label_member_numbers] = has_label(options, "members") ? 1 : 0;
+    shown.label[label_fixed_nodes] = has_label(options, "fix") ? 1 : 0;
+    shown.label[label_loaded_nodes] = has_label(options, "load") ? 1 : 0;
+}
+
 int draw_results(const DrawOptions& options, const fs::path& path) {
     ResultView picture;
     picture.mode = result_mode(options.mode);
@@ -93,18 +100,12 @@ int draw_results(const DrawOptions& options, const fs::path& path) {
     picture.TAU = options.tau;
     picture.FAI = options.fai;
     picture.area = client_area(options);
-    picture.label[label_node_names] = has_label(options, "nodes") ? 1 : 0;
-    picture.label[label_member_numbers] = has_label(options, "members") ? 1 : 0;
-    picture.label[label_fixed_nodes] = has_label(options, "fix") ? 1 : 0;
-    picture.label[label_loaded_nodes] = has_label(options, "load") ? 1 : 0;
+    set_labels(options, picture);
     if (picture.mode == mode_displaced && get_new_beam(static_cast<float>(options.scale)) < 0) {
         return -1;
     }
     if (!fit_result(picture)) {
         return refuse("計算結果の部材がこの大きさの図に収まりません");
-    }
-    if (model.N_Fix == 0 && model.N_Load == 0) {
-        load_solver_roles();
     }
     return draw_with_legend(options, path, picture, [&picture](Canvas& canvas) {
         return draw_result_picture(canvas, picture);
@@ -116,6 +117,7 @@ int draw_solid_results(const DrawOptions& options, const fs::path& path) {
     ResultView shown;
     shown.mode = mode_solids;
     shown.area = client_area(options);
+    set_labels(options, shown);
     std::vector<int> all(result.N_Stress);
     std::iota(all.begin(), all.end(), 0);
     select_results(all);
@@ -123,10 +125,9 @@ int draw_solid_results(const DrawOptions& options, const fs::path& path) {
         return -1;
     }
     set_viewpoint(options);
-    DrawArea area = client_area(options);
-    return draw_with_legend(options, path, shown, [&area](Canvas& canvas) {
-        return draw_perspective(canvas, area, marukaku_colour);
-    });
+    shown.area = client_area(options);
+    return draw_with_legend(options, path, shown,
+                            [&shown](Canvas& canvas) { return draw_marukaku(canvas, shown); });
 }
 
 int draw_frame(const DrawOptions& options, const fs::path& path) {
@@ -152,6 +153,11 @@ int draw_frame(const DrawOptions& options, const fs::path& path) {
                 [&area](Canvas& canvas) { return draw_perspective(canvas, area); });
 }
 
+int refuse_usage(std::string_view text) {
+    show_message(text);
+    return wrong_usage;
+}
+
 } // namespace
 
 int run_draw(const DrawOptions& options) {
@@ -159,10 +165,13 @@ int run_draw(const DrawOptions& options) {
     const bool of_frame = options.mode == "axis" || options.mode == "perspective" ||
                           (options.mode == "wire" && options.dir.empty());
     if (of_frame && options.input.empty()) {
-        return refuse("この図には軸データのファイルが必要です");
+        return refuse_usage("この図には軸データのファイルが必要です");
     }
     if (!of_frame && options.dir.empty()) {
-        return refuse("この図には計算結果のフォルダ（--dir）が必要です");
+        return refuse_usage("この図には計算結果のフォルダ（--dir）が必要です");
+    }
+    if (!is_picture_file(path)) {
+        return refuse_usage(other_picture_format(path));
     }
     if (!options.dir.empty() && use_result_dir(options.dir) < 0) {
         return -1;
@@ -180,6 +189,9 @@ int run_draw(const DrawOptions& options) {
     }
     if (FrameSlv() < 0) {
         return -1;
+    }
+    if (model.N_Fix == 0 && model.N_Load == 0) {
+        load_solver_roles();
     }
     return options.mode == "solid" ? draw_solid_results(options, path)
                                    : draw_results(options, path);

@@ -412,7 +412,8 @@ int read_source(const ReportOptions& options, Source& source) {
 
 int run_report(const ReportOptions& options) {
     if (ending_of(path_of(options.output)) != ".pdf") {
-        return refuse(text_format("%s: 報告書の形式は .pdf です", options.output.c_str()));
+        show_message(text_format("%s: 報告書の形式は .pdf です", options.output.c_str()));
+        return wrong_usage;
     }
     Source source;
     if (use_result_dir(options.dir) < 0 || read_source(options, source) < 0) {

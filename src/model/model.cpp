@@ -2,7 +2,9 @@
 
 #include "model/lookup.h"
 
-#include <cstdio>
+#include <algorithm>
+#include <cstring>
+#include <string_view>
 
 namespace kigumi {
 
@@ -70,7 +72,17 @@ void widen_bounds(float x, float y, float z) {
 }
 
 void set_name(char (&field)[name_bytes], const char* name) {
-    std::snprintf(field, sizeof field, "%s", name);
+    constexpr std::size_t longest = name_bytes - 1;
+    const std::string_view whole(name);
+    const auto continues = [whole](std::size_t at) {
+        return (static_cast<unsigned char>(whole[at]) & 0xC0) == 0x80;
+    };
+    std::size_t length = std::min(whole.size(), longest);
+    while (length > 0 && length < whole.size() && continues(length)) {
+        --length;
+    }
+    std::memcpy(field, whole.data(), length);
+    field[length] = '\0';
 }
 
 } // namespace kigumi

@@ -174,7 +174,7 @@ void widen_bounds(float x, float y, float z);
 // Sets the model bounds to +9999.9 (minima) and -9999.9 (maxima).
 void reset_bounds();
 
-// Copies a name into a fixed name field, cut to what the field holds.
+// Copies a name (UTF-8) into a fixed name field, cut between characters to what the field holds.
 void set_name(char (&field)[name_bytes], const char* name);
 
 } // namespace kigumi

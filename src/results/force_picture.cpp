@@ -2,12 +2,15 @@
 
 #include "analysis/result_reader.h"
 #include "base/format.h"
+#include "geometry/viewpoint.h"
 #include "results/selection.h"
 #include "results/stroke_font.h"
 #include "trace/spy.h"
 
 #include <algorithm>
+#include <functional>
 #include <iterator>
+#include <optional>
 #include <string>
 
 namespace kigumi {
@@ -97,21 +100,39 @@ void draw_all_members(Canvas& canvas, const Projector& plane) {
     }
 }
 
-// Draws labels at plane points of one fitted window. The font has to be there.
+// Where a picture shows a point of the model; nothing for one that it cannot show.
+using Place = std::function<std::optional<PlanePoint>(float x, float y, float z)>;
+
+// The places in the picture of the mode.
+Place place_of(const ResultView& shown) {
+    if (shown.mode != mode_solids) {
+        return [plane = Projector(shown.TAU, shown.FAI)](float x, float y, float z) {
+            return std::optional(plane(x, y, z));
+        };
+    }
+    const ViewCoefficients eye = view_coefficients(view.Rho, view.Theta, view.Phi);
+    return [eye](float x, float y, float z) {
+        const EyePoint p = to_eye(eye, x, y, z);
+        return p.ze < near_plane(eye) ? std::nullopt : std::optional(to_perspective(eye, p));
+    };
+}
+
+// Draws labels at points of the model in one fitted window. The font has to be there.
 struct Labeller {
     Canvas& canvas;
-    const Projector plane;
+    const Place place;
     const float name_height;  // plane units
     const float other_height; // of all other labels
 
     // `clear` times the height is left free to the right of the point.
-    void put(const std::string& text, int length, PlanePoint at, float height, float clear) const {
-        if (!canvas.shows(at.X, at.Y)) {
+    void put(const std::string& text, int length, const std::optional<PlanePoint>& at, float height,
+             float clear) const {
+        if (!at || !canvas.shows(at->X, at->Y)) {
             return;
         }
-        draw_text(canvas, text, length, at.X + clear * height, at.Y, 0.0f, height);
+        draw_text(canvas, text, length, at->X + clear * height, at->Y, 0.0f, height);
     }
-    void put(const std::string& text, PlanePoint at, float clear) const {
+    void put(const std::string& text, const std::optional<PlanePoint>& at, float clear) const {
         put(text, static_cast<int>(text.size()), at, other_height, clear);
     }
 };
@@ -122,7 +143,7 @@ constexpr float at_point = 0.0f;
 void label_names(const Labeller& labeller) {
     for (int i = 0; i < result.N_Setuten; ++i) {
         const Setuten& node = result.setuten[i];
-        labeller.put(node.pname, matched_name_length, labeller.plane(node.x, node.y, node.z),
+        labeller.put(node.pname, matched_name_length, labeller.place(node.x, node.y, node.z),
                      labeller.name_height, beside_node);
     }
 }
@@ -130,8 +151,8 @@ void label_names(const Labeller& labeller) {
 void label_members(const Labeller& labeller) {
     for (int i = 0; i < result.N_Stress; ++i) {
         const Stress& s = result.stress[i];
-        const PlanePoint middle =
-            labeller.plane((s.xi + s.xj) * 0.5f, (s.yi + s.yj) * 0.5f, (s.zi + s.zj) * 0.5f);
+        const std::optional<PlanePoint> middle =
+            labeller.place((s.xi + s.xj) * 0.5f, (s.yi + s.yj) * 0.5f, (s.zi + s.zj) * 0.5f);
         labeller.put(text_format("%5d", s.no), middle, at_point);
     }
 }
@@ -139,10 +160,10 @@ void label_members(const Labeller& labeller) {
 // Puts a label at the model's node number `no`; nothing for a node that is nowhere.
 void label_node(const Labeller& labeller, int no, const std::string& text, float clear) {
     if (const Setuten* node = find_setuten(no)) {
-        labeller.put(text, labeller.plane(node->x, node->y, node->z), clear);
+        labeller.put(text, labeller.place(node->x, node->y, node->z), clear);
     } else if (no >= 1 && no <= model.N_Node) {
         const Node& own = model.node[position_of(no)];
-        labeller.put(text, labeller.plane(own.x, own.y, own.z), clear);
+        labeller.put(text, labeller.place(own.x, own.y, own.z), clear);
     }
 }
 
@@ -246,8 +267,7 @@ int draw_result_labels(Canvas& canvas, const ResultView& shown) {
         return -1;
     }
     const float height = (shown.area.world.ymax - shown.area.world.ymin) / canvas.zoom();
-    const Labeller labeller{canvas, Projector(shown.TAU, shown.FAI), height / 75.0f,
-                            height * 0.01f};
+    const Labeller labeller{canvas, place_of(shown), height / 75.0f, height * 0.01f};
     for (int kind = 0; kind < result_label_count; ++kind) {
         if (shown.label[kind] != 0) {
             put_labels[kind](labeller);

@@ -59,8 +59,9 @@ void make_heni(Canvas& canvas, ResultView& shown);
 
 // Draws, with the pen as it stands, the labels whose flags are set into the window fitted before:
 // node names, member numbers, supports and loads (`fix` and `load` of the model; their nodes are
-// looked for among the result nodes, then in the model). 0, or -1 after a message when there is no
-// stroke font.
+// looked for among the result nodes, then in the model). In mode_solids they stand where the shared
+// eye (`view`) sees their points, and those before its near plane are left out. 0, or -1 after a
+// message when there is no stroke font.
 int draw_result_labels(Canvas& canvas, const ResultView& shown);
 
 // One repaint: the picture of the mode and its labels. Nothing for mode_solids and unknown modes.

@@ -1,6 +1,7 @@
 #include "results/marukaku.h"
 
 #include "analysis/result.h"
+#include "geometry/perspective.h"
 #include "geometry/projection.h"
 #include "geometry/solid.h"
 #include "results/force_picture.h"
@@ -51,6 +52,12 @@ int make_marukaku(ResultView& shown) {
         colour_of_record.resize(solids.trio.size(), sign_colour(result.kensaku[i].force));
     }
     return save_trio_file();
+}
+
+int draw_marukaku(Canvas& canvas, ResultView& shown) {
+    return draw_perspective(canvas, shown.area, marukaku_colour) < 0
+               ? -1
+               : draw_result_labels(canvas, shown);
 }
 
 int marukaku_colour(int record) {

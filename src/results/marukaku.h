@@ -3,6 +3,7 @@
 
 namespace kigumi {
 
+class Canvas;
 struct ResultView;
 
 // Fits `shown` around all result members, sets the shared eye (`view`) to its start values and
@@ -15,5 +16,9 @@ int make_marukaku(ResultView& shown);
 // The pen colour of a triangle record (0-based) of the bars built last: that of its member's sign.
 // A TrioColour for draw_perspective.
 int marukaku_colour(int record);
+
+// One repaint of `shown` in mode_solids: the bars built last, from the shared eye, and the labels.
+// 0, or -1 as draw_perspective and draw_result_labels.
+int draw_marukaku(Canvas& canvas, ResultView& shown);
 
 } // namespace kigumi

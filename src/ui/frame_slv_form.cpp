@@ -313,11 +313,9 @@ void TFrameSlvForm::show_selection() {
 }
 
 int TFrameSlvForm::draw(Canvas& canvas, DrawArea& area) {
-    if (shown_.mode == mode_solids) {
-        return draw_perspective(canvas, area, marukaku_colour);
-    }
     shown_.area = area;
-    const int status = draw_result_picture(canvas, shown_);
+    const int status = shown_.mode == mode_solids ? draw_marukaku(canvas, shown_)
+                                                  : draw_result_picture(canvas, shown_);
     area = shown_.area;
     return status;
 }

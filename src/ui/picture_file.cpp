@@ -52,6 +52,15 @@ int save_page(const fs::path& path, QSize size, const PictureFunction& draw, con
 
 } // namespace
 
+bool is_picture_file(const fs::path& path) {
+    const std::string ending = ending_of(path);
+    return ending == ".png" || ending == ".svg" || ending == ".pdf";
+}
+
+std::string other_picture_format(const fs::path& path) {
+    return text_format("%s: 図の形式は .png、.svg、.pdf です", utf8_of(path).c_str());
+}
+
 int save_picture(const fs::path& path, int width, int height, const PictureFunction& draw,
                  const QString& title) {
     const std::string ending = ending_of(path);
@@ -66,7 +75,7 @@ int save_picture(const fs::path& path, int width, int height, const PictureFunct
     } else if (ending == ".pdf") {
         return save_page(path, size, draw, title);
     } else {
-        show_message(text_format("%s: 図の形式は .png、.svg、.pdf です", utf8_of(path).c_str()));
+        show_message(other_picture_format(path));
         return -1;
     }
     if (status < 0) {

@@ -7,6 +7,7 @@
 #include <QString>
 
 #include <functional>
+#include <string>
 
 namespace kigumi {
 
@@ -15,6 +16,12 @@ using PictureFunction = std::function<int(PainterCanvas&)>;
 
 // Largest width or height of a picture file, pixels.
 constexpr int largest_picture = 20000;
+
+// The ending of the path is one of those of save_picture.
+bool is_picture_file(const fs::path& path);
+
+// The message for a path with another ending.
+std::string other_picture_format(const fs::path& path);
 
 // Paints a picture of width × height pixels on white and writes it to `path`, whose ending (.png,
 // .svg, .pdf) says the format. A PDF file is a page of A4 paper with the title and the date at its

@@ -307,5 +307,17 @@ TEST_F(Lookup, ValidatorSeesWhatIsBroken) {
     reset_model();
 }
 
+TEST_F(Lookup, LongNamesAreCutBetweenCharacters) {
+    const std::string ten = "あいうえおかきくけこ"; // 30 bytes
+    for (const auto& [name, kept] : {std::pair{ten, ten},
+                                     {ten + "さ", ten},
+                                     {ten + "abc", ten + "a"},
+                                     {ten.substr(0, 27) + "abcdさ", ten.substr(0, 27) + "abcd"}}) {
+        char field[name_bytes];
+        set_name(field, name.c_str());
+        EXPECT_EQ(field, kept) << name;
+    }
+}
+
 } // namespace
 } // namespace kigumi

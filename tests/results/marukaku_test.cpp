@@ -88,6 +88,33 @@ TEST_F(MarukakuTest, WritesTheFileAndSetsTheEye) {
     EXPECT_TRUE(shown.area.crt.left == 100 && shown.area.crt.right == 700);
 }
 
+TEST_F(MarukakuTest, LabelsStandWhereTheEyeSeesTheirPoints) {
+    shown.mode = mode_solids;
+    select_results(std::vector<int>{0, 1, 2});
+    ASSERT_EQ(make_marukaku(shown), 0);
+    const auto lines = [this](int label) {
+        shown.area = DrawArea();
+        shown.area.xScreen = 800;
+        shown.area.yScreen = 600;
+        shown.label[label_node_names] = label;
+        SegmentCanvas canvas;
+        EXPECT_EQ(draw_marukaku(canvas, shown), 0);
+        return canvas.segments();
+    };
+    const auto bars = lines(0).size();
+    const std::vector<Segment> named = lines(1);
+    ASSERT_GT(named.size(), bars);
+    const float margin = 0.25f * (shown.area.world.xmax - shown.area.world.xmin);
+    for (const Segment& s : named) {
+        EXPECT_TRUE(s.X1 > shown.area.world.xmin - margin && s.X1 < shown.area.world.xmax + margin);
+    }
+    view.Rho = 200.0; // before the farther post: its names are behind the eye
+    const auto near_bars = lines(0).size();
+    const auto near_names = lines(1).size() - near_bars;
+    EXPECT_GT(near_names, 0u);
+    EXPECT_LT(near_names, named.size() - bars);
+}
+
 } // namespace
 
 } // namespace kigumi::test
