@@ -220,8 +220,15 @@ int FrameSlv() {
         return -1;
     }
     const auto parse_disp = [&](std::string_view text) {
-        return parse_displacements(text, disp) < 0 || disp.size() != listing.setuten.size() ? -1
-                                                                                            : 0;
+        if (parse_displacements(text, disp) < 0) {
+            return -1;
+        }
+        if (disp.size() == listing.setuten.size()) {
+            return 0;
+        }
+        set_file_error(text_format("節点の数が frameslv.lst では %zu、frameslv.dsp では %zu です",
+                                   listing.setuten.size(), disp.size()));
+        return -1;
     };
     if (read_result_file("frameslv.dsp", parse_disp) < 0) {
         return -1;

@@ -54,7 +54,8 @@ void show_solver_time(const SolverOutcome& outcome);
 
 // Reads frameslv.zlv, frameslv.lst and frameslv.dsp of the working directory into `result` and the
 // level tables of `model`; the selection (kensaku) is emptied. 0, or -1 after a message, with the
-// solver's complaint as its reason (file_error) where a file is missing; all tables are then as
+// solver's complaint as its reason (file_error) where a file is missing, and both counts of nodes
+// where those of the last two files differ; all tables are then as
 // before.
 int FrameSlv();
 

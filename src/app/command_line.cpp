@@ -233,7 +233,8 @@ std::string usage_fault(const CLI::ParseError& error) {
     case CLI::ExitCodes::ExtrasError:
         return "余分な引数です: " + what.substr(what.find(": ") + 2);
     case CLI::ExitCodes::ArgumentMismatch:
-        return subject + " に値が必要です";
+        return subject + (what.find("At Most") != std::string::npos ? " が二度以上指定されています"
+                                                                    : " に値が必要です");
     case CLI::ExitCodes::ConversionError:
         return "値が正しくありません: " + what.substr(what.find(": ") + 2);
     case CLI::ExitCodes::ValidationError:

@@ -121,7 +121,9 @@ int draw_solid_results(const DrawOptions& options, const fs::path& path) {
     std::vector<int> all(result.N_Stress);
     std::iota(all.begin(), all.end(), 0);
     select_results(all);
-    if (make_marukaku(shown) < 0) {
+    const int status = make_marukaku(shown);
+    clear_selection();
+    if (status < 0) {
         return -1;
     }
     set_viewpoint(options);

@@ -144,6 +144,11 @@ int prepare_perspective(const Progress& progress) {
     return keep_lines(*records, key, progress);
 }
 
+std::span<const VisibleSegment> perspective_lines() {
+    return kept().key.edition == trio_edition() ? std::span<const VisibleSegment>(kept().lines)
+                                                : std::span<const VisibleSegment>();
+}
+
 int draw_perspective(Canvas& canvas, DrawArea& area, const TrioColour& colour) {
     spy("Enter draw_perspective()");
     const KeptLines& picture = kept();

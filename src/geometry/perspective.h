@@ -28,6 +28,9 @@ constexpr int perspective_stopped = 1;
 // open TRIO_FILE jikuire 03" or that of project_trio_file.
 int prepare_perspective(const Progress& progress = {});
 
+// The lines last kept; none when they are not of the solids as they now are.
+std::span<const VisibleSegment> perspective_lines();
+
 // Draws TRIO.DAT from the shared viewpoint: visible segments, margin fit, TEMP.DAT, picture; every
 // line black, or in the colour told for its record. Prepares first what is not prepared. Crumbs of
 // less than half a pixel are left out, in TEMP.DAT as the fit shows them and in the picture as the

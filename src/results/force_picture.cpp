@@ -100,6 +100,23 @@ void draw_all_members(Canvas& canvas, const Projector& plane) {
     }
 }
 
+// Both shapes of the members that are in the selection, or out of it; each shape with its pen.
+void draw_shapes(Canvas& canvas, const Projector& plane, bool selected, Pen before, Pen after) {
+    set_pen(canvas, before);
+    for (int i = 0; i < result.N_Stress; ++i) {
+        if (is_selected(i) == selected) {
+            draw_member(canvas, plane, result.stress[i]);
+        }
+    }
+    set_pen(canvas, after);
+    for (int i = 0; i < result.N_Stress; ++i) {
+        if (is_selected(i) == selected) {
+            const HeniBeam& b = result.heni_beam[i];
+            draw_between(canvas, plane(b.xs, b.ys, b.zs), plane(b.xl, b.yl, b.zl));
+        }
+    }
+}
+
 // Where a picture shows a point of the model; nothing for one that it cannot show.
 using Place = std::function<std::optional<PlanePoint>(float x, float y, float z)>;
 
@@ -246,12 +263,12 @@ void make_heni(Canvas& canvas, ResultView& shown) {
         return;
     }
     const Projector plane(shown.TAU, shown.FAI);
-    draw_all_members(canvas, plane);
-    set_pen(canvas, {pen_solid, 1, colour_red});
-    for (int i = 0; i < result.N_Stress; ++i) {
-        const HeniBeam& b = result.heni_beam[i];
-        draw_between(canvas, plane(b.xs, b.ys, b.zs), plane(b.xl, b.yl, b.zl));
+    constexpr Pen displaced{pen_solid, 1, colour_red};
+    const bool any_selected = result.Nken_Stress > 0;
+    if (any_selected) {
+        draw_shapes(canvas, plane, false, not_selected, not_selected);
     }
+    draw_shapes(canvas, plane, any_selected, thin_black, displaced);
     set_pen(canvas, thin_black);
 }
 

@@ -29,6 +29,7 @@ struct ResultView {
     int mode = mode_sign; // ResultMode
     float upper = 100.0f; // bounds of mode_band, percent, inclusive
     float lower = 0.0f;
+    bool all_bars = true; // mode_solids: bars of all members, not of the selection alone
     int label[result_label_count] = {}; // 1 shows the labels of a ResultLabel
     float TAU = 30.0f;                  // azimuth, degrees
     float FAI = 30.0f;                  // elevation, degrees
@@ -42,8 +43,8 @@ int sign_colour(float force);
 // the client size cannot be mapped; the pictures below then draw nothing.
 bool fit_result(ResultView& shown);
 
-// With a selection (results/selection.h) modes 2 to 5 draw the members outside it first and in
-// silver, the selected ones as they would else be drawn.
+// With a selection (results/selection.h) modes 2 to 5 and 9 draw the members outside it first and
+// in silver, the selected ones as they would else be drawn.
 
 // Fits, tells the canvas and draws mode 2: every result member in black and the axes, 100 cm each,
 // from the origin.

@@ -47,9 +47,12 @@ void add_signs(Lines& lines, int width, const char* tension, const char* compres
     lines.push_back({colour_blue, width, compression});
 }
 
-void add_selection(Lines& lines) {
+// `others_shown`: the members outside the selection are in the picture, too.
+void add_selection(Lines& lines, bool others_shown = true) {
     if (result.Nken_Stress > 0) {
-        lines.push_back({colour_silver, 1, "選択していない部材"});
+        if (others_shown) {
+            lines.push_back({colour_silver, 1, "選択していない部材"});
+        }
         lines.push_back(
             {-1, 1,
              text_format("選択した部材　%d 本 / %d 本", result.Nken_Stress, result.N_Stress)});
@@ -109,9 +112,11 @@ std::vector<LegendLine> result_legend(const ResultView& shown, float scale) {
         lines.push_back(
             {-1, 1, text_format("断面積　1 cm² が最大軸力 %.1f kgf の 1 ％", result.force_max)});
         add_extremes(lines);
+        add_selection(lines, shown.all_bars);
         break;
     case mode_displaced:
         add_displacements(lines, scale);
+        add_selection(lines);
         break;
     default:
         break;

@@ -5,6 +5,7 @@
 #include "geometry/projection.h"
 #include "geometry/solid.h"
 #include "results/force_picture.h"
+#include "results/selection.h"
 #include "trace/spy.h"
 
 #include <cmath>
@@ -18,7 +19,12 @@ namespace {
 // Bars of up to this percent are square whatever their force.
 constexpr float always_square = 1.0f;
 
-std::vector<int> colour_of_record; // of the bars built last, one a triangle
+struct Bar {
+    int row; // of result.stress
+    int colour;
+};
+
+std::vector<Bar> bar_of_record; // of the bars built last, one a triangle
 
 int make_bar(const Stress& s) {
     const float v = s.percent;
@@ -44,12 +50,13 @@ int make_marukaku(ResultView& shown) {
     reset_eye();
     fit_result(shown);
     reset_solids();
-    colour_of_record.clear();
+    bar_of_record.clear();
     for (int i = 0; i < result.Nken_Stress; ++i) {
         if (make_bar(result.kensaku[i]) < 0) {
             return -1;
         }
-        colour_of_record.resize(solids.trio.size(), sign_colour(result.kensaku[i].force));
+        bar_of_record.resize(solids.trio.size(),
+                             {result.kensaku_row[i], sign_colour(result.kensaku[i].force)});
     }
     return save_trio_file();
 }
@@ -61,8 +68,17 @@ int draw_marukaku(Canvas& canvas, ResultView& shown) {
 }
 
 int marukaku_colour(int record) {
-    const auto records = static_cast<int>(colour_of_record.size());
-    return record >= 0 && record < records ? colour_of_record[record] : colour_black;
+    const int row = marukaku_row(record);
+    if (row < 0) {
+        return colour_black;
+    }
+    return result.Nken_Stress > 0 && !is_selected(row) ? colour_silver
+                                                       : bar_of_record[record].colour;
+}
+
+int marukaku_row(int record) {
+    const auto records = static_cast<int>(bar_of_record.size());
+    return record >= 0 && record < records ? bar_of_record[record].row : -1;
 }
 
 } // namespace kigumi

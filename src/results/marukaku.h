@@ -13,9 +13,14 @@ struct ResultView;
 // is full or the file cannot be written.
 int make_marukaku(ResultView& shown);
 
-// The pen colour of a triangle record (0-based) of the bars built last: that of its member's sign.
-// A TrioColour for draw_perspective.
+// The pen colour of a triangle record (0-based) of the bars built last: that of its member's sign,
+// or silver for a member outside the selection, when there is one. A TrioColour for
+// draw_perspective.
 int marukaku_colour(int record);
+
+// Row (0-based, of result.stress) of the member of a triangle record of the bars built last; -1 for
+// no such record.
+int marukaku_row(int record);
 
 // One repaint of `shown` in mode_solids: the bars built last, from the shared eye, and the labels.
 // 0, or -1 as draw_perspective and draw_result_labels.

@@ -1,4 +1,4 @@
-// Finding a result member by a click in a parallel picture.
+// Finding a result member by a click in a picture.
 #pragma once
 
 #include "geometry/projection.h"
@@ -9,7 +9,8 @@ struct ResultView;
 
 // Row (0-based, of result.stress) of the member whose line in the picture of the mode lies nearest
 // to the plane point `at`, the first of equally near ones; in the displaced picture both shapes of
-// a member count. -1 when none lies within `reach`, plane units, or the mode shows no lines.
+// a member count, in mode_solids the visible lines of its bar. -1 when none lies within `reach`,
+// plane units, or the mode shows no lines.
 int pick_member(const ResultView& shown, PlanePoint at, float reach);
 
 } // namespace kigumi

@@ -10,6 +10,7 @@
 #include "results/marukaku.h"
 #include "results/pick_member.h"
 #include "results/selection.h"
+#include "results/stroke_font.h"
 #include "trace/spy.h"
 #include "ui/dialogs.h"
 #include "ui/heni_ichiran_form.h"
@@ -129,7 +130,7 @@ void TFrameSlvForm::read_results() {
     shown_.lower = 0.0f;
     shown_.TAU = view.TAU;
     shown_.FAI = view.FAI;
-    status_->setText("計算結果のフォルダ　" + qt_path(work_dir()));
+    status_->setText(folder_text());
     picture().set_overlay([this](PainterCanvas& canvas) {
         if (legend_) {
             paint_legend(canvas, picture().width(), result_legend(shown_, scale_));
@@ -218,7 +219,8 @@ void TFrameSlvForm::add_view_menu() {
     for (const Toggle& toggle : toggles) {
         int& flag = shown_.label[toggle.label];
         add_checked_item(
-            menu, toggle.name, toggle.caption, [&flag] { flag = 1 - flag; },
+            menu, toggle.name, toggle.caption,
+            [&flag] { flag = flag == 0 && load_stroke_font() == 0 ? 1 : 0; },
             [&flag] { return flag != 0; });
     }
     add_checked_item(
@@ -303,7 +305,7 @@ void TFrameSlvForm::spread_selection(const QWidget* from) {
 }
 
 void TFrameSlvForm::show_selection() {
-    if (bars_built_ && !bars_of_all_ && shown_.mode == mode_solids) {
+    if (bars_built_ && !shown_.all_bars && shown_.mode == mode_solids) {
         const View eye = view;
         build_solids(false);
         view = eye;
@@ -344,7 +346,14 @@ TablePrinter TFrameSlvForm::page() {
 
 void TFrameSlvForm::set_mode(int mode) {
     shown_.mode = mode;
+    if (mode != mode_solids) {
+        status_->setText(folder_text());
+    }
     show_state();
+}
+
+QString TFrameSlvForm::folder_text() {
+    return "計算結果のフォルダ　" + qt_path(work_dir());
 }
 
 void TFrameSlvForm::show_displaced(float scale) {
@@ -356,7 +365,11 @@ void TFrameSlvForm::show_displaced(float scale) {
 
 void TFrameSlvForm::ask_band() {
     TLevelForm bounds(shown_, this);
-    bounds.exec();
+    if (bounds.exec() == QDialog::Accepted) {
+        status_->setText(shown_.lower > shown_.upper
+                             ? "下限値が上限値より大きいので、範囲に入る部材はありません"
+                             : folder_text());
+    }
 }
 
 void TFrameSlvForm::turn() {
@@ -381,16 +394,18 @@ int TFrameSlvForm::build_solids(bool all_members) {
     }
     shown_.area.xScreen = picture().width();
     shown_.area.yScreen = picture().height();
-    bars_built_ = true;
-    bars_of_all_ = all_members;
+    shown_.all_bars = all_members;
     const int status = make_marukaku(shown_);
     if (all_members) {
         select_results(chosen);
     }
     DrawArea bounds = shown_.area;
     if (status < 0 || (solids.n_trio > 0 && get_jiku_world(bounds) < 0)) {
+        reset_solids();
+        bars_built_ = false;
         return refuse("視点座標表示に失敗しました");
     }
+    bars_built_ = true;
     return 0;
 }
 
@@ -427,7 +442,8 @@ void TFrameSlvForm::ask_marukaku() {
         marukaku_ = new TMarukakuForm(this);
         connect(marukaku_, &TMarukakuForm::colours_wanted, this, [this] { set_mode(mode_sign); });
         connect(marukaku_, &TMarukakuForm::solids_wanted, this, [this] {
-            if (bars_of_all_ || build_solids(false) == 0) {
+            const bool ready = bars_built_ && shown_.all_bars;
+            if (ready || build_solids(shown_.all_bars) == 0) {
                 show_solids();
             }
         });
@@ -478,7 +494,7 @@ void TFrameSlvForm::save_image() {
 
 void TFrameSlvForm::pick(QPoint at, Qt::KeyboardModifiers keys) {
     const DrawArea& seen = picture().area();
-    if (!valid_ || shown_.mode == mode_solids || !can_map(seen)) {
+    if (!valid_ || !can_map(seen)) {
         return;
     }
     const float reach = pick_reach * (seen.world.xmax - seen.world.xmin) /

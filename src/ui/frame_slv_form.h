@@ -85,6 +85,8 @@ class TFrameSlvForm : public kigumi::PictureWindow {
     // Check marks, open commands and the line of facts as the state is.
     void show_state();
     QString facts() const;
+    // What the status bar says of a mode that has nothing to tell.
+    static QString folder_text();
 
     kigumi::ResultView shown_;
     bool valid_ = false;
@@ -92,7 +94,6 @@ class TFrameSlvForm : public kigumi::PictureWindow {
     bool legend_ = true;
     float scale_ = 1.0f;      // of the displaced shape
     bool bars_built_ = false; // the solids are bars of this window
-    bool bars_of_all_ = true; // and not those of the selection
     std::vector<QAction*> needs_results_;
     std::vector<std::pair<QAction*, std::function<bool()>>> checked_;
     QAction* turn_item_ = nullptr;

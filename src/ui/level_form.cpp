@@ -1,6 +1,5 @@
 #include "ui/level_form.h"
 
-#include "base/message.h"
 #include "results/force_picture.h"
 #include "ui/dialogs.h"
 #include "ui/form.h"
@@ -56,12 +55,6 @@ void TLevelForm::take() {
     float upper = 0.0f;
     float lower = 0.0f;
     if (!read_box(high_, upper) || !read_box(low_, lower)) {
-        return;
-    }
-    if (lower > upper) {
-        show_message("下限値が上限値より大きくなっています");
-        low_->setFocus();
-        low_->selectAll();
         return;
     }
     shown_.upper = upper;

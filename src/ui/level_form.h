@@ -9,8 +9,8 @@ struct ResultView;
 } // namespace kigumi
 
 // Asks for the bounds, percent of the largest force, between which members show their sign. OK
-// stores them in `shown` and selects mode_band; it refuses what is no number and a lower bound
-// above the upper one.
+// stores them in `shown` and selects mode_band, also a lower bound above the upper one, between
+// which no member lies; it refuses what is no number.
 class TLevelForm : public QDialog {
     Q_OBJECT
 

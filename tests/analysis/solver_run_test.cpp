@@ -107,6 +107,7 @@ TEST_F(SolverRunTest, KeepsEveryTableWhenTheLastFileIsBroken) {
     EXPECT_EQ(FrameSlv(), -1);
     EXPECT_EQ(take_messages(),
               (std::vector<std::string>{"ファイルframeslv.dspの読み込みに失敗しました"}));
+    EXPECT_EQ(file_error(), "節点の数が frameslv.lst では 5、frameslv.dsp では 4 です");
     EXPECT_EQ(model.N_Y, 2);
     EXPECT_EQ(result.N_Setuten, 3);
     EXPECT_EQ(result.N_Stress, 2);

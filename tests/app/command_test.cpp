@@ -296,6 +296,7 @@ const Refusal refusals[] = {
     {"argument_missing", {"info"}, 2, "FILE が必要です"},
     {"unknown_option", {"info", "--nope", "frame.jik"}, 2, "余分な引数です: --nope"},
     {"output_missing", {"convert", "frame.jik"}, 2, "--output が必要です"},
+    {"output_twice", {"generate", "-o", "old.jik", "-o", "b.jik"}, 2, "--output が二度以上指定"},
     {"colour", {"convert", "frame.jik", "-o", "old.dxf", "--colour", "9"}, 2, "--colour"},
     {"load_without_force", {"solve", "frame.jik", "--load", "top"}, 2, "「top」を読めません"},
     {"draw_mode", {"draw", "frame.jik", "--mode", "x", "-o", "old.png"}, 2, "--mode"},

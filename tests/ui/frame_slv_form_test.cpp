@@ -83,7 +83,7 @@ TEST_F(ResultsWindow, ABrokenDisplacementLeavesThePictureAsItWas) {
     EXPECT_EQ(modes(window), "9 Heni5Menu");
 }
 
-TEST_F(ResultsWindow, BandIsTakenOnlyWhenItMakesSense) {
+TEST_F(ResultsWindow, BandIsTakenOnlyOfNumbers) {
     TFrameSlvForm window;
     const auto answer = [&](const char* high, const char* low) {
         answer_next([=](QDialog& dialog) {
@@ -98,9 +98,10 @@ TEST_F(ResultsWindow, BandIsTakenOnlyWhenItMakesSense) {
     expect_message("上限値: 「八十」は数値ではありません");
     answer("80", "");
     expect_message("下限値: 「」は数値ではありません");
-    answer("20", "20.5");
-    expect_message("下限値が上限値より大きくなっています");
     EXPECT_EQ(modes(window), "3 JikuryokuMenu");
+    answer("20", "20.5");
+    EXPECT_EQ(modes(window), "4 LevelMenu");
+    EXPECT_FLOAT_EQ(window.shown().upper, 20.0f);
     answer("８０", "20.5");
     EXPECT_EQ(modes(window), "4 LevelMenu");
     EXPECT_FLOAT_EQ(window.shown().upper, 80.0f);
