@@ -114,9 +114,8 @@ const std::string no_start = "Could not create process|";
 INSTANTIATE_TEST_SUITE_P(
     Solvers, BadRunTest,
     ::testing::Values(
-        BadRun{"no_program", "", -1, no_start},
-        BadRun{"no_results", "exit 0\n", 0, no_zlv}, BadRun{"fails", "exit 9\n", 0, no_zlv},
-        BadRun{"crashes", "kill -SEGV $$\n", 0, no_zlv},
+        BadRun{"no_program", "", -1, no_start}, BadRun{"no_results", "exit 0\n", 0, no_zlv},
+        BadRun{"fails", "exit 9\n", 0, no_zlv}, BadRun{"crashes", "kill -SEGV $$\n", 0, no_zlv},
         BadRun{"killed", "echo 1 > frameslv.zlv; kill -9 $$\n", 0,
                "ファイルframeslv.zlvの読み込みに失敗しました|"},
         BadRun{"half_a_listing", "echo 0 0 0 > frameslv.zlv; echo 3 1 3 200 > frameslv.lst\n", 0,
