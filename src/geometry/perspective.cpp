@@ -164,6 +164,9 @@ int draw_perspective(Canvas& canvas, DrawArea& area, const TrioColour& colour) {
         keep_lines(*records, wanted_key(), {}) < 0) {
         return -1;
     }
+    if (picture.lines.empty() && !records->empty() && !picture.preparing) {
+        return refuse("視点から見える部材がありません");
+    }
     const PlaneBounds& bounds = picture.bounds;
     get_world(area, bounds.xmin, bounds.ymin, bounds.xmax, bounds.ymax);
     const double crumb = crumb_pixels * (static_cast<double>(area.world.xmax) - area.world.xmin) /

@@ -34,7 +34,8 @@ std::span<const VisibleSegment> perspective_lines();
 // Draws TRIO.DAT from the shared viewpoint: visible segments, margin fit, TEMP.DAT, picture; every
 // line black, or in the colour told for its record. Prepares first what is not prepared. Crumbs of
 // less than half a pixel are left out, in TEMP.DAT as the fit shows them and in the picture as the
-// canvas is zoomed. 0, or -1 after a message of prepare_perspective or that of save_segment_file;
+// canvas is zoomed. 0, or -1 after a message of prepare_perspective, that of save_segment_file or,
+// when there are triangles and none is before the eye, "視点から見える部材がありません";
 // nothing is drawn then. Called while a preparation asks for its progress, it draws the lines last
 // kept, or nothing when the solids are not theirs.
 int draw_perspective(Canvas& canvas, DrawArea& area, const TrioColour& colour = {});

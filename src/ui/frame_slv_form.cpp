@@ -417,7 +417,12 @@ int TFrameSlvForm::prepare_solids(QWidget* parent) {
         status_->setText(solids.n_trio == 0 ? "選択した部材がないので、角丸表示は空です"
                                             : "角丸表示　引張は丸、圧縮は角");
     }
-    picture().update();
+    if (status == perspective_ready && solids.n_trio > 0 && perspective_lines().empty()) {
+        status_->setText("視点から見える部材がありません");
+        picture().update();
+    } else {
+        picture().paint_again();
+    }
     return status < 0 ? -1 : 0;
 }
 

@@ -119,7 +119,11 @@ void ModelWindow::show_viewpoint_model() {
 int ModelWindow::prepare_viewpoint(QWidget* parent) {
     const int status = prepare_perspective_shown(parent);
     tell_stopped(status == perspective_stopped);
-    picture().update();
+    if (perspective_lines().empty()) {
+        picture().update();
+    } else {
+        picture().paint_again();
+    }
     return status;
 }
 

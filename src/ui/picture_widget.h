@@ -32,6 +32,11 @@ class PictureWidget : public QWidget {
 
     // Sets what is painted (nothing leaves the widget white) and repaints.
     void set_picture(Picture picture);
+    // Paints anew, also a picture that had something to say.
+    void paint_again() {
+        failed_ = false;
+        update();
+    }
     // Sets what is painted over the finished picture and is no part of it: neither moved nor zoomed
     // with it, nor among its segments.
     void set_overlay(std::function<void(PainterCanvas& canvas)> overlay);

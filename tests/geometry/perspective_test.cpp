@@ -137,17 +137,16 @@ TEST_F(PerspectiveTest, CrumbsAreLeftOutAsTheScaleShowsThem) {
     EXPECT_EQ(left[1].record, 2) << "a whole edge is no crumb";
 }
 
-TEST_F(PerspectiveTest, NothingBeforeTheEyeLeavesAnEmptyPicture) {
+TEST_F(PerspectiveTest, NothingBeforeTheEyeIsTold) {
     add_member({9000, 0, 0}, {9100, 0, 0});
     ASSERT_EQ(build_trio_file(), 0);
     view.Theta = 0;
     view.Phi = 90;
     DrawArea area = area_of(400, 300);
     RecorderCanvas canvas;
-    ASSERT_EQ(draw_perspective(canvas, area), 0);
-    EXPECT_EQ(canvas.text, "pen 0 1 0\n");
-    ASSERT_TRUE(read_segment_file());
-    EXPECT_TRUE(read_segment_file()->segments.empty());
+    ASSERT_EQ(draw_perspective(canvas, area), -1);
+    EXPECT_EQ(take_messages(), std::vector<std::string>{"視点から見える部材がありません"});
+    EXPECT_EQ(canvas.text, "");
 }
 
 TEST_F(PerspectiveTest, PreviewBox) {

@@ -1,7 +1,10 @@
 #include "results/pick_member.h"
 
+#include "geometry/perspective.h"
 #include "results/displacement.h"
 #include "results/force_picture.h"
+#include "results/marukaku.h"
+#include "results/selection.h"
 #include "results_support.h"
 
 namespace kigumi::test {
@@ -39,7 +42,12 @@ TEST_F(PickMemberTest, FollowsTheShapesOfTheMode) {
     EXPECT_EQ(pick_member(shown, on_moved, 5.0f), 0);
     EXPECT_EQ(pick_member(shown, {0.0f, 150.0f}, 5.0f), 0);
     shown.mode = mode_solids;
-    EXPECT_EQ(pick_member(shown, {0.0f, 150.0f}, 5.0f), -1);
+    select_results(std::vector<int>{1});
+    ASSERT_EQ(make_marukaku(shown), 0);
+    ASSERT_EQ(prepare_perspective(), perspective_ready);
+    const Segment seen = perspective_lines().front().line;
+    EXPECT_EQ(pick_member(shown, {seen.X1, seen.Y1}, 1.0f), 1);
+    EXPECT_EQ(pick_member(shown, {9e6f, 0.0f}, 1.0f), -1);
 }
 
 } // namespace
