@@ -184,7 +184,7 @@ int save_file(const fs::path& path, std::string_view bytes, bool sync) {
         return -1;
     }
     errno = 0;
-    bool good = std::fwrite(bytes.data(), 1, bytes.size(), file) == bytes.size();
+    bool good = bytes.empty() || std::fwrite(bytes.data(), 1, bytes.size(), file) == bytes.size();
     good = std::fflush(file) == 0 && good;
     good = good && (in_place || !sync || sync_to_disk(file));
     int why = errno;

@@ -34,6 +34,8 @@ TEST_F(Files, SavedBytesReplaceTheOldFileWhole) {
     ASSERT_EQ(save_file(path, "a longer text than the next"), 0);
     ASSERT_EQ(save_file(path, bytes, false), 0);
     EXPECT_EQ(read_file(path), bytes);
+    ASSERT_EQ(save_file(path, {}), 0);
+    EXPECT_EQ(read_file(path), "");
     EXPECT_EQ(names(), std::vector<std::string>{"軸.jik"});
 }
 
