@@ -7,8 +7,9 @@ namespace frameslv {
 
 namespace {
 
+// All that parts words for those who read the results: a name that held one would be two there.
 bool is_blank(char c) {
-    return c == ' ' || c == '\t' || c == '\r';
+    return c == ' ' || (c >= '\t' && c <= '\r');
 }
 
 // from_chars takes no leading plus; a number may have one.
