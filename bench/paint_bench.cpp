@@ -12,8 +12,8 @@
 #include "geometry/solid.h"
 #include "model/lookup.h"
 #include "results/model_picture.h"
-#include "ui/frame_slv_form.h"
-#include "ui/picture_widget.h"
+#include "ui/picture/picture_widget.h"
+#include "ui/result/frame_slv_form.h"
 
 #include <benchmark/benchmark.h>
 

@@ -14,8 +14,8 @@
 #include "results/selection.h"
 #include "results/stroke_font.h"
 #include "ui/dialogs.h"
-#include "ui/legend_box.h"
-#include "ui/picture_file.h"
+#include "ui/picture/picture_file.h"
+#include "ui/result/legend_box.h"
 
 #include <algorithm>
 #include <numeric>

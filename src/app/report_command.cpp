@@ -11,9 +11,9 @@
 #include "results/force_picture.h"
 #include "results/result_search.h"
 #include "ui/dialogs.h"
-#include "ui/legend_box.h"
-#include "ui/painter_canvas.h"
-#include "ui/table_printer.h"
+#include "ui/picture/painter_canvas.h"
+#include "ui/picture/table_printer.h"
+#include "ui/result/legend_box.h"
 
 #include <QFontDatabase>
 

@@ -9,16 +9,16 @@
 #include "model/lookup.h"
 #include "model/roles.h"
 #include "trace/spy.h"
-#include "ui/analysis_run.h"
+#include "ui/data/sel_beam_form.h"
+#include "ui/data/sel_node_form.h"
 #include "ui/dialogs.h"
 #include "ui/document.h"
-#include "ui/frame_slv_form.h"
+#include "ui/frame/jiku_form.h"
+#include "ui/frame/kihon_unit_form.h"
 #include "ui/help_form.h"
-#include "ui/jiku_form.h"
-#include "ui/kihon_unit_form.h"
-#include "ui/sel_beam_form.h"
-#include "ui/sel_node_form.h"
-#include "ui/tegaki_form.h"
+#include "ui/result/analysis_run.h"
+#include "ui/result/frame_slv_form.h"
+#include "ui/sketch/tegaki_form.h"
 
 #include <QCloseEvent>
 #include <QGuiApplication>

@@ -3,8 +3,8 @@
 
 #include "results/model_picture.h"
 #include "ui/command_flags.h"
-#include "ui/node_picking.h"
-#include "ui/picture_window.h"
+#include "ui/data/node_picking.h"
+#include "ui/picture/picture_window.h"
 
 #include <vector>
 

@@ -3,7 +3,7 @@
 #include "analysis/solver_run.h"
 #include "player.h"
 #include "results_support.h"
-#include "ui/analysis_run.h"
+#include "ui/result/analysis_run.h"
 
 namespace kigumi::test {
 

@@ -1,11 +1,11 @@
 // The results window, driven on result files of its own.
-#include "ui/frame_slv_form.h"
+#include "ui/result/frame_slv_form.h"
 
 #include "geometry/solid.h"
 #include "player.h"
 #include "results/selection.h"
 #include "results_support.h"
-#include "ui/kekka_ichiran_form.h"
+#include "ui/result/kekka_ichiran_form.h"
 
 #include <QMessageBox>
 #include <QMouseEvent>

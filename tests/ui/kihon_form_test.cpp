@@ -1,6 +1,6 @@
 #include "model/model.h"
-#include "ui/kihon_form.h"
-#include "ui/yane_form.h"
+#include "ui/frame/kihon_form.h"
+#include "ui/frame/yane_form.h"
 #include "ui_support.h"
 
 namespace kigumi::test {

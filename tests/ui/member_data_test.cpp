@@ -2,9 +2,9 @@
 #include "analysis/solver_input.h"
 #include "model/lookup.h"
 #include "player.h"
-#include "ui/record_grid.h"
-#include "ui/section_forms.h"
-#include "ui/sel_beam_form.h"
+#include "ui/data/record_grid.h"
+#include "ui/data/section_forms.h"
+#include "ui/data/sel_beam_form.h"
 
 #include <QElapsedTimer>
 

@@ -1,8 +1,8 @@
 // The support and load window and its dialogs.
 #include "model/lookup.h"
 #include "model/roles.h"
-#include "ui/record_grid.h"
-#include "ui/sel_node_form.h"
+#include "ui/data/record_grid.h"
+#include "ui/data/sel_node_form.h"
 #include "ui_support.h"
 
 #include <QKeyEvent>

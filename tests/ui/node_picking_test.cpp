@@ -1,11 +1,11 @@
 // Picking supports and loads in the main window, and the node search window beside it.
-#include "ui/node_picking.h"
+#include "ui/data/node_picking.h"
 
 #include "model/lookup.h"
 #include "model/roles.h"
 #include "player.h"
+#include "ui/data/node_kensaku_form.h"
 #include "ui/main_form.h"
-#include "ui/node_kensaku_form.h"
 
 #include <QComboBox>
 #include <QMessageBox>

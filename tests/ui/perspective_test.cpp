@@ -3,8 +3,8 @@
 #include "generate/generate.h"
 #include "model/lookup.h"
 #include "player.h"
-#include "ui/jiku_form.h"
-#include "ui/perspective_progress.h"
+#include "ui/frame/jiku_form.h"
+#include "ui/picture/perspective_progress.h"
 
 #include <QKeyEvent>
 #include <QProgressDialog>

@@ -1,8 +1,8 @@
-#include "ui/picture_widget.h"
+#include "ui/picture/picture_widget.h"
 
 #include "base/message.h"
 #include "player.h"
-#include "ui/picture_file.h"
+#include "ui/picture/picture_file.h"
 
 #include <QMouseEvent>
 #include <QWheelEvent>

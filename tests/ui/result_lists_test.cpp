@@ -2,10 +2,10 @@
 #include "../results_support.h"
 #include "player.h"
 #include "results/selection.h"
-#include "ui/heni_ichiran_form.h"
-#include "ui/kekka_ichiran_form.h"
-#include "ui/kekka_kensaku_form.h"
-#include "ui/ouryoku_ichiran_form.h"
+#include "ui/result/heni_ichiran_form.h"
+#include "ui/result/kekka_ichiran_form.h"
+#include "ui/result/kekka_kensaku_form.h"
+#include "ui/result/ouryoku_ichiran_form.h"
 
 #include <QBuffer>
 #include <QComboBox>

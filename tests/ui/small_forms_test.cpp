@@ -1,9 +1,9 @@
 #include "geometry/projection.h"
 #include "ui/document.h"
-#include "ui/dxf_width_form.h"
-#include "ui/isome_form.h"
-#include "ui/view_form.h"
-#include "ui/zahyou_idou_form.h"
+#include "ui/frame/zahyou_idou_form.h"
+#include "ui/picture/dxf_width_form.h"
+#include "ui/picture/isome_form.h"
+#include "ui/picture/view_form.h"
 #include "ui_support.h"
 
 namespace kigumi::test {

@@ -1,13 +1,13 @@
 // The hand-drawn editor, driven with the mouse on its sheet.
-#include "ui/tegaki_form.h"
+#include "ui/sketch/tegaki_form.h"
 
 #include "files/tegaki.h"
 #include "model/lookup.h"
 #include "player.h"
-#include "ui/beam_form.h"
-#include "ui/isome_form.h"
-#include "ui/node_form.h"
-#include "ui/node_table_form.h"
+#include "ui/picture/isome_form.h"
+#include "ui/sketch/beam_form.h"
+#include "ui/sketch/node_form.h"
+#include "ui/sketch/node_table_form.h"
 
 #include <QClipboard>
 #include <QMessageBox>

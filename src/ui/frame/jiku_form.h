@@ -1,0 +1,11 @@
+// The axis-data view (軸データ入力).
+#pragma once
+
+#include "ui/frame/model_view.h"
+
+class TJikuForm : public kigumi::ModelWindow {
+    Q_OBJECT
+
+  public:
+    explicit TJikuForm(QWidget* parent);
+};

@@ -1,0 +1,111 @@
+#include "ui/frame/kihon_unit_form.h"
+
+#include "base/message.h"
+#include "files/jiku.h"
+#include "files/tegaki.h"
+#include "generate/generate.h"
+#include "geometry/solid.h"
+#include "model/lookup.h"
+#include "ui/dialogs.h"
+#include "ui/document.h"
+#include "ui/frame/kensaku_form.h"
+#include "ui/frame/kihon_form.h"
+#include "ui/frame/zahyou_idou_form.h"
+
+#include <QTimer>
+
+using namespace kigumi;
+
+namespace {
+
+const char* axis_filter = "軸データ保存(*.jik)|*.jik";
+
+} // namespace
+
+TKihonUnitForm::TKihonUnitForm(QWidget* parent) : ModelWindow(parent) {
+    setObjectName("KihonUnitForm");
+    setWindowTitle("QZ基本ユニット");
+    set_default_param();
+    QMenu* file = add_menu("FileMenu", "ファイル(&F)");
+    frame_items_ = {
+        add_item(
+            file, "JikuSaveMenu", "軸データ保存(&S)", [this] { save_axis_data(false); },
+            QKeySequence::Save),
+        add_item(file, "ZenDataMenu", "全データ変換(&A)", [this] { save_axis_data(true); }),
+        add_item(file, "KensakuDataMenu", "検索データ変換(&K)", [this] { save_selection(); }),
+        add_item(file, "DxfSaveMenu", "DXF保存(&D)", [this] { export_dxf(); }),
+        add_item(file, "Win3dSaveMenu", "Win3D保存(&W)",
+                 [this] { export_win3d("Win3Dデータ(*.DAT)|*.dat"); }),
+    };
+    file->addSeparator();
+    add_item(
+        file, "ModoruMenu", "戻る(&X)", [this] { close(); }, QKeySequence("Ctrl+W"));
+    add_view_menu(ModelMode::wire_nodes);
+    add_help_menu();
+    set_frame_exists(false);
+}
+
+void TKihonUnitForm::set_frame_exists(bool exists) {
+    for (QAction* item : frame_items_) {
+        item->setEnabled(exists);
+    }
+    set_views_enabled(exists);
+}
+
+void TKihonUnitForm::showEvent(QShowEvent* event) {
+    ModelWindow::showEvent(event);
+    if (!asked_) {
+        asked_ = true;
+        QTimer::singleShot(0, this, [this] { ask_basic_data(); });
+    }
+}
+
+void TKihonUnitForm::ask_basic_data() {
+    TKihonForm dialog(this);
+    if (dialog.exec() != QDialog::Accepted) {
+        close();
+        return;
+    }
+    generate();
+}
+
+void TKihonUnitForm::generate() {
+    const BusyCursor busy;
+    forget_old_node();
+    if (make_unit() < 0 || rebuild_tables() < 0) {
+        return;
+    }
+    document.set_generated();
+    // The frame is there and can be saved even where its solids cannot be (a folder without the
+    // right to write, say); the message has told so.
+    save_trio_file();
+    set_frame_exists(true);
+    show_mode(ModelMode::wire);
+}
+
+void TKihonUnitForm::save_axis_data(bool move) {
+    if (move) {
+        TZahyouIdouForm dialog(this);
+        if (dialog.exec() != QDialog::Accepted) {
+            return;
+        }
+    }
+    const fs::path path = ask_save_file(this, "軸データ保存", axis_filter, "jik");
+    if (path.empty()) {
+        return;
+    }
+    int status = 0;
+    {
+        const BusyCursor busy;
+        status = save_jiku_data(path, document.shift);
+    }
+    if (status == 0) {
+        document.set_saved(path);
+        show_message("軸ファイルを作製しました");
+    }
+}
+
+void TKihonUnitForm::save_selection() {
+    TKensakuForm search(this);
+    search.exec();
+}

@@ -1,0 +1,146 @@
+#include "ui/frame/model_view.h"
+
+#include "base/message.h"
+#include "geometry/axis_picture.h"
+#include "geometry/perspective.h"
+#include "geometry/solid.h"
+#include "ui/dialogs.h"
+#include "ui/picture/isome_form.h"
+#include "ui/picture/perspective_progress.h"
+#include "ui/picture/view_form.h"
+
+#include <QStatusBar>
+
+namespace kigumi {
+
+namespace {
+
+void paint_model(ModelMode mode, Canvas& canvas, DrawArea& area) {
+    switch (mode) {
+    case ModelMode::wire_nodes:
+        draw_wire(canvas, area, true);
+        break;
+    case ModelMode::wire:
+        draw_wire(canvas, area, false);
+        break;
+    case ModelMode::axis:
+        draw_axis_model(canvas, area);
+        break;
+    case ModelMode::perspective:
+        draw_perspective(canvas, area);
+        break;
+    case ModelMode::nothing:
+        break;
+    }
+}
+
+} // namespace
+
+ModelWindow::ModelWindow(QWidget* parent, PictureWidget* picture) : PictureWindow(parent, picture) {
+    view.TAU = view.FAI = 30.0f;
+}
+
+void ModelWindow::show_mode(ModelMode mode) {
+    mode_ = mode;
+    picture().fit();
+    picture().set_picture(
+        [mode](Canvas& canvas, DrawArea& area) { paint_model(mode, canvas, area); });
+    if (mode != ModelMode::perspective) {
+        tell_stopped(false);
+    }
+}
+
+void ModelWindow::add_view_menu(ModelMode marked) {
+    QMenu* menu = add_menu("HyoujiMenu", "表示(&V)");
+    view_items_.push_back(add_item(menu, "WireNodeMenu", "節点付ワイヤモデル(&N)",
+                                   [this, marked] { turn_parallel(marked); }));
+    view_items_.push_back(add_item(menu, "WireMenu", "節点なしワイヤモデル(&W)",
+                                   [this] { turn_parallel(ModelMode::wire); }));
+    view_items_.push_back(
+        add_item(menu, "JikuModelMenu", "軸モデル(&J)", [this] { show_axis_model(); }));
+    viewpoint_item_ =
+        add_item(menu, "SitenModelMenu", "視点座標モデル(&S)", [this] { show_viewpoint_model(); });
+    view_items_.push_back(viewpoint_item_);
+    menu->addSeparator();
+    add_joint_item(menu, [this] { follow_joints(); });
+    add_fit_item(menu);
+}
+
+void ModelWindow::set_views_enabled(bool enabled) {
+    for (QAction* item : view_items_) {
+        item->setEnabled(enabled);
+    }
+}
+
+void ModelWindow::turn_parallel(ModelMode mode) {
+    view.TAU = view.FAI = 30.0f;
+    view.perspective = 0;
+    show_mode(mode);
+    TIsomeForm angles(this);
+    connect(&angles, &TIsomeForm::changed, &picture(), qOverload<>(&QWidget::update));
+    angles.exec();
+}
+
+int ModelWindow::rebuild_solids() {
+    const BusyCursor busy;
+    DrawArea area;
+    area.xScreen = picture().width();
+    area.yScreen = picture().height();
+    return build_trio_file() < 0 ? -1 : get_jiku_world(area);
+}
+
+void ModelWindow::show_axis_model() {
+    view.TAU = view.FAI = 30.0f;
+    if (rebuild_solids() < 0) {
+        show_message("get_jiku failed at jikuire()");
+        return;
+    }
+    if (viewpoint_item_ != nullptr) {
+        viewpoint_item_->setEnabled(true);
+    }
+    turn_parallel(ModelMode::axis);
+}
+
+void ModelWindow::show_viewpoint_model() {
+    if (rebuild_solids() < 0) {
+        show_message("get_jiku failed at jikuire()");
+        return;
+    }
+    if (prepare_viewpoint(this) < 0) {
+        return;
+    }
+    show_mode(ModelMode::perspective);
+    TViewForm viewpoint(this);
+    connect(&viewpoint, &TViewForm::stored, this, [&] { prepare_viewpoint(&viewpoint); });
+    viewpoint.exec();
+    prepare_viewpoint(this);
+}
+
+int ModelWindow::prepare_viewpoint(QWidget* parent) {
+    const int status = prepare_perspective_shown(parent);
+    tell_stopped(status == perspective_stopped);
+    if (perspective_lines().empty()) {
+        picture().update();
+    } else {
+        picture().paint_again();
+    }
+    return status;
+}
+
+void ModelWindow::follow_joints() {
+    if (mode_ == ModelMode::perspective) {
+        prepare_viewpoint(this);
+    }
+}
+
+void ModelWindow::tell_stopped(bool stopped) {
+    if (stopped && !told_stopped_) {
+        message_before_ = statusBar()->currentMessage();
+        statusBar()->showMessage(hidden_lines_stopped);
+    } else if (!stopped && told_stopped_) {
+        statusBar()->showMessage(message_before_);
+    }
+    told_stopped_ = stopped;
+}
+
+} // namespace kigumi

@@ -1,0 +1,60 @@
+#include "ui/result/analysis_run.h"
+
+#include "analysis/solver_run.h"
+#include "base/message.h"
+#include "ui/dialogs.h"
+#include "ui/result/kaiseki_form.h"
+
+#include <QWidget>
+
+namespace kigumi {
+
+namespace {
+
+// Minimises a window as long as it lives.
+class Minimised {
+  public:
+    explicit Minimised(QWidget& window) : window_(window), before_(window.windowState()) {
+        window_.showMinimized();
+    }
+    ~Minimised() {
+        window_.setWindowState(before_ & ~Qt::WindowMinimized);
+        window_.show();
+        window_.raise();
+        window_.activateWindow();
+    }
+    Minimised(const Minimised&) = delete;
+    Minimised& operator=(const Minimised&) = delete;
+
+  private:
+    QWidget& window_;
+    Qt::WindowStates before_;
+};
+
+QString solver_words(const fs::path& solver) {
+    const QString name = qt_path(solver.filename());
+    return is_own_solver(solver) ? "作業フォルダの " + name : "同梱の " + name;
+}
+
+int run_behind_window(QWidget& main_window, SolverOutcome& outcome) {
+    const Minimised minimised(main_window);
+    TKaisekiForm window(solver_words(find_solver()));
+    return run_solver(outcome, [&window] { return window.keep_waiting(); });
+}
+
+} // namespace
+
+bool run_analysis(QWidget& main_window) {
+    SolverOutcome outcome;
+    if (!can_analyse() || run_behind_window(main_window, outcome) < 0) {
+        return false;
+    }
+    if (outcome.stopped) {
+        show_message("解析を中止しました");
+        return false;
+    }
+    show_solver_time(outcome);
+    return true;
+}
+
+} // namespace kigumi

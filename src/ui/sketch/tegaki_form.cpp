@@ -1,0 +1,319 @@
+#include "ui/sketch/tegaki_form.h"
+
+#include "files/tegaki.h"
+#include "geometry/solid.h"
+#include "model/lookup.h"
+#include "ui/document.h"
+#include "ui/sketch/beam_form.h"
+#include "ui/sketch/node_form.h"
+#include "ui/sketch/node_table_form.h"
+
+#include <QActionGroup>
+#include <QCloseEvent>
+#include <QLabel>
+#include <QStatusBar>
+
+using namespace kigumi;
+
+namespace {
+
+struct ModeItem {
+    SheetMode mode;
+    const char* name;
+    const char* caption;
+    const char* key;
+    const char* hint;
+};
+constexpr ModeItem mode_items[] = {
+    {SheetMode::draw, "BuzaiShiteiMenu", "部材指定(&B)", "Ctrl+1",
+     "部材指定: 部材の両端を順にクリックします"},
+    {SheetMode::remove, "BuzaiSakujyoMenu", "部材削除(&D)", "Ctrl+2",
+     "部材削除: 消す部材を横切るようにドラッグします"},
+    {SheetMode::node_data, "SetutenDataMenu", "節点データ(&S)", "Ctrl+3",
+     "節点データ: 座標を入れる節点をクリックします"},
+    {SheetMode::beam_data, "BuzaiDataMenu", "部材データ(&P)", "Ctrl+4",
+     "部材データ: 断面を入れる部材を横切るようにドラッグします"},
+};
+
+QString node_words(const Node& node) {
+    const QString place = QString("(%1, %2, %3)").arg(node.x).arg(node.y).arg(node.z);
+    return QString("節点 %1 %2").arg(node.no).arg(is_missing(node) ? "座標未入力" : place);
+}
+
+QString beam_words(const Beam& beam) {
+    const QString section = QString("%1×%2").arg(beam.haba).arg(beam.atumi);
+    return QString("部材 %1（%2－%3）%4")
+        .arg(beam.no)
+        .arg(beam.noi)
+        .arg(beam.noj)
+        .arg(is_missing(beam) ? "断面未入力" : section);
+}
+
+} // namespace
+
+TTegakiForm::TTegakiForm(QWidget* parent) : ModelWindow(parent, new SheetWidget) {
+    setObjectName("TegakiForm");
+    sheet_ = static_cast<SheetWidget*>(&picture());
+    autosave_ = new TegakiAutosave(this, [this](const fs::path& path) { return write_copy(path); });
+    add_file_menu();
+    add_edit_menu();
+    add_mode_menu();
+    add_shown_menu();
+    add_help_menu();
+    add_status();
+    connect(sheet_, &SheetWidget::acted, this, &TTegakiForm::take);
+    connect(sheet_, &SheetWidget::pointed, this, &TTegakiForm::show_pointer);
+    connect(autosave_, &TegakiAutosave::failed, this, [this](const QString& why) {
+        statusBar()->showMessage(QString("自動保存できません: %1").arg(why));
+    });
+    if (model.N_Node == 0) {
+        document.set_empty();
+        const fs::path copy = find_autosave();
+        if (!copy.empty()) {
+            QTimer::singleShot(0, this, [this, copy] { offer_restoring(copy); });
+        }
+    }
+    start_read_sketch(!document.changed);
+}
+
+void TTegakiForm::add_edit_menu() {
+    QMenu* menu = add_menu("HensyuMenu", "編集(&E)");
+    undo_ = add_item(
+        menu, "UndoMenu", "元に戻す(&U)", [this] { undo(); }, QKeySequence("Ctrl+Z"));
+    redo_ = add_item(
+        menu, "RedoMenu", "やり直し(&R)", [this] { redo(); }, QKeySequence("Ctrl+Y"));
+    add_item(
+        menu, "ChushiMenu", "描きかけの部材をやめる(&C)", [this] { sheet_->give_up(); },
+        QKeySequence(Qt::Key_Escape));
+    menu->addSeparator();
+    with_members_.push_back(add_item(
+        menu, "SetutenHyouMenu", "節点座標の表(&T)...", [this] { edit_all_nodes(); },
+        QKeySequence("Ctrl+T")));
+}
+
+void TTegakiForm::add_mode_menu() {
+    QMenu* menu = add_menu("ModeMenu", "データ指定(&D)");
+    auto* group = new QActionGroup(this);
+    for (const ModeItem& item : mode_items) {
+        QAction* action = add_item(
+            menu, item.name, item.caption, [this, mode = item.mode] { set_mode(mode); },
+            QKeySequence(item.key));
+        action->setCheckable(true);
+        group->addAction(action);
+        modes_[item.mode] = action;
+    }
+}
+
+QAction* TTegakiForm::add_toggle(QMenu* menu, const char* name, const QString& caption, bool on,
+                                 void (SheetWidget::*set)(bool)) {
+    QAction* action = add_item(menu, name, caption, [] {});
+    action->setCheckable(true);
+    action->setChecked(on);
+    connect(action, &QAction::toggled, sheet_, set);
+    return action;
+}
+
+void TTegakiForm::add_shown_menu() {
+    QMenu* menu = add_menu("HyoujiMenu", "表示(&V)");
+    wire_ = add_item(menu, "WireMenu", "ワイヤモデル(&W)", [this] { view_model(ModelMode::wire); });
+    when_complete_.push_back(
+        add_item(menu, "JikuMenu", "軸モデル(&J)", [this] { view_model(ModelMode::axis); }));
+    when_complete_.push_back(add_item(menu, "ShitenMenu", "視点座標モデル(&S)",
+                                      [this] { view_model(ModelMode::perspective); }));
+    add_item(
+        menu, "TegakiModosuMenu", "手書に戻す(&T)", [this] { set_mode(SheetMode::draw); },
+        QKeySequence("Ctrl+B"));
+    menu->addSeparator();
+    add_joint_item(menu, [this] { follow_joints(); });
+    add_toggle(menu, "KousiMenu", "格子(&G)", false, &SheetWidget::set_grid);
+    add_toggle(menu, "SetutenBangouMenu", "節点番号(&N)", true, &SheetWidget::set_node_numbers);
+    add_toggle(menu, "BuzaiBangouMenu", "部材番号(&B)", false, &SheetWidget::set_beam_numbers);
+    menu->addSeparator();
+    add_item(
+        menu, "ZentaiMenu", "全体表示(&F)", [this] { sheet_->show_whole(); },
+        QKeySequence("Ctrl+0"));
+}
+
+void TTegakiForm::add_status() {
+    const auto add = [this](const char* name) {
+        auto* label = new QLabel;
+        label->setObjectName(name);
+        label->setMargin(fontMetrics().horizontalAdvance(' '));
+        statusBar()->addPermanentWidget(label);
+        return label;
+    };
+    mode_label_ = new QLabel;
+    mode_label_->setObjectName("ModeLabel");
+    statusBar()->addWidget(mode_label_);
+    pointer_label_ = add("PointerLabel");
+    position_label_ = add("PositionLabel");
+    missing_label_ = add("MissingLabel");
+    file_label_ = add("FileLabel");
+}
+
+void TTegakiForm::set_mode(SheetMode mode) {
+    back_to_sheet();
+    sheet_->set_mode(mode);
+    show_state();
+}
+
+void TTegakiForm::take(SheetOutcome outcome) {
+    if (outcome.event == SheetEvent::ask_node) {
+        edit_node(outcome.at);
+        sheet_->sheet().clear_marks();
+    } else if (outcome.event == SheetEvent::ask_beam) {
+        edit_beam(outcome.at);
+    }
+    if (sheet_->sheet().is_half_drawn()) {
+        show_state();
+    } else {
+        finish_command();
+    }
+}
+
+void TTegakiForm::edit_node(int node) {
+    TNodeForm form(node, this);
+    if (form.exec() == QDialog::Accepted) {
+        finish_node_data();
+    }
+}
+
+void TTegakiForm::edit_beam(int beam) {
+    TBeamForm form(beam, this);
+    const int answer = form.exec();
+    if (answer == TBeamForm::set_for_all) {
+        set_all_beam_section(model.beam[beam].haba, model.beam[beam].atumi);
+    } else if (answer == TBeamForm::set_one) {
+        model.beam[beam].flag = 2;
+    } else {
+        return;
+    }
+    if (check_all_beam() == 1) {
+        build_trio_file();
+    }
+    finish_command();
+}
+
+void TTegakiForm::edit_all_nodes() {
+    back_to_sheet();
+    sheet_->give_up();
+    TNodeTableForm form(this);
+    connect(&form, &TNodeTableForm::edited, this, &TTegakiForm::finish_node_data);
+    connect(&form, &TNodeTableForm::chosen, sheet_, &SheetWidget::set_current_node);
+    connect(&form, &TNodeTableForm::undo_wanted, this, [&] {
+        undo();
+        form.refill();
+    });
+    connect(&form, &TNodeTableForm::redo_wanted, this, [&] {
+        redo();
+        form.refill();
+    });
+    form.exec();
+    sheet_->set_current_node(-1);
+}
+
+void TTegakiForm::finish_node_data() {
+    // Names every node once all are known.
+    check_all_node();
+    finish_command();
+}
+
+void TTegakiForm::finish_command() {
+    save_old_node();
+    if (history_.commit()) {
+        autosave_->note_change();
+    }
+    document.changed = !history_.is_saved();
+    show_state();
+}
+
+void TTegakiForm::undo() {
+    back_to_sheet();
+    if (sheet_->give_up()) {
+        return;
+    }
+    history_.undo();
+    autosave_->note_change();
+    sheet_->sheet().clear_marks();
+    finish_command();
+}
+
+void TTegakiForm::redo() {
+    back_to_sheet();
+    sheet_->give_up();
+    history_.redo();
+    autosave_->note_change();
+    sheet_->sheet().clear_marks();
+    finish_command();
+}
+
+void TTegakiForm::view_model(ModelMode mode) {
+    back_to_sheet();
+    sheet_->leave_sheet();
+    save_old_node();
+    view.TAU = view.FAI = 30.0f;
+    mode_label_->setText("手書に戻す（Ctrl+B）で図面に戻ります");
+    if (mode == ModelMode::axis) {
+        show_axis_model();
+    } else if (mode == ModelMode::perspective) {
+        show_viewpoint_model();
+    } else {
+        turn_parallel(mode);
+    }
+    if (this->mode() == ModelMode::nothing) {
+        back_to_sheet(); // the solids could not be built
+    }
+    show_state();
+}
+
+void TTegakiForm::back_to_sheet() {
+    if (sheet_->shows_sheet()) {
+        return;
+    }
+    show_mode(ModelMode::nothing);
+    statusBar()->clearMessage();
+    load_old_node();
+    sheet_->show_sheet();
+}
+
+void TTegakiForm::show_state() {
+    const bool members = model.N_Beam > 0;
+    for (QAction* action : with_members_) {
+        action->setEnabled(members);
+    }
+    const bool known = all_nodes_known();
+    wire_->setEnabled(known);
+    for (QAction* action : when_complete_) {
+        action->setEnabled(known && check_all_beam() == 1);
+    }
+    undo_->setEnabled(history_.can_undo() || sheet_->sheet().is_half_drawn());
+    redo_->setEnabled(history_.can_redo());
+    const SheetMode mode = sheet_->sheet().mode();
+    modes_[mode]->setChecked(true);
+    if (sheet_->shows_sheet()) {
+        const bool half = sheet_->sheet().is_half_drawn();
+        mode_label_->setText(half ? QString("部材指定: 終わりの端をクリックします（Esc でやめる）")
+                                  : QString(mode_items[static_cast<int>(mode)].hint));
+    }
+    missing_label_->setText(model.N_Node > 0 ? sketch_summary() : QString("何も描かれていません"));
+    setWindowTitle("手書");
+    file_label_->setText(document_name() + (document.changed ? "*" : ""));
+    show_pointer();
+    sheet_->update();
+}
+
+void TTegakiForm::show_pointer() {
+    constexpr float reach = 5.0f; // sheet units from a member
+    const std::optional<SheetPoint> at = sheet_->pointer();
+    QString words;
+    if (at) {
+        const int node = search_2dim_node(at->X, at->Y);
+        const int beam = node < 0 ? search_near_beam(at->X, at->Y, reach) : -1;
+        words = node >= 0   ? node_words(model.node[node])
+                : beam >= 0 ? beam_words(model.beam[beam])
+                            : QString();
+    }
+    pointer_label_->setText(words);
+    position_label_->setText(at ? QString("X %1  Y %2").arg(at->X, 0, 'f', 1).arg(at->Y, 0, 'f', 1)
+                                : QString());
+}

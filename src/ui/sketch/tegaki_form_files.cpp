@@ -1,0 +1,209 @@
+// The hand-drawn editor's files: new, read, save, leave, and what a crash left.
+#include "base/message.h"
+#include "files/tegaki.h"
+#include "geometry/solid.h"
+#include "model/lookup.h"
+#include "ui/dialogs.h"
+#include "ui/document.h"
+#include "ui/sketch/tegaki_form.h"
+
+#include <QCloseEvent>
+#include <QDateTime>
+#include <QFileInfo>
+#include <QStatusBar>
+
+using namespace kigumi;
+
+namespace {
+
+constexpr const char* sketch_filter = "手書データ(*.TGK)|*.tgk";
+
+} // namespace
+
+void TTegakiForm::add_file_menu() {
+    QMenu* menu = add_menu("FileMenu", "ファイル(&F)");
+    add_item(
+        menu, "SinkiMenu", "新規データ(&N)", [this] { new_sketch(); }, QKeySequence::New);
+    add_item(
+        menu, "TegakiReadMenu", "手書データ読込(&O)", [this] { read_sketch(); },
+        QKeySequence::Open);
+    with_members_.push_back(add_item(
+        menu, "TegakiSaveMenu", "手書データ保存(&S)", [this] { save_sketch(); },
+        QKeySequence::Save));
+    menu->addSeparator();
+    with_members_.push_back(add_item(menu, "DxfMenu", "DXF保存(&D)", [this] { export_dxf(); }));
+    with_members_.push_back(
+        add_item(menu, "Win3DMenu", "Win3D保存(&W)", [this] { export_solids(); }));
+    menu->addSeparator();
+    add_item(
+        menu, "ModoruMenu", "戻る(&X)", [this] { close(); }, QKeySequence("Ctrl+W"));
+}
+
+bool TTegakiForm::may_lose(const QString& consequence) {
+    sheet_->give_up();
+    if (model.N_Node == 0 || model.N_Beam == 0 || history_.is_saved()) {
+        return true;
+    }
+    switch (ask_unsaved(this, "描いた骨組はまだ保存されていません。" + consequence,
+                        "このデータを保存する", "このデータを保存しない", "編集を続ける")) {
+    case UnsavedAnswer::save:
+        return save_sketch();
+    case UnsavedAnswer::discard:
+        return true;
+    case UnsavedAnswer::cancel:
+        break;
+    }
+    return false;
+}
+
+bool TTegakiForm::may_leave() {
+    const SketchCount count = count_sketch();
+    if (count.beams == 0 || count.is_finished()) {
+        return may_lose({});
+    }
+    const QString missing = QString("\n未入力のデータがあります（%1）。").arg(sketch_summary());
+    if (count.missing_beams > 0) {
+        return may_lose(missing + "\nこのまま戻ると、解析には進めません。");
+    }
+    // The main window takes a sketch whose members are finished.
+    const QString taken = missing + "\nこのまま戻ると、座標のない節点は (-1, -1, -1) として"
+                                    "扱われ、正しい骨組になりません。";
+    return may_lose(taken);
+}
+
+void TTegakiForm::new_sketch() {
+    if (!may_lose({})) {
+        return;
+    }
+    autosave_->remove();
+    reset_model();
+    reset_solids();
+    clear_points();
+    forget_old_node();
+    document.set_empty();
+    start_read_sketch(true);
+}
+
+void TTegakiForm::read_sketch() {
+    if (!may_lose({})) {
+        return;
+    }
+    const fs::path path = ask_open_file(this, "手書データ読込", sketch_filter);
+    if (path.empty()) {
+        return;
+    }
+    const fs::path copy = autosave_path(path);
+    load_sketch(path);
+    if (fs::exists(copy) && document.file == path) {
+        offer_restoring(copy);
+    }
+}
+
+void TTegakiForm::load_sketch(const fs::path& path) {
+    // The sheet's places come with the file; those of a view do not matter any more.
+    const BusyCursor busy;
+    if (load_tegaki_data(path) < 0) {
+        return;
+    }
+    autosave_->remove();
+    document.set_empty();
+    document.set_read(path);
+    start_read_sketch(true);
+}
+
+void TTegakiForm::restore_copy(const fs::path& copy) {
+    const BusyCursor busy;
+    if (load_tegaki_data(copy) < 0) {
+        return;
+    }
+    document.set_empty();
+    document.set_read(autosaved_file(copy));
+    document.changed = true;
+    autosave_->adopt(copy);
+    start_read_sketch(false);
+}
+
+void TTegakiForm::start_read_sketch(bool saved) {
+    view.TAU = view.FAI = 30.0f;
+    if (check_all_beam() == 1 && build_trio_file() < 0) {
+        show_message("get_jiku() failed at tegaki()");
+    }
+    load_old_node();
+    sheet_->sheet().set_mode(SheetMode::draw);
+    show_mode(ModelMode::nothing);
+    statusBar()->clearMessage();
+    sheet_->show_sheet();
+    history_.start(saved);
+    document.changed = !saved;
+    show_state();
+}
+
+bool TTegakiForm::save_sketch() {
+    sheet_->give_up();
+    const fs::path path =
+        ask_save_file(this, "手書データ保存", sketch_filter, "tgk", document.file);
+    if (path.empty() || save_tegaki_data(path) < 0) {
+        return false;
+    }
+    autosave_->remove();
+    history_.mark_saved();
+    document.set_saved(path);
+    constexpr int shown_for = 5000; // ms
+    statusBar()->showMessage(QString("%1 に保存しました").arg(qt_path(path.filename())), shown_for);
+    show_state();
+    return true;
+}
+
+int TTegakiForm::write_copy(const fs::path& path) {
+    // A node of a half-drawn member is not part of the sketch yet.
+    const int loose = sheet_->sheet().has_loose_node() ? 1 : 0;
+    model.N_Node -= loose;
+    const int status = save_tegaki_data(path);
+    model.N_Node += loose;
+    return status;
+}
+
+void TTegakiForm::offer_restoring(const fs::path& copy) {
+    const QDateTime time = QFileInfo(qt_path(copy)).lastModified();
+    const QString text = QString("前回、保存されずに終わった手書データがあります（%1、%2）。\n"
+                                 "復元しますか?")
+                             .arg(qt_path(copy.filename()), time.toString("yyyy/MM/dd HH:mm"));
+    switch (ask_unsaved(this, text, "復元する", "捨てる", "あとで決める")) {
+    case UnsavedAnswer::save:
+        restore_copy(copy);
+        break;
+    case UnsavedAnswer::discard: {
+        std::error_code ignored;
+        fs::remove(copy, ignored);
+        break;
+    }
+    case UnsavedAnswer::cancel:
+        break;
+    }
+}
+
+void TTegakiForm::export_solids() {
+    if (!all_nodes_known() || check_all_beam() < 0) {
+        show_message("Win3D保存には、すべての節点と部材のデータが必要です（" +
+                     sketch_summary().toStdString() + "）");
+        return;
+    }
+    clear_points();
+    if (build_trio_file() == 0) {
+        export_win3d("Win3Dデータ保存(*.dat)|*.dat");
+    }
+}
+
+void TTegakiForm::closeEvent(QCloseEvent* event) {
+    if (!may_leave()) {
+        event->ignore();
+        return;
+    }
+    autosave_->remove();
+    back_to_sheet();
+    view.TAU = view.FAI = 30.0f;
+    if (model.N_Beam == 0) {
+        document.set_empty();
+    }
+    PictureWindow::closeEvent(event);
+}
