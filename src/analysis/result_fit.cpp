@@ -1,7 +1,5 @@
 #include "analysis/result_fit.h"
 
-#include "analysis/result.h"
-
 #include <algorithm>
 #include <cmath>
 #include <set>
@@ -28,18 +26,17 @@ bool is_at_its_node(const Setuten& found) {
     return is_near(found.x, node.x) && is_near(found.y, node.y) && is_near(found.z, node.z);
 }
 
-bool nodes_fit() {
-    const auto end = result.setuten.begin() + result.N_Setuten;
+bool nodes_fit(const Listing& listing, const std::vector<Disp>& disp) {
     std::set<int> listed;
     std::set<int> moved;
-    for (auto node = result.setuten.begin(); node != end; ++node) {
-        listed.insert(node->OldNo);
+    for (const Setuten& node : listing.setuten) {
+        listed.insert(node.OldNo);
     }
-    for (int i = 0; i < result.N_Setuten; ++i) {
-        moved.insert(result.disp[i].old_no);
+    for (const Disp& node : disp) {
+        moved.insert(node.old_no);
     }
-    return static_cast<int>(listed.size()) == result.N_Setuten && listed == moved &&
-           std::all_of(result.setuten.begin(), end, is_at_its_node);
+    return listed.size() == listing.setuten.size() && listed == moved &&
+           std::all_of(listing.setuten.begin(), listing.setuten.end(), is_at_its_node);
 }
 
 using Ends = std::pair<int, int>;
@@ -48,11 +45,11 @@ Ends ends_of(int a, int b) {
     return {std::min(a, b), std::max(a, b)};
 }
 
-bool members_fit() {
+bool members_fit(const Listing& listing) {
     std::vector<Ends> found;
     std::vector<Ends> expected;
-    for (int i = 0; i < result.N_Stress; ++i) {
-        found.push_back(ends_of(result.stress[i].old_noi, result.stress[i].old_noj));
+    for (const Stress& member : listing.stress) {
+        found.push_back(ends_of(member.old_noi, member.old_noj));
     }
     for (int i = 0; i < model.N_Beam; ++i) {
         expected.push_back(ends_of(model.beam[i].noi, model.beam[i].noj));
@@ -64,8 +61,8 @@ bool members_fit() {
 
 } // namespace
 
-bool results_fit_model() {
-    return nodes_fit() && members_fit();
+bool results_fit_model(const Listing& listing, const std::vector<Disp>& disp) {
+    return nodes_fit(listing, disp) && members_fit(listing);
 }
 
 } // namespace kigumi

@@ -1,6 +1,6 @@
 #include "analysis/solver_run.h"
 
-#include "analysis/result.h"
+#include "analysis/result_fit.h"
 #include "analysis/result_reader.h"
 #include "analysis/solver_input.h"
 #include "base/files_platform.h"
@@ -176,6 +176,7 @@ int run_solver(SolverOutcome& outcome, const KeepWaiting& keep_waiting) {
     if (!solver.empty()) {
         const EarlierResults earlier;
         if (!remove_results()) {
+            earlier.put_back();
             return -1;
         }
         outcome.status = solver_seams.start(solver, work_dir(), asked);
@@ -208,7 +209,7 @@ void show_solver_time(const SolverOutcome& outcome) {
     show_message(text_format("解析計算を終了しまし %7.2f sec", outcome.seconds));
 }
 
-int FrameSlv() {
+int FrameSlv(ResultsOf whose) {
     spy("Enter FrameSlv()");
     Levels levels;
     Listing listing;
@@ -232,6 +233,9 @@ int FrameSlv() {
     };
     if (read_result_file("frameslv.dsp", parse_disp) < 0) {
         return -1;
+    }
+    if (whose == ResultsOf::this_model && !results_fit_model(listing, disp)) {
+        return refuse("計算結果がこの骨組のものではありません");
     }
     store_levels(levels);
     store_listing(listing);

@@ -40,9 +40,8 @@ bool can_analyse();
 // 0 (a run that was stopped leaves no result files), or -1 after a message: that of save_honegumi
 // when the input could not be written (the solver would work on an old one),
 // "前の解析結果%sを消せません" when a file of an earlier run could be taken for one of this run,
-// "Could not create process" when there is no solver or it does not start, and what an earlier run
-// left is back then. The exit status decides
-// nothing here.
+// "Could not create process" when there is no solver or it does not start; in both of these what an
+// earlier run left is back. The exit status decides nothing here.
 int run_solver(SolverOutcome& outcome, const KeepWaiting& keep_waiting = {});
 
 // What the solver of the last run said of its failure (first line of frameslv.err, UTF-8); empty
@@ -52,12 +51,16 @@ std::string solver_complaint();
 // Shows "解析計算を終了しまし %7.2f sec".
 void show_solver_time(const SolverOutcome& outcome);
 
+// Whose results a reading takes: those of any frame that was ever solved, or only those that fit
+// the model, as after a run on it.
+enum class ResultsOf { any_frame, this_model };
+
 // Reads frameslv.zlv, frameslv.lst and frameslv.dsp of the working directory into `result` and the
 // level tables of `model`; the selection (kensaku) is emptied. 0, or -1 after a message, with the
 // solver's complaint as its reason (file_error) where a file is missing, and both counts of nodes
-// where those of the last two files differ; all tables are then as
-// before.
-int FrameSlv();
+// where those of the last two files differ; all tables are then as before. Results that do not fit
+// where they should are refused with "計算結果がこの骨組のものではありません".
+int FrameSlv(ResultsOf whose = ResultsOf::any_frame);
 
 // Copies frameslv.lst and, directly behind it, frameslv.dsp of the working directory into one file
 // (解析結果保存, .out). 0 after "解析結果を保存しました"; -1 after a message, an old file is then

@@ -73,7 +73,7 @@ int solve_model(double& seconds) {
         return refuse(told ? already_told
                            : text_format("解析に失敗しました（終了コード %d）", outcome.status));
     }
-    return FrameSlv();
+    return FrameSlv(ResultsOf::this_model);
 }
 
 } // namespace

@@ -1,7 +1,6 @@
 #include "ui/main_form.h"
 
 #include "analysis/solver_input.h"
-#include "analysis/solver_run.h"
 #include "base/message.h"
 #include "files/jiku.h"
 #include "files/tegaki.h"
@@ -81,8 +80,8 @@ void TMainForm::add_file_menu() {
         file, "KaisekiMenu", "構造解析実施(&A)", [this] { analyse(); }, QKeySequence(Qt::Key_F5));
     QAction* keep =
         add_item(file, "KekkaHozonMenu", "解析結果保存(&R)", [this] { save_result_files(); });
-    QAction* last =
-        add_item(file, "SaigoKaisekiMenu", "最後の解析結果(&L)", [this] { show_results(); });
+    QAction* last = add_item(file, "SaigoKaisekiMenu", "最後の解析結果(&L)",
+                             [this] { show_results(ResultsOf::any_frame); });
     file->addSeparator();
     QAction* exit = add_item(
         file, "ExitMenu", "終了(&X)", [this] { close(); }, QKeySequence("Ctrl+Q"));
@@ -310,12 +309,12 @@ void TMainForm::save_result_files() {
 void TMainForm::analyse() {
     picking_->stop();
     if (run_analysis(*this)) {
-        show_results();
+        show_results(ResultsOf::this_model);
     }
 }
 
-void TMainForm::show_results() {
-    TFrameSlvForm window(this);
+void TMainForm::show_results(ResultsOf whose) {
+    TFrameSlvForm window(this, whose);
     window.run_modal();
     view.TAU = view.FAI = 30.0f;
     state_.results = true;

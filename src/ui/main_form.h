@@ -1,6 +1,7 @@
 // The main window: the menu, the model's picture, and the order of the work.
 #pragma once
 
+#include "analysis/solver_run.h"
 #include "results/model_picture.h"
 #include "ui/command_flags.h"
 #include "ui/data/node_picking.h"
@@ -38,7 +39,7 @@ class TMainForm : public kigumi::PictureWindow {
     void support_and_load_data();
     void save_result_files();
     void analyse();
-    void show_results();
+    void show_results(kigumi::ResultsOf whose);
 
     // What follows every command that makes a model.
     void check_model();

@@ -1,5 +1,4 @@
 // A run of the solver that goes wrong shows no results, and those of another model are told.
-#include "analysis/result_fit.h"
 #include "analysis/solver_run.h"
 #include "results_support.h"
 
@@ -43,7 +42,11 @@ class SolverFaultsTest : public ResultTest {
         put("frameslv.lst", row.lst);
         put("frameslv.dsp", row.dsp);
         EXPECT_EQ(FrameSlv(), 0);
-        return results_fit_model();
+        const bool fit = FrameSlv(ResultsOf::this_model) == 0;
+        EXPECT_EQ(take_messages(),
+                  fit ? std::vector<std::string>{}
+                      : std::vector<std::string>{"計算結果がこの骨組のものではありません"});
+        return fit;
     }
 };
 
@@ -98,7 +101,7 @@ TEST_P(BadRunTest, ShowsNoResults) {
         return !fs::exists(work_file("hung"));
     };
     EXPECT_EQ(run_solver(outcome, until_it_hangs), GetParam().run);
-    EXPECT_EQ(FrameSlv(), outcome.status < 0 ? 0 : -1);
+    EXPECT_EQ(FrameSlv(ResultsOf::this_model), outcome.status < 0 ? 0 : -1);
     std::string said;
     for (const std::string& message : take_messages()) {
         said += message + "|";
@@ -122,10 +125,14 @@ INSTANTIATE_TEST_SUITE_P(
                "ファイルframeslv.lstの読み込みに失敗しました|"},
         BadRun{"no_displacements", "echo 0 0 0 > frameslv.zlv; echo 0 0 > frameslv.lst\n", 0,
                "ファイルframeslv.dspをオ－プンできません|"},
+        BadRun{"another_frame",
+               "echo 0 0 0 > frameslv.zlv; echo 0 0 > frameslv.lst; echo 0 > frameslv.dsp\n", 0,
+               "計算結果がこの骨組のものではありません|"},
         BadRun{"hangs", "echo 0 0 0 > frameslv.zlv; echo > hung; sleep 60\n", 0, no_zlv}),
     [](const auto& played) { return std::string(played.param.name); });
 
 TEST_F(SolverFaultsTest, EarlierResultsThatCannotBeRemovedStopTheRun) {
+    put("frameslv.zlv", "earlier");
     fs::create_directories(work_file("frameslv.lst") / "in the way");
     solver_seams.start = [](const fs::path&, const fs::path&, const KeepWaiting&) {
         ADD_FAILURE() << "started";
@@ -134,6 +141,7 @@ TEST_F(SolverFaultsTest, EarlierResultsThatCannotBeRemovedStopTheRun) {
     SolverOutcome outcome;
     EXPECT_EQ(run_solver(outcome), -1);
     EXPECT_EQ(take_messages(), std::vector<std::string>{"前の解析結果frameslv.lstを消せません"});
+    EXPECT_EQ(read_file(work_file("frameslv.zlv")), "earlier");
     solver_seams.start = run_program;
 }
 #endif

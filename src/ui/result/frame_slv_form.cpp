@@ -71,7 +71,7 @@ void place_beside(QWidget& list, const QWidget& window, std::size_t above) {
 
 } // namespace
 
-TFrameSlvForm::TFrameSlvForm(QWidget* parent) : PictureWindow(parent) {
+TFrameSlvForm::TFrameSlvForm(QWidget* parent, ResultsOf whose) : PictureWindow(parent) {
     spy("Enter TFrameSlvForm()");
     setObjectName("FrameSlvForm");
     setWindowTitle("計算結果表示");
@@ -82,7 +82,7 @@ TFrameSlvForm::TFrameSlvForm(QWidget* parent) : PictureWindow(parent) {
     add_heni_menu();
     add_list_menu();
     add_help_menu();
-    read_results();
+    read_results(whose);
     connect(&picture(), &PictureWidget::picked, this, &TFrameSlvForm::pick);
     show_state();
 }
@@ -96,14 +96,14 @@ TFrameSlvForm::~TFrameSlvForm() {
     }
 }
 
-void TFrameSlvForm::read_results() {
+void TFrameSlvForm::read_results(ResultsOf whose) {
     std::vector<std::string> messages;
     MessageSink sink =
         set_message_sink([&messages](std::string_view text) { messages.emplace_back(text); });
     clear_file_error(); // of earlier work, which would stand as this failure's reason
     {
         const BusyCursor busy;
-        valid_ = FrameSlv() == 0;
+        valid_ = FrameSlv(whose) == 0;
     }
     set_message_sink(std::move(sink));
     QStringList told;

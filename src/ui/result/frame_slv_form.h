@@ -1,6 +1,7 @@
 // The results window (計算結果表示).
 #pragma once
 
+#include "analysis/solver_run.h"
 #include "results/force_picture.h"
 #include "ui/picture/picture_window.h"
 #include "ui/picture/table_printer.h"
@@ -20,7 +21,8 @@ class TFrameSlvForm : public kigumi::PictureWindow {
     Q_OBJECT
 
   public:
-    explicit TFrameSlvForm(QWidget* parent = nullptr);
+    explicit TFrameSlvForm(QWidget* parent = nullptr,
+                           kigumi::ResultsOf whose = kigumi::ResultsOf::any_frame);
     ~TFrameSlvForm() override;
 
     // Results were read.
@@ -42,7 +44,7 @@ class TFrameSlvForm : public kigumi::PictureWindow {
         std::function<void()> follow;
     };
 
-    void read_results();
+    void read_results(kigumi::ResultsOf whose);
     void read_roles();
     void add_file_menu();
     void add_view_menu();
