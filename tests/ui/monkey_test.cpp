@@ -1,6 +1,6 @@
 // Someone who presses anything: random menu items, buttons, texts, keys and mouse strokes on
 // whatever window is on top, also on windows that this test knows nothing of. The program must stay
-// alive, come to rest, and keep its tables sound.
+// alive, come to rest, keep its tables sound, and say so when a file cannot be read or written.
 // KIGUMI_MONKEYS sets the number of runs and KIGUMI_SEED the seed of the first.
 #include "dice.h"
 #include "files/jiku.h"
@@ -42,6 +42,8 @@ class Monkey {
     void play(QWidget& main);
     const std::string& log() const { return log_; }
     bool gave_up() const { return gave_up_; }
+    // Files that cannot be read or written and of which no message told.
+    const std::string& untold() const { return untold_; }
     // A window was open in which members may be unfinished.
     bool sketched() const { return sketched_; }
 
@@ -49,6 +51,7 @@ class Monkey {
     QWidget* top_window();
     void press(QWidget& window);
     void answer_file_dialog(QFileDialog& dialog);
+    void expect_message(QWidget* window);
     void trigger(QWidget& window);
     void click(QWidget& window);
     void type(QWidget& window);
@@ -72,6 +75,9 @@ class Monkey {
     std::string log_;
     bool gave_up_ = false;
     bool sketched_ = false;
+    std::string bad_file_; // a message about it is still to come
+    int quiet_ = 0;        // moments since
+    std::string untold_;
     QPointer<QWidget> last_;
     int on_last_ = 0;
 };
@@ -127,8 +133,27 @@ void Monkey::answer_file_dialog(QFileDialog& dialog) {
         opens ? std::vector{"good.jik", "good.jik", "broken.jik", "good.tgk", "none.jik"}
               : std::vector{"a.jik", "b.out", "missing/c.dxf", "d.tgk", "good.jik"};
     dialog.setOption(QFileDialog::DontConfirmOverwrite, dice_.roll(2) == 0);
-    dialog.findChild<QLineEdit*>("fileNameEdit")->setText(qt_path(work_file(dice_.one_of(names))));
+    const std::string name = dice_.one_of(names);
+    dialog.findChild<QLineEdit*>("fileNameEdit")->setText(qt_path(work_file(name)));
     QMetaObject::invokeMethod(&dialog, "accept");
+    const bool bad = name == "broken.jik" || name == "none.jik" || name == "missing/c.dxf";
+    bad_file_ = bad ? name : "";
+    quiet_ = 0;
+}
+
+// Called at every moment after a bad file, with the window then on top. The file dialog itself may
+// keep the name, or ask.
+void Monkey::expect_message(QWidget* window) {
+    if (bad_file_.empty()) {
+        return;
+    }
+    const bool kept = qobject_cast<QFileDialog*>(window) != nullptr;
+    if (kept || qobject_cast<QMessageBox*>(window) != nullptr) {
+        bad_file_.clear();
+    } else if (++quiet_ > patience) {
+        untold_ += bad_file_ + " ";
+        bad_file_.clear();
+    }
 }
 
 void Monkey::trigger(QWidget& window) {
@@ -263,7 +288,11 @@ void Monkey::play(QWidget& main) {
     int leaving = 0;
     QObject::connect(&tick, &QTimer::timeout, &loop, [&] {
         QWidget* window = top_window();
+        expect_message(window);
         gave_up_ = gave_up_ || depth() > deepest || watch.elapsed() > longest_run;
+        if (!bad_file_.empty()) {
+            return;
+        }
         if (!gave_up_ && pressed < presses && !main.isVisible() && window == nullptr) {
             main.show(); // was closed: the next day
         } else if (!gave_up_ && pressed < presses && window != nullptr) {
@@ -319,6 +348,7 @@ class MonkeyTest : public UiTest {
             std::printf("%s\n", monkey.log().c_str());
         }
         ASSERT_FALSE(monkey.gave_up()) << monkey.log();
+        ASSERT_EQ(monkey.untold(), "") << monkey.log();
         const char* fault = find_model_fault(false);
         const bool unfinished = monkey.sketched() && fault != nullptr &&
                                 std::string(fault) == "a member's end lies elsewhere than its node";
