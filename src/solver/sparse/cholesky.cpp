@@ -32,7 +32,7 @@ Cholesky::Cholesky(Symbolic symbolic, std::vector<Edge> ends, std::vector<FreeDo
         place_[static_cast<size_t>(symbolic_.order[k])] = static_cast<int>(k);
     tasks_ = share_out(symbolic_, team_->size());
     sort_members();
-    panels_ = Pages(symbolic_.panel_numbers + Kernels::slack);
+    panels_ = Pages(symbolic_.panel_numbers);
     for (Worker& worker : workers_)
         worker.position.resize(place_.size());
 }

@@ -100,10 +100,22 @@ bool DenseEliminator::eliminate_block(size_t first, size_t last) {
                          inverses))
         return false;
     const size_t rows = height_ - last;
+    // Reading whole tiles, the kernel reaches below a corner that ends within one, into rows that
+    // another thread may be solving.
+    double copy[block_columns * block_columns + Kernels::slack];
+    size_t corner_height = height_;
+    if (team_ != nullptr && columns % Kernels::tile_columns != 0) {
+        for (size_t j = 0; j < columns; j++)
+            std::copy_n(corner + j * height_, columns, copy + j * columns);
+        std::fill_n(copy + columns * columns, Kernels::slack, 0.0);
+        corner = copy;
+        corner_height = columns;
+    }
     each(pieces(rows, solved_rows), [&](size_t piece, PackBuffers&) {
         const size_t i = piece * solved_rows;
-        kernels_.solve_rows(corner, height_, columns, inverses, panel_ + first * height_ + last + i,
-                            height_, std::min(solved_rows, rows - i));
+        kernels_.solve_rows(corner, corner_height, columns, inverses,
+                            panel_ + first * height_ + last + i, height_,
+                            std::min(solved_rows, rows - i));
     });
     return true;
 }

@@ -38,6 +38,8 @@ struct Tile {
     Vector part[tile_columns][tile_vectors];
 };
 
+static_assert(tile_rows <= Kernels::slack && tile_columns <= Kernels::slack);
+
 inline Tile product_tile(size_t depth, const double* a, size_t lda, const double* b, size_t ldb) {
     Tile sum = {};
     for (size_t p = 0; p < depth; p++) {

@@ -8,7 +8,7 @@ namespace frameslv {
 // Matrices are column by column; `ld` is the distance of columns in numbers. Kernels may read up
 // to `slack` numbers beyond the last one of an operand and throw them away.
 struct Kernels {
-    static constexpr size_t slack = 64;
+    static constexpr size_t slack = 16;
     // Tiles of the product: rows by columns.
     size_t tile_rows;
     static constexpr size_t tile_columns = 6;

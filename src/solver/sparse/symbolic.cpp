@@ -1,6 +1,7 @@
 #include "solver/sparse/symbolic.h"
 
 #include "solver/sparse/dissection.h"
+#include "solver/sparse/kernels.h"
 #include "solver/sparse/minimum_degree.h"
 
 #include <algorithm>
@@ -315,7 +316,9 @@ void Analysis::count(Symbolic& symbolic) const {
                 symbolic.offset[symbolic.rows[i] + 1] - symbolic.offset[symbolic.rows[i]];
         front.panel = symbolic.panel_numbers;
         front.below_start = symbolic.below_total;
-        symbolic.panel_numbers += front.height() * static_cast<size_t>(front.columns);
+        // Kernels read on into the gap, never into a panel that another thread may be filling.
+        symbolic.panel_numbers +=
+            front.height() * static_cast<size_t>(front.columns) + Kernels::slack;
         symbolic.below_total += static_cast<size_t>(front.below);
         const double k = front.columns;
         const double r = front.below;
