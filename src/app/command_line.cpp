@@ -68,6 +68,10 @@ class CommandLine {
     int run(int argc, char** argv);
 
   private:
+    static constexpr const char* option_group = "オプション";
+
+    void speak_japanese();
+    static void add_help(CLI::App& command);
     void add_generate();
     void add_info();
     void add_convert();
@@ -99,8 +103,7 @@ class CommandLine {
 
 CommandLine::CommandLine() {
     app_.require_subcommand(1);
-    app_.set_help_flag("-h,--help", "この説明を表示します");
-    app_.set_version_flag("--version", "kigumi " KIGUMI_VERSION);
+    speak_japanese();
     add_generate();
     add_info();
     add_convert();
@@ -109,6 +112,34 @@ CommandLine::CommandLine() {
     add_listing();
     add_report();
     add_demo();
+    for (CLI::App* command : app_.get_subcommands({})) {
+        command->group("コマンド");
+        command->footer("* は必ず指定します");
+        add_help(*command);
+    }
+}
+
+// Texts of the help page that the library has in English. What stands before the descriptions is
+// padded by bytes and so stays ASCII.
+void CommandLine::speak_japanese() {
+    using Words = std::pair<const char*, const char*>;
+    for (const auto& [english, japanese] : {Words{"Usage", "使い方"},
+                                            {"OPTIONS", "オプション"},
+                                            {"SUBCOMMAND", "コマンド"},
+                                            {"Positionals", "引数"},
+                                            {"REQUIRED", "*"},
+                                            {"TEXT", ""},
+                                            {"FLOAT", ""}}) {
+        app_.get_formatter()->label(english, japanese);
+    }
+    app_.option_defaults()->group(option_group);
+    add_help(app_);
+    app_.set_version_flag("--version", "kigumi " KIGUMI_VERSION, "版を表示します")
+        ->group(option_group);
+}
+
+void CommandLine::add_help(CLI::App& command) {
+    command.set_help_flag("-h,--help", "この説明を表示します")->group(option_group);
 }
 
 void CommandLine::add_generate() {
@@ -129,7 +160,9 @@ void CommandLine::add_convert() {
     convert_->add_option("IN", input_, "軸データ（.jik）または手書データ（.tgk）")->required();
     convert_->add_option("-o,--output", output_, "出力（.jik .bon .ydu .tgk .dxf .dat .w3d）")
         ->required();
-    convert_->add_option("--colour", colour_, "DXF の線の色 1..6")->check(CLI::Range(1, 6));
+    convert_->add_option("--colour", colour_, "DXF の線の色 1..6")
+        ->check(CLI::Range(1, 6))
+        ->option_text("N");
     convert_roles_.add_to(*convert_);
 }
 
@@ -144,9 +177,12 @@ void CommandLine::add_draw() {
     draw_ = app_.add_subcommand("draw", "図を描きます");
     draw_->add_option("IN", draw_options_.input, "軸データ（.jik）または手書データ（.tgk）");
     draw_->add_option("--dir", draw_options_.dir, "計算結果のフォルダ");
-    draw_->add_option("--mode", draw_options_.mode, "図の種類")
+    draw_
+        ->add_option("--mode", draw_options_.mode,
+                     "図の種類\n（wire force band width axis perspective heni solid）")
         ->check(CLI::IsMember(
-            {"wire", "force", "band", "width", "axis", "perspective", "heni", "solid"}));
+            {"wire", "force", "band", "width", "axis", "perspective", "heni", "solid"}))
+        ->option_text("NAME");
     draw_->add_option("--band", band_, "軸力の範囲 LO,HI（％）");
     draw_->add_option("--tau", draw_options_.tau, "視線の方位角 TAU（度）");
     draw_->add_option("--fai", draw_options_.fai, "視線の仰角 FAI（度）");
@@ -155,7 +191,8 @@ void CommandLine::add_draw() {
     draw_->add_option("--phi", draw_options_.phi, "視点の天頂角 Phi（度）");
     draw_->add_flag("--joints", draw_options_.joints, "透視図に部材どうしの交線も描きます");
     draw_->add_option("--scale", draw_options_.scale, "変位の倍率")
-        ->check(CLI::IsMember({1, 5, 10}));
+        ->check(CLI::IsMember({1, 5, 10}))
+        ->option_text("1|5|10");
     draw_->add_option("--labels", label_list_, "文字 nodes,members,fix,load");
     draw_->add_flag("--legend", draw_options_.legend, "凡例を入れる（結果の図。PDF には必ず入る）");
     draw_->add_option("--size", size_, "図の大きさ WxH（ピクセル）");
@@ -166,7 +203,8 @@ void CommandLine::add_listing() {
     listing_ = app_.add_subcommand("listing", "計算結果の一覧を保存します");
     listing_->add_option("--dir", dir_, "計算結果のフォルダ")->required();
     listing_->add_option("--csv", csv_, "表計算用の CSV：members 部材、stress 応力、heni 変位")
-        ->check(CLI::IsMember({"members", "stress", "heni"}));
+        ->check(CLI::IsMember({"members", "stress", "heni"}))
+        ->option_text("NAME");
     listing_->add_option("-o,--output", output_, "一覧のファイル")->required();
 }
 

@@ -83,7 +83,7 @@ TEST_F(Command, HelpNamesEveryCommand) {
                                          "draw",     "listing", "report",  "demo"};
     for (const std::string& command : commands) {
         EXPECT_TRUE(contains(help, "\n  " + command + " ")) << command;
-        EXPECT_TRUE(contains(succeed({command, "--help"}), "Usage: "));
+        EXPECT_TRUE(contains(succeed({command, "--help"}), "使い方: "));
     }
     EXPECT_EQ(succeed({"--version"}).substr(0, 7), "kigumi ");
     EXPECT_TRUE(names().empty());
