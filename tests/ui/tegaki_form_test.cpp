@@ -266,6 +266,38 @@ TEST_F(Editor, UndoToTheEmptySheetAndRedoToTheSameBytes) {
     EXPECT_EQ(saved_as("b.tgk"), bytes);
 }
 
+TEST_F(Editor, APressHeldWhileTheModeChangesDoesNothing) {
+    draw({100, 600}, {300, 600});
+    const auto change_in_drag = [this](const char* item, QPoint from, QPoint to) {
+        look();
+        send(QEvent::MouseButtonPress, from);
+        send(QEvent::MouseMove, to);
+        menu(item);
+        send(QEvent::MouseButtonRelease, to);
+        EXPECT_EQ(model.N_Beam, 1) << item;
+        EXPECT_EQ(model.N_Node, 2) << item;
+        EXPECT_FALSE(form_->sheet().sheet().band()) << item;
+    };
+    const QPoint above(200, 590);
+    const QPoint below(200, 610);
+    change_in_drag("BuzaiSakujyoMenu", above, below); // would delete
+    change_in_drag("BuzaiDataMenu", above, below);    // would open a dialog
+    change_in_drag("SetutenDataMenu", {100, 600}, {100, 600});
+    change_in_drag("BuzaiShiteiMenu", {500, 500}, {500, 500}); // would begin a member
+    click({500, 500});
+    change_in_drag("BuzaiSakujyoMenu", {600, 500}, {600, 500}); // its first node goes, too
+    QFocusEvent away(QEvent::FocusOut);
+    send(QEvent::MouseButtonPress, above);
+    QApplication::sendEvent(&form_->sheet(), &away);
+    send(QEvent::MouseButtonRelease, below);
+    EXPECT_EQ(model.N_Beam, 1);
+    drag(above, below);
+    EXPECT_EQ(model.N_Beam, 0) << "the next press acts again";
+    menu("UndoMenu");
+    EXPECT_EQ(model.N_Beam, 1);
+    EXPECT_EQ(model.N_Node, 2);
+}
+
 struct Leave {
     const char* name;
     const char* item; // the way out; null closes the window
