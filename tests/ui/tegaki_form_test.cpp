@@ -380,6 +380,30 @@ TEST_F(Editor, AutosavedCopyIsOfferedAfterACrash) {
     document.changed = false;
 }
 
+TEST_F(Editor, ACopyIsNotOfferedWhileItsProgramRuns) {
+    draw({100, 600}, {300, 600});
+    const std::string bytes = saved_as("a.tgk");
+    for (const char* name : {"tegaki.autosave.tgk", "a.autosave.tgk"}) {
+        ASSERT_EQ(save_file(work_file(name), bytes), 0);
+    }
+    {
+        const CopyLock others[] = {lock_copy(work_file("tegaki.autosave.tgk")),
+                                   lock_copy(work_file("a.autosave.tgk"))};
+        EXPECT_EQ(find_autosave(), fs::path());
+        answer_file(work_file("a.tgk"));
+        menu("TegakiReadMenu"); // without a question
+        draw({300, 600}, {300, 400});
+        form_->autosave().tick();
+        EXPECT_TRUE(fs::exists(work_file("a-2.autosave.tgk")));
+        EXPECT_NE(find_autosave(), work_file("a-2.autosave.tgk"));
+        EXPECT_EQ(read_file(work_file("a.autosave.tgk")), bytes);
+    }
+    EXPECT_NE(find_autosave(), fs::path()) << "now they are left over";
+    form_->autosave().remove();
+    EXPECT_FALSE(fs::exists(work_file("a-2.autosave.tgk.lock")));
+    document.changed = false;
+}
+
 TEST_F(Editor, PlacesArePastedIntoTheTableAsOneStep) {
     draw({100, 600}, {300, 600});
     draw({300, 600}, {300, 400});
