@@ -5,30 +5,25 @@
 #include <algorithm>
 #include <cmath>
 #include <set>
-#include <utility>
-#include <vector>
 
 namespace kigumi {
 
 namespace {
 
 // The input holds tenths of a cm; a solver prints six digits at least.
-bool is_near(float a, float b) {
+bool is_near(double a, double b) {
     constexpr double tenth = 0.1;
     constexpr double digits = 1.0e-5;
-    return std::fabs(static_cast<double>(a) - b) <=
-           tenth + digits * std::fabs(static_cast<double>(b));
+    return std::fabs(a - b) <= tenth + digits * std::fabs(b);
 }
 
-bool is_at_its_node(const Setuten& found) {
-    if (found.OldNo < 1 || found.OldNo > model.N_Node) {
-        return false;
-    }
-    const Node& node = model.node[position_of(found.OldNo)];
-    return is_near(found.x, node.x) && is_near(found.y, node.y) && is_near(found.z, node.z);
+bool is_at_its_node(const Setuten& found, const NumberedFrame& frame) {
+    const auto node = frame.nodes.find(found.OldNo);
+    return node != frame.nodes.end() && is_near(found.x, node->second[0]) &&
+           is_near(found.y, node->second[1]) && is_near(found.z, node->second[2]);
 }
 
-bool nodes_fit() {
+bool nodes_fit(const NumberedFrame& frame) {
     const auto end = result.setuten.begin() + result.N_Setuten;
     std::set<int> listed;
     std::set<int> moved;
@@ -39,7 +34,8 @@ bool nodes_fit() {
         moved.insert(result.disp[i].old_no);
     }
     return static_cast<int>(listed.size()) == result.N_Setuten && listed == moved &&
-           std::all_of(result.setuten.begin(), end, is_at_its_node);
+           std::all_of(result.setuten.begin(), end,
+                       [&frame](const Setuten& node) { return is_at_its_node(node, frame); });
 }
 
 using Ends = std::pair<int, int>;
@@ -48,14 +44,14 @@ Ends ends_of(int a, int b) {
     return {std::min(a, b), std::max(a, b)};
 }
 
-bool members_fit() {
+bool members_fit(const NumberedFrame& frame) {
     std::vector<Ends> found;
     std::vector<Ends> expected;
     for (int i = 0; i < result.N_Stress; ++i) {
         found.push_back(ends_of(result.stress[i].old_noi, result.stress[i].old_noj));
     }
-    for (int i = 0; i < model.N_Beam; ++i) {
-        expected.push_back(ends_of(model.beam[i].noi, model.beam[i].noj));
+    for (const auto& [start, end] : frame.ends) {
+        expected.push_back(ends_of(start, end));
     }
     std::sort(found.begin(), found.end());
     std::sort(expected.begin(), expected.end());
@@ -64,8 +60,20 @@ bool members_fit() {
 
 } // namespace
 
+bool results_fit(const NumberedFrame& frame) {
+    return nodes_fit(frame) && members_fit(frame);
+}
+
 bool results_fit_model() {
-    return nodes_fit() && members_fit();
+    NumberedFrame frame;
+    for (int i = 0; i < model.N_Node; ++i) {
+        const Node& node = model.node[i];
+        frame.nodes[number_at(i)] = {node.x, node.y, node.z};
+    }
+    for (int i = 0; i < model.N_Beam; ++i) {
+        frame.ends.emplace_back(model.beam[i].noi, model.beam[i].noj);
+    }
+    return results_fit(frame);
 }
 
 } // namespace kigumi

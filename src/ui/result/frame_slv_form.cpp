@@ -1,6 +1,5 @@
 #include "ui/result/frame_slv_form.h"
 
-#include "analysis/solver_roles.h"
 #include "analysis/solver_run.h"
 #include "base/message.h"
 #include "geometry/axis_picture.h"
@@ -124,13 +123,13 @@ void TFrameSlvForm::read_results() {
         status_->setText(told.join("　"));
         return;
     }
-    read_roles();
+    const ResultRoles roles = read_roles();
     shown_.mode = mode_sign;
     shown_.upper = 100.0f;
     shown_.lower = 0.0f;
     shown_.TAU = view.TAU;
     shown_.FAI = view.FAI;
-    status_->setText(folder_text());
+    status_->setText(roles == ResultRoles::of_other_frame ? roles_of_other_frame : folder_text());
     picture().set_overlay([this](PainterCanvas& canvas) {
         if (legend_) {
             paint_legend(canvas, picture().width(), result_legend(shown_, scale_));
@@ -138,12 +137,14 @@ void TFrameSlvForm::read_results() {
     });
 }
 
-void TFrameSlvForm::read_roles() {
+ResultRoles TFrameSlvForm::read_roles() {
     own_roles_ = model.N_Fix == 0 && model.N_Load == 0;
-    if (own_roles_) {
-        load_solver_roles();
-        clear_file_error(); // without the solver's input there are no such labels, and no failure
+    if (!own_roles_) {
+        return ResultRoles::read;
     }
+    const ResultRoles roles = load_result_roles();
+    clear_file_error(); // without the solver's input there are no such labels, and no failure
+    return roles;
 }
 
 void TFrameSlvForm::add_file_menu() {

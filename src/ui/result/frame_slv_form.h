@@ -1,6 +1,7 @@
 // The results window (計算結果表示).
 #pragma once
 
+#include "analysis/solver_roles.h"
 #include "results/force_picture.h"
 #include "ui/picture/picture_window.h"
 #include "ui/picture/table_printer.h"
@@ -43,7 +44,8 @@ class TFrameSlvForm : public kigumi::PictureWindow {
     };
 
     void read_results();
-    void read_roles();
+    // Has supports and loads for the labels: the model's, else those of the solver's input.
+    kigumi::ResultRoles read_roles();
     void add_file_menu();
     void add_view_menu();
     void add_mode_items(QMenu* menu);
