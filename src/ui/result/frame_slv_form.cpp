@@ -358,10 +358,39 @@ QString TFrameSlvForm::folder_text() {
 }
 
 void TFrameSlvForm::show_displaced(float scale) {
-    if (get_new_beam(scale) == 0) {
-        scale_ = scale;
-        set_mode(mode_displaced);
+    std::vector<std::string> messages;
+    MessageSink sink =
+        set_message_sink([&messages](std::string_view text) { messages.emplace_back(text); });
+    const int status = get_new_beam(scale);
+    set_message_sink(std::move(sink));
+    std::string reason;
+    if (status < 0) {
+        reason = messages.back();
+        messages.pop_back();
     }
+    tell_other_names(messages);
+    if (status < 0) {
+        show_message(reason);
+        return;
+    }
+    scale_ = scale;
+    set_mode(mode_displaced);
+}
+
+void TFrameSlvForm::tell_other_names(const std::vector<std::string>& messages) {
+    constexpr std::size_t most = 10;
+    if (messages.empty() || told_other_names_) {
+        return;
+    }
+    told_other_names_ = true;
+    QStringList lines;
+    for (std::size_t i = 0; i < std::min(messages.size(), most); ++i) {
+        lines << qt_text(messages[i]);
+    }
+    if (messages.size() > most) {
+        lines << QString("ほか %1 件").arg(messages.size() - most);
+    }
+    show_message(lines.join('\n').toStdString());
 }
 
 void TFrameSlvForm::ask_band() {

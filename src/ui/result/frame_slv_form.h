@@ -69,6 +69,8 @@ class TFrameSlvForm : public kigumi::PictureWindow {
 
     void set_mode(int mode);
     void show_displaced(float scale);
+    // Tells the nodes whose displacements bear another name: in one box, the first time.
+    void tell_other_names(const std::vector<std::string>& messages);
     void ask_band();
     void turn();
     void ask_marukaku();
@@ -96,6 +98,7 @@ class TFrameSlvForm : public kigumi::PictureWindow {
     bool legend_ = true;
     float scale_ = 1.0f;      // of the displaced shape
     bool bars_built_ = false; // the solids are bars of this window
+    bool told_other_names_ = false;
     std::vector<QAction*> needs_results_;
     std::vector<std::pair<QAction*, std::function<bool()>>> checked_;
     QAction* turn_item_ = nullptr;
