@@ -308,9 +308,11 @@ void TFrameSlvForm::spread_selection(const QWidget* from) {
 void TFrameSlvForm::show_selection() {
     if (bars_built_ && !shown_.all_bars && shown_.mode == mode_solids) {
         const View eye = view;
-        build_solids(false);
+        const int status = build_solids(false);
         view = eye;
-        prepare_solids(this);
+        if (status == 0) {
+            prepare_solids(this);
+        }
     }
     show_state();
 }
@@ -433,6 +435,9 @@ int TFrameSlvForm::build_solids(bool all_members) {
     if (status < 0 || (solids.n_trio > 0 && get_jiku_world(bounds) < 0)) {
         reset_solids();
         bars_built_ = false;
+        if (shown_.mode == mode_solids) {
+            set_mode(mode_sign); // the bars shown until now have gone
+        }
         return refuse("視点座標表示に失敗しました");
     }
     bars_built_ = true;
@@ -441,19 +446,16 @@ int TFrameSlvForm::build_solids(bool all_members) {
 
 int TFrameSlvForm::prepare_solids(QWidget* parent) {
     const int status = prepare_perspective_shown(parent);
-    if (status == perspective_stopped) {
-        status_->setText(hidden_lines_stopped);
-    } else if (status == perspective_ready) {
-        status_->setText(solids.n_trio == 0 ? "選択した部材がないので、角丸表示は空です"
-                                            : "角丸表示　引張は丸、圧縮は角");
+    const char* text = paint_perspective(status);
+    if (status < 0) {
+        return -1;
     }
-    if (status == perspective_ready && solids.n_trio > 0 && perspective_lines().empty()) {
-        status_->setText("視点から見える部材がありません");
-        picture().update();
-    } else {
-        picture().paint_again();
+    if (text == nullptr) {
+        text = solids.n_trio == 0 ? "選択した部材がないので、角丸表示は空です"
+                                  : "角丸表示　引張は丸、圧縮は角";
     }
-    return status < 0 ? -1 : 0;
+    status_->setText(text);
+    return 0;
 }
 
 int TFrameSlvForm::show_solids() {

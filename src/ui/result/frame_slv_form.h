@@ -79,7 +79,8 @@ class TFrameSlvForm : public kigumi::PictureWindow {
     // Finds what the eye sees of the bars, with its progress shown over `parent`. 0 or -1.
     int prepare_solids(QWidget* parent);
     void show_viewpoint();
-    // Builds the bars of the selection or of all members. 0, or -1 after a message.
+    // Builds the bars of the selection or of all members. 0, or -1 after a message: bars that were
+    // shown give way to 軸力表示 then.
     int build_solids(bool all_members);
 
     void save_list();
