@@ -389,7 +389,7 @@ TEST_F(Editor, ACopyIsNotOfferedWhileItsProgramRuns) {
     {
         const CopyLock others[] = {lock_copy(work_file("tegaki.autosave.tgk")),
                                    lock_copy(work_file("a.autosave.tgk"))};
-        EXPECT_EQ(find_autosave(), fs::path());
+        ASSERT_EQ(find_autosave(), fs::path());
         answer_file(work_file("a.tgk"));
         menu("TegakiReadMenu"); // without a question
         draw({300, 600}, {300, 400});
