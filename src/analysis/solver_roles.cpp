@@ -26,8 +26,7 @@ class InputReader {
             }
         }
         return read_records(1, [this] { read_member(); }) &&
-               read_records(0, [this] { read_section(); }) &&
-               read_records(0, [this] { ++materials; }) &&
+               read_records(0, [this] { read_section(); }) && read_records(0, [] {}) &&
                read_records(0, [this] { read_node(); }) && read_fixes() && read_loads();
     }
 
@@ -37,7 +36,6 @@ class InputReader {
     std::vector<Member> members;
     std::map<int, double> areas; // by section number, cm²
     std::map<int, std::array<double, 3>> nodes;
-    int materials = 0;
     bool frame_complete = true;
     std::vector<Fix> fixes;
     std::vector<Load> loads;
@@ -193,9 +191,7 @@ std::optional<SolverFrame> read_solver_frame() {
         return {};
     }
     SolverFrame frame;
-    frame.nodes = static_cast<int>(reader.nodes.size());
-    frame.sections = static_cast<int>(reader.areas.size());
-    frame.materials = reader.materials;
+    frame.numbered.nodes = {reader.nodes.begin(), reader.nodes.end()};
     for (const InputReader::Member& member : reader.members) {
         const auto start = reader.nodes.find(member.start);
         const auto end = reader.nodes.find(member.end);
@@ -207,8 +203,21 @@ std::optional<SolverFrame> read_solver_frame() {
         const auto& [x, y, z] = start->second;
         const auto& [xl, yl, zl] = end->second;
         frame.members.push_back({area->second, std::hypot(xl - x, yl - y, zl - z)});
+        frame.numbered.ends.emplace_back(member.start, member.end);
     }
     return frame;
+}
+
+ResultRoles load_result_roles() {
+    if (load_solver_roles() < 0) {
+        return ResultRoles::missing;
+    }
+    const auto frame = read_solver_frame();
+    if (frame && results_fit(frame->numbered, stored_results())) {
+        return ResultRoles::read;
+    }
+    model.N_Fix = model.N_Load = 0;
+    return ResultRoles::of_other_frame;
 }
 
 } // namespace kigumi

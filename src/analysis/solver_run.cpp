@@ -234,7 +234,8 @@ int FrameSlv(ResultsOf whose) {
     if (read_result_file("frameslv.dsp", parse_disp) < 0) {
         return -1;
     }
-    if (whose == ResultsOf::this_model && !results_fit_model(listing, disp)) {
+    if (whose == ResultsOf::this_model &&
+        !results_fit(model_frame(), {listing.setuten, listing.stress, disp})) {
         return refuse("計算結果がこの骨組のものではありません");
     }
     store_levels(levels);

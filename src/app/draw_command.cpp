@@ -192,8 +192,10 @@ int run_draw(const DrawOptions& options) {
     if (FrameSlv() < 0) {
         return -1;
     }
-    if (model.N_Fix == 0 && model.N_Load == 0) {
-        load_solver_roles();
+    const bool wants_roles = has_label(options, "fix") || has_label(options, "load");
+    if (wants_roles && model.N_Fix == 0 && model.N_Load == 0 &&
+        load_result_roles() == ResultRoles::of_other_frame) {
+        show_message(roles_of_other_frame);
     }
     return options.mode == "solid" ? draw_solid_results(options, path)
                                    : draw_results(options, path);

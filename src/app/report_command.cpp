@@ -1,3 +1,4 @@
+#include "analysis/result_fit.h"
 #include "analysis/result_reader.h"
 #include "analysis/solver_roles.h"
 #include "analysis/solver_run.h"
@@ -399,12 +400,10 @@ int read_source(const ReportOptions& options, Source& source) {
         return refuse(text_format("%s: この計算結果の骨組ではありません", options.input.c_str()));
     }
     source.frame = read_solver_frame();
-    const bool same = source.frame && source.frame->nodes == result.N_Setuten &&
-                      static_cast<int>(source.frame->members.size()) == result.N_Stress;
-    if (!same) {
+    if (source.frame && !results_fit(source.frame->numbered, stored_results())) {
         source.frame.reset();
     }
-    source.roles = same && load_solver_roles() == 0;
+    source.roles = source.frame && load_solver_roles() == 0;
     return 0;
 }
 

@@ -149,6 +149,10 @@ std::span<const VisibleSegment> perspective_lines() {
                                                 : std::span<const VisibleSegment>();
 }
 
+bool is_nothing_in_sight() {
+    return solids.n_trio > 0 && perspective_lines().empty();
+}
+
 int draw_perspective(Canvas& canvas, DrawArea& area, const TrioColour& colour) {
     spy("Enter draw_perspective()");
     const KeptLines& picture = kept();
@@ -165,7 +169,7 @@ int draw_perspective(Canvas& canvas, DrawArea& area, const TrioColour& colour) {
         return -1;
     }
     if (picture.lines.empty() && !records->empty() && !picture.preparing) {
-        return refuse("視点から見える部材がありません");
+        return refuse(nothing_in_sight);
     }
     const PlaneBounds& bounds = picture.bounds;
     get_world(area, bounds.xmin, bounds.ymin, bounds.xmax, bounds.ymax);

@@ -28,6 +28,12 @@ constexpr int perspective_stopped = 1;
 // open TRIO_FILE jikuire 03" or that of project_trio_file.
 int prepare_perspective(const Progress& progress = {});
 
+// What a picture without a line has to say.
+constexpr const char* nothing_in_sight = "視点から見える部材がありません";
+
+// True when there are solids, and no line of them is kept: all lie behind the eye.
+bool is_nothing_in_sight();
+
 // The lines last kept; none when they are not of the solids as they now are.
 std::span<const VisibleSegment> perspective_lines();
 
@@ -35,8 +41,8 @@ std::span<const VisibleSegment> perspective_lines();
 // line black, or in the colour told for its record. Prepares first what is not prepared. Crumbs of
 // less than half a pixel are left out, in TEMP.DAT as the fit shows them and in the picture as the
 // canvas is zoomed. 0, or -1 after a message of prepare_perspective, that of save_segment_file or,
-// when there are triangles and none is before the eye, "視点から見える部材がありません";
-// nothing is drawn then. Called while a preparation asks for its progress, it draws the lines last
+// when there are triangles and none is before the eye, nothing_in_sight; nothing is
+// drawn then. Called while a preparation asks for its progress, it draws the lines last
 // kept, or nothing when the solids are not theirs.
 int draw_perspective(Canvas& canvas, DrawArea& area, const TrioColour& colour = {});
 

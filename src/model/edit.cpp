@@ -55,6 +55,8 @@ void del_beam(int n) {
     }
     model.N_Beam = static_cast<std::int32_t>(kept.size());
     model.N_Node = 0;
+    model.N_Fix = model.N_Load = 0;
+    model.fix_load_edited = 0;
     for (int i = 0; i < model.N_Beam; ++i) {
         Beam& beam = model.beam[i];
         // Deliberate: the category stays with the position, and the node flags are decided by the

@@ -52,7 +52,8 @@ void assign_materials();
 int rebuild_tables();
 
 // Removes the member at position n and rebuilds the nodes from the members' plane points, within
-// the snap radius of each other. `kind` stays with the position, not with the member.
+// the snap radius of each other. `kind` stays with the position, not with the member. Supports and
+// loads go: they name nodes by numbers that the rebuilding gives away anew.
 void del_beam(int n);
 
 // Position of the first node whose plane point lies closer to (X, Y) than the snap radius, or -1.

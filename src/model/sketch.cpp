@@ -167,11 +167,16 @@ std::optional<SheetPoint> TegakiSheet::band() const {
     return is_half_drawn() || is_crossing() ? std::optional(band_) : std::nullopt;
 }
 
+bool TegakiSheet::drop_press() {
+    const bool was_pressed = iMouse == left_button;
+    iMouse = was_pressed ? 0 : iMouse;
+    return was_pressed;
+}
+
 bool TegakiSheet::give_up() {
-    const bool was_crossing = is_crossing();
-    iMouse = was_crossing ? 0 : iMouse;
+    const bool was_pressed = drop_press();
     if (!is_half_drawn()) {
-        return was_crossing;
+        return was_pressed;
     }
     if (first_.made) {
         --model.N_Node;

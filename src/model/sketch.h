@@ -111,9 +111,11 @@ class TegakiSheet {
     bool is_half_drawn() const { return OnBuzaiShitei == 2; }
     // The node that giving up would take back: counted, but of no member yet.
     bool has_loose_node() const { return is_half_drawn() && first_.made; }
-    // Gives up the half-drawn member, with its first node where that was made for it, and a line
-    // that is being dragged. False when there was neither.
+    // Gives up the half-drawn member, with its first node where that was made for it, and a press
+    // whose release is still to come: that release does nothing. False when there was neither.
     bool give_up();
+    // Only the press; false when there was none that acts.
+    bool drop_press();
 
     const std::vector<SheetMark>& marks() const { return marks_; }
     void clear_marks() { marks_.clear(); }

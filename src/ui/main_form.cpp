@@ -7,6 +7,7 @@
 #include "geometry/solid.h"
 #include "model/lookup.h"
 #include "model/roles.h"
+#include "results/stroke_font.h"
 #include "trace/spy.h"
 #include "ui/data/sel_beam_form.h"
 #include "ui/data/sel_node_form.h"
@@ -110,11 +111,16 @@ void TMainForm::add_data_menu() {
     }
 }
 
-QAction* TMainForm::add_toggle(QMenu* menu, const char* name, const QString& caption, bool& flag) {
+QAction* TMainForm::add_toggle(QMenu* menu, const char* name, const QString& caption, bool& flag,
+                               bool letters) {
     QAction* action = add_item(menu, name, caption, [] {});
     action->setCheckable(true);
     action->setChecked(flag);
-    connect(action, &QAction::toggled, this, [this, &flag](bool on) {
+    connect(action, &QAction::toggled, this, [this, action, &flag, letters](bool on) {
+        if (on && letters && load_stroke_font() < 0) {
+            action->setChecked(false);
+            return;
+        }
         flag = on;
         show_state();
     });
@@ -132,10 +138,10 @@ void TMainForm::add_view_menu() {
     QMenu* shown = add_menu("HyoujiMenu", "表示(&V)");
     opened_by_.emplace_back(shown->menuAction(), &CommandFlags::HyoujiMenu);
     opened_by_.emplace_back(
-        add_toggle(shown, "SetutenMeishouMenu", "節点名称(&N)", labels_.node_names),
+        add_toggle(shown, "SetutenMeishouMenu", "節点名称(&N)", labels_.node_names, true),
         &CommandFlags::SetutenMeishouMenu);
     opened_by_.emplace_back(
-        add_toggle(shown, "BuzaiBangouMenu", "部材番号(&B)", labels_.member_numbers),
+        add_toggle(shown, "BuzaiBangouMenu", "部材番号(&B)", labels_.member_numbers, true),
         &CommandFlags::BuzaiBangouMenu);
     opened_by_.emplace_back(
         add_toggle(shown, "KoteiStutenMenu", "固定節点(&K)", labels_.fixed_nodes),

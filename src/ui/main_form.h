@@ -50,7 +50,9 @@ class TMainForm : public kigumi::PictureWindow {
     bool may_leave_frame();
     bool may_leave_data();
     bool save_axis_data();
-    QAction* add_toggle(QMenu* menu, const char* name, const QString& caption, bool& flag);
+    // `letters`: it switches letters in the picture, and without a font stays off after a message.
+    QAction* add_toggle(QMenu* menu, const char* name, const QString& caption, bool& flag,
+                        bool letters = false);
 
     kigumi::CommandState state_;
     kigumi::ModelLabels labels_;

@@ -191,8 +191,7 @@ int Course::read_results() {
     return FrameSlv();
 }
 
-// As on the sheet, where every node has a place of its own. The editor leaves supports and loads to
-// be made anew.
+// As on the sheet, where every node has a place of its own.
 int Course::delete_member() {
     for (int i = 0; i < model.N_Node; ++i) {
         model.node[i].X = static_cast<float>(i) * 100.0f;
@@ -200,7 +199,6 @@ int Course::delete_member() {
     }
     save_old_node();
     load_old_node();
-    model.N_Fix = model.N_Load = 0;
     const int members = model.N_Beam;
     if (members > 0 && members <= few_members) {
         del_beam(dice_.roll(members));

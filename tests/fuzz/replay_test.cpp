@@ -5,6 +5,10 @@
 
 namespace kigumi::fuzz {
 
+static void PrintTo(const Target& target, std::ostream* out) {
+    *out << target.name;
+}
+
 namespace {
 
 class ReplayTest : public ::testing::TestWithParam<Target> {};

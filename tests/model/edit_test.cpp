@@ -42,6 +42,8 @@ TEST_F(Edit, CategoryStaysWithThePosition) {
     draw(100, 0, 200, 0, kind_frame, 2);
     draw(200, 0, 300, 0, kind_chord, 2);
     model.beam[2].haba = 33.0f;
+    append_fix(1, 1, 1, 1);
+    append_load(4, 0.0f, 0.0f, -200.0f); // the number goes
     del_beam(0);
     ASSERT_EQ(model.N_Beam, 2);
     EXPECT_EQ(model.beam[0].kind, kind_post);

@@ -127,6 +127,24 @@ TEST_F(AnalysisTest, StoppedRunEndsTheSolverAndItsChildren) {
         "grep -q '^State:.[^ZX]' /proc/" + child.substr(0, child.find('\n')) + "/status";
     EXPECT_NE(std::system((alive + " 2>/dev/null").c_str()), 0) << "the solver's child still runs";
 }
+
+TEST_F(AnalysisTest, ClosingEitherWindowAtOnceStopsTheRun) {
+    own_solver("exec sleep 60\n");
+    for (const bool main_window : {true, false}) {
+        QTimer::singleShot(0, &main_, [&] {
+            QWidget* wait = nullptr;
+            for (QWidget* top : QApplication::topLevelWidgets()) {
+                wait = top->objectName() == "KaisekiForm" ? top : wait;
+            }
+            ASSERT_NE(wait, nullptr);
+            EXPECT_FALSE((main_window ? &main_ : wait)->close());
+        });
+        EXPECT_FALSE(run());
+        expect_main_window_back();
+        expect_message("解析を中止しました");
+    }
+    EXPECT_TRUE(main_.close()) << "as ever after the run";
+}
 #endif
 
 } // namespace

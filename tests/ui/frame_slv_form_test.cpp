@@ -1,6 +1,7 @@
 // The results window, driven on result files of its own.
 #include "ui/result/frame_slv_form.h"
 
+#include "analysis/solver_input.h"
 #include "geometry/solid.h"
 #include "player.h"
 #include "results/selection.h"
@@ -182,6 +183,77 @@ TEST_F(ResultsWindow, BarsShowTheSelectionOrAllMembers) {
     EXPECT_EQ(selected_rows(), std::vector<int>{1}) << "the selection is kept";
     press(*window.findChild<QDialog*>("MarukakuForm"), "AkaAoButton");
     EXPECT_EQ(modes(window), "3 JikuryokuMenu");
+}
+
+TEST_F(ResultsWindow, LeavingTheBarsAndAFailedBuildLeaveThePictureThatIsShown) {
+    TFrameSlvForm window;
+    const std::string at_first = label_text(window, "StatusLabel");
+    const auto show_all = [&] {
+        answer_next([](QDialog& dialog) {
+            click_item(dialog, "BuzaiGroup", 1);
+            press(dialog, "OKButton");
+        });
+        item(window, "MarukakuMenu")->trigger();
+    };
+    for (const char* mode : {"FutosaMenu", "WireMenu", "JikuryokuMenu", "Heni5Menu"}) {
+        show_all();
+        EXPECT_EQ(label_text(window, "StatusLabel"), "角丸表示　引張は丸、圧縮は角");
+        item(window, mode)->trigger();
+        EXPECT_EQ(label_text(window, "StatusLabel"), at_first) << mode;
+    }
+    show_all();
+    fs::remove(work_file("TRIO.DAT"));
+    fs::create_directory(work_file("TRIO.DAT"));
+    show_all();
+    EXPECT_EQ(take_messages().back(), "視点座標表示に失敗しました");
+    EXPECT_EQ(modes(window), "3 JikuryokuMenu") << "no picture of bars that have gone";
+    EXPECT_EQ(label_text(window, "StatusLabel"), at_first);
+    fs::remove(work_file("TRIO.DAT"));
+    press(*window.findChild<QDialog*>("MarukakuForm"), "MarukakuButton");
+    EXPECT_EQ(modes(window), "6 MarukakuMenu");
+    EXPECT_EQ(solids.n_trio, 3 * 24) << "built anew";
+    EXPECT_GT(window.picture().segments()->segments().size(), 0u);
+}
+
+TEST_F(ResultsWindow, NamesThatDifferAreToldOnce) {
+    TFrameSlvForm window;
+    for (int i = 0; i < 4; ++i) {
+        set_name(result.disp[i].name, "OTHER");
+    }
+    item(window, "Heni5Menu")->trigger();
+    const auto messages = take_messages();
+    ASSERT_EQ(messages.size(), 1u);
+    EXPECT_EQ(std::count(messages[0].begin(), messages[0].end(), '\n'), 3);
+    item(window, "Heni10Menu")->trigger();
+    item(window, "Heni5Menu")->trigger();
+    EXPECT_EQ(modes(window), "9 Heni5Menu");
+}
+
+TEST_F(ResultsWindow, LabelsComeFromTheInputOfTheseResultsOnly) {
+    const auto put_input = [](float pitch) {
+        for (int i = 0; i < 3; ++i) {
+            const float x = static_cast<float>(i + 1) * 100.0f;
+            append_beam({x, 0.0f, 0.0f}, {x + (i == 2 ? pitch : 100.0f), 0.0f, 0.0f}, 10.0f, 10.0f,
+                        kind_none, 2);
+        }
+        ASSERT_EQ(rebuild_tables(), 0);
+        append_fix(1, 1, 1, 1);
+        append_load(4, 0.0f, 0.0f, -1.0f);
+        ASSERT_EQ(save_honegumi(work_file("FRAMESLV.IN")), 0);
+        reset_model();
+    };
+    put_input(100.0f);
+    {
+        TFrameSlvForm window;
+        EXPECT_EQ(model.N_Fix + model.N_Load, 2);
+        EXPECT_TRUE(label_text(window, "StatusLabel").starts_with("計算結果のフォルダ"));
+    }
+    put_input(101.0f); // as many nodes and members
+    TFrameSlvForm window;
+    EXPECT_EQ(model.N_Fix + model.N_Load, 0);
+    EXPECT_EQ(label_text(window, "StatusLabel"), roles_of_other_frame);
+    item(window, "WireMenu")->trigger();
+    EXPECT_TRUE(label_text(window, "StatusLabel").starts_with("計算結果のフォルダ"));
 }
 
 TEST_F(ResultsWindow, SavesListDrawingAndPictures) {

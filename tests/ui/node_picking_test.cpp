@@ -155,6 +155,20 @@ TEST_F(Picking, OnlyOneLeftPressPicks) {
     EXPECT_EQ(flags(), "1 0 0 0") << "no mode, no picking";
 }
 
+TEST_F(Picking, EscEndsItFromEveryWindow) {
+    QWidget* const places[] = {&window_, &window_.picture(), &search(),
+                               control<QComboBox>(search(), "ZToComboBox")};
+    for (QWidget* place : places) {
+        trigger("KajyuSetutenMenu");
+        QKeyEvent escape(QEvent::KeyPress, Qt::Key_Escape, Qt::NoModifier);
+        QApplication::sendEvent(place, &escape);
+        EXPECT_EQ(window_.findChild<NodePicking*>()->mode(), PickMode::none)
+            << place->objectName().toStdString();
+        EXPECT_FALSE(search().isVisible());
+        EXPECT_TRUE(window_.isVisible());
+    }
+}
+
 struct ReachCase {
     const char* name;
     float distance;    // of node 3 from the pressed point, plane units

@@ -57,6 +57,34 @@ TEST_F(PerspectiveWindow, ShowsWhatTheEyeSeesAndFollowsTheDialog) {
     }
 }
 
+TEST_F(PerspectiveWindow, AFrameBehindTheEyeIsToldOnce) {
+    append_beam({5000.0f, 0.0f, 0.0f}, {5100.0f, 0.0f, 0.0f}, 10.0f, 10.0f, kind_none, 2);
+    rebuild_tables();
+    TJikuForm window(nullptr);
+    window.show();
+    view.Rho = 100.0;
+    view.Theta = 0.0;
+    view.Phi = 90.0;
+    Player player;
+    std::vector<std::string> said;
+    for (const char* item :
+         {"JikuModelMenu", "SitenModelMenu", "JikuModelMenu", "SitenModelMenu"}) {
+        const bool axis = std::string(item) == "JikuModelMenu";
+        const char* dialog = axis ? "TIsomeForm" : "TViewForm";
+        player.menu("TJikuForm", item).close(dialog).gone(dialog).step("look", [&] {
+            window.picture().grab();
+            QApplication::processEvents();
+            said.push_back(window.statusBar()->currentMessage().toStdString());
+            return true;
+        });
+    }
+    player.play();
+    EXPECT_EQ(said, (std::vector<std::string>{"", nothing_in_sight, "", nothing_in_sight}));
+    expect_message(nothing_in_sight);
+    EXPECT_FALSE(window.picture().segments().has_value()) << "no drawing of nothing";
+    expect_message(nothing_in_sight);
+}
+
 TEST_F(PerspectiveWindow, WorkIsStoppedFromItsBox) {
     param.NX = param.NY = 20; // enough work for the box to be drawn in the midst of it
     ASSERT_EQ(make_unit(), 0);

@@ -266,6 +266,38 @@ TEST_F(Editor, UndoToTheEmptySheetAndRedoToTheSameBytes) {
     EXPECT_EQ(saved_as("b.tgk"), bytes);
 }
 
+TEST_F(Editor, APressHeldWhileTheModeChangesDoesNothing) {
+    draw({100, 600}, {300, 600});
+    const auto change_in_drag = [this](const char* item, QPoint from, QPoint to) {
+        look();
+        send(QEvent::MouseButtonPress, from);
+        send(QEvent::MouseMove, to);
+        menu(item);
+        send(QEvent::MouseButtonRelease, to);
+        EXPECT_EQ(model.N_Beam, 1) << item;
+        EXPECT_EQ(model.N_Node, 2) << item;
+        EXPECT_FALSE(form_->sheet().sheet().band()) << item;
+    };
+    const QPoint above(200, 590);
+    const QPoint below(200, 610);
+    change_in_drag("BuzaiSakujyoMenu", above, below); // would delete
+    change_in_drag("BuzaiDataMenu", above, below);    // would open a dialog
+    change_in_drag("SetutenDataMenu", {100, 600}, {100, 600});
+    change_in_drag("BuzaiShiteiMenu", {500, 500}, {500, 500}); // would begin a member
+    click({500, 500});
+    change_in_drag("BuzaiSakujyoMenu", {600, 500}, {600, 500}); // its first node goes, too
+    QFocusEvent away(QEvent::FocusOut);
+    send(QEvent::MouseButtonPress, above);
+    QApplication::sendEvent(&form_->sheet(), &away);
+    send(QEvent::MouseButtonRelease, below);
+    EXPECT_EQ(model.N_Beam, 1);
+    drag(above, below);
+    EXPECT_EQ(model.N_Beam, 0) << "the next press acts again";
+    menu("UndoMenu");
+    EXPECT_EQ(model.N_Beam, 1);
+    EXPECT_EQ(model.N_Node, 2);
+}
+
 struct Leave {
     const char* name;
     const char* item; // the way out; null closes the window
@@ -345,6 +377,30 @@ TEST_F(Editor, AutosavedCopyIsOfferedAfterACrash) {
     menu("TegakiReadMenu");
     EXPECT_EQ(model.N_Beam, 2);
     EXPECT_EQ(document.file, work_file("a.tgk"));
+    document.changed = false;
+}
+
+TEST_F(Editor, ACopyIsNotOfferedWhileItsProgramRuns) {
+    draw({100, 600}, {300, 600});
+    const std::string bytes = saved_as("a.tgk");
+    for (const char* name : {"tegaki.autosave.tgk", "a.autosave.tgk"}) {
+        ASSERT_EQ(save_file(work_file(name), bytes), 0);
+    }
+    {
+        const CopyLock others[] = {lock_copy(work_file("tegaki.autosave.tgk")),
+                                   lock_copy(work_file("a.autosave.tgk"))};
+        ASSERT_EQ(find_autosave(), fs::path());
+        answer_file(work_file("a.tgk"));
+        menu("TegakiReadMenu"); // without a question
+        draw({300, 600}, {300, 400});
+        form_->autosave().tick();
+        EXPECT_TRUE(fs::exists(work_file("a-2.autosave.tgk")));
+        EXPECT_NE(find_autosave(), work_file("a-2.autosave.tgk"));
+        EXPECT_EQ(read_file(work_file("a.autosave.tgk")), bytes);
+    }
+    EXPECT_NE(find_autosave(), fs::path()) << "now they are left over";
+    form_->autosave().remove();
+    EXPECT_FALSE(fs::exists(work_file("a-2.autosave.tgk.lock")));
     document.changed = false;
 }
 

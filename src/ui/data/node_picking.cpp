@@ -8,6 +8,7 @@
 #include "ui/document.h"
 #include "ui/picture/picture_widget.h"
 
+#include <QKeyEvent>
 #include <QLabel>
 #include <QMainWindow>
 #include <QShortcut>
@@ -57,11 +58,21 @@ NodePicking::NodePicking(QMainWindow* window, PictureWidget* picture)
     connect(picture, &PictureWidget::left, this, [this] { show_status(-1); });
     connect(search_, &TNodeKensakuForm::marked, picture, qOverload<>(&QWidget::update));
     connect(search_, &TNodeKensakuForm::closed, this, &NodePicking::stop);
-    connect(new QShortcut(Qt::Key_Escape, window), &QShortcut::activated, this, &NodePicking::stop);
+    window->installEventFilter(this);
     connect(new QShortcut(Qt::Key_F6, window), &QShortcut::activated, search_,
             [this] { search_->activateWindow(); });
     connect(new QShortcut(Qt::Key_F6, search_), &QShortcut::activated, window,
             [window] { window->activateWindow(); });
+}
+
+bool NodePicking::eventFilter(QObject* window, QEvent* event) {
+    // Whatever in the window has the focus: a key that it has no use for comes to the window.
+    if (event->type() == QEvent::KeyPress && mode_ != PickMode::none &&
+        static_cast<QKeyEvent*>(event)->key() == Qt::Key_Escape) {
+        stop();
+        return true;
+    }
+    return QObject::eventFilter(window, event);
 }
 
 void NodePicking::start(PickMode mode) {

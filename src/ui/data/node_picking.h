@@ -32,6 +32,9 @@ class NodePicking : public QObject {
     // Ends picking and hides the search window; found nodes have their roles back.
     void stop();
 
+    // Esc in the window ends picking.
+    bool eventFilter(QObject* window, QEvent* event) override;
+
   private:
     void pick(QPoint at);
     // Names the node under the pointer.

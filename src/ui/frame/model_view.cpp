@@ -46,7 +46,7 @@ void ModelWindow::show_mode(ModelMode mode) {
     picture().set_picture(
         [mode](Canvas& canvas, DrawArea& area) { paint_model(mode, canvas, area); });
     if (mode != ModelMode::perspective) {
-        tell_stopped(false);
+        tell_of_perspective(nullptr);
     }
 }
 
@@ -118,12 +118,7 @@ void ModelWindow::show_viewpoint_model() {
 
 int ModelWindow::prepare_viewpoint(QWidget* parent) {
     const int status = prepare_perspective_shown(parent);
-    tell_stopped(status == perspective_stopped);
-    if (perspective_lines().empty()) {
-        picture().update();
-    } else {
-        picture().paint_again();
-    }
+    tell_of_perspective(paint_perspective(status));
     return status;
 }
 
@@ -133,14 +128,14 @@ void ModelWindow::follow_joints() {
     }
 }
 
-void ModelWindow::tell_stopped(bool stopped) {
-    if (stopped && !told_stopped_) {
+void ModelWindow::tell_of_perspective(const char* text) {
+    if (text != nullptr && !told_of_perspective_) {
         message_before_ = statusBar()->currentMessage();
-        statusBar()->showMessage(hidden_lines_stopped);
-    } else if (!stopped && told_stopped_) {
-        statusBar()->showMessage(message_before_);
     }
-    told_stopped_ = stopped;
+    if (text != nullptr || told_of_perspective_) {
+        statusBar()->showMessage(text != nullptr ? text : message_before_);
+    }
+    told_of_perspective_ = text != nullptr;
 }
 
 } // namespace kigumi

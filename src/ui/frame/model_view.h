@@ -43,12 +43,12 @@ class ModelWindow : public PictureWindow {
     int rebuild_solids();
     // Makes the perspective picture of the stored viewpoint ready and repaints; -1 after a message.
     int prepare_viewpoint(QWidget* parent);
-    // Has the status bar say that the picture shows hidden lines, or what it said before.
-    void tell_stopped(bool stopped);
+    // Has the status bar say this of the perspective picture; for null, what it said before.
+    void tell_of_perspective(const char* text);
 
     std::vector<QAction*> view_items_;
     ModelMode mode_ = ModelMode::nothing;
-    bool told_stopped_ = false;
+    bool told_of_perspective_ = false;
     QString message_before_;
 };
 

@@ -62,6 +62,12 @@ void PictureWidget::set_picture(Picture picture) {
     update();
 }
 
+void PictureWidget::paint_again(const std::string& told) {
+    failed_ = false;
+    told_ = told.empty() ? std::vector<std::string>() : std::vector{told};
+    update();
+}
+
 void PictureWidget::set_overlay(std::function<void(PainterCanvas& canvas)> overlay) {
     overlay_ = std::move(overlay);
     update();
@@ -124,9 +130,11 @@ void PictureWidget::paintEvent(QPaintEvent*) {
     if (overlay_) {
         overlay_(canvas);
     }
-    if (!messages.empty()) {
+    failed_ = !messages.empty();
+    const bool is_news = failed_ && messages != told_;
+    told_ = messages;
+    if (is_news) {
         // A box opened while painting would have the window painted anew, and so open without end.
-        failed_ = true;
         QTimer::singleShot(0, this, [messages = std::move(messages)] {
             for (const std::string& message : messages) {
                 show_message(message);

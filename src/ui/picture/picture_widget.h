@@ -20,7 +20,8 @@ class PainterCanvas;
 // refits on resize. The wheel zooms about the pointer, dragging with the middle button moves the
 // picture, and the key F (or a menu entry connected to fit()) shows the whole again; these change
 // only the window through which the picture is seen. What a picture has to say is shown once, after
-// the paint; the widget then stays white until it is given a picture again.
+// the paint; the widget then stays white until it is given a picture again, and a picture that has
+// to say the same is silent, until one was painted without a word.
 class PictureWidget : public QWidget {
     Q_OBJECT
 
@@ -32,11 +33,9 @@ class PictureWidget : public QWidget {
 
     // Sets what is painted (nothing leaves the widget white) and repaints.
     void set_picture(Picture picture);
-    // Paints anew, also a picture that had something to say.
-    void paint_again() {
-        failed_ = false;
-        update();
-    }
+    // Paints anew, also a picture that had something to say; all but `told`, which the person
+    // knows.
+    void paint_again(const std::string& told = {});
     // Sets what is painted over the finished picture and is no part of it: neither moved nor zoomed
     // with it, nor among its segments.
     void set_overlay(std::function<void(PainterCanvas& canvas)> overlay);
@@ -74,7 +73,8 @@ class PictureWidget : public QWidget {
 
     Picture picture_;
     std::function<void(PainterCanvas&)> overlay_;
-    bool failed_ = false; // the picture had a message
+    bool failed_ = false;           // the picture had a message
+    std::vector<std::string> told_; // by the paint before
     DrawArea area_;
     // Shown part of the fitted world window: its size is 1 / zoom_, its centre moved by these
     // fractions of the fitted size.

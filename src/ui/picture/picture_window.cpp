@@ -3,10 +3,12 @@
 #include "base/message.h"
 #include "export/dxf.h"
 #include "export/win3d.h"
+#include "geometry/perspective.h"
 #include "geometry/segment_file.h"
 #include "ui/dialogs.h"
 #include "ui/help_form.h"
 #include "ui/picture/dxf_width_form.h"
+#include "ui/picture/perspective_progress.h"
 
 #include <QCloseEvent>
 #include <QEventLoop>
@@ -104,6 +106,22 @@ void PictureWindow::export_win3d(const QString& filter) {
         status = save_win3d(path);
     }
     show_message(status == 0 ? "Win3Dデータを保存しました" : "Win3Dデータ保存に失敗しました");
+}
+
+const char* PictureWindow::paint_perspective(int status) {
+    if (status < 0) {
+        picture_->update();
+        return nullptr;
+    }
+    const bool nothing = is_nothing_in_sight();
+    if (nothing && !told_nothing_in_sight_) {
+        show_message(nothing_in_sight);
+    }
+    told_nothing_in_sight_ = nothing;
+    picture_->paint_again(nothing ? nothing_in_sight : "");
+    return nothing                         ? nothing_in_sight
+           : status == perspective_stopped ? hidden_lines_stopped
+                                           : nullptr;
 }
 
 void PictureWindow::closeEvent(QCloseEvent* event) {

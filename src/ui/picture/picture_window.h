@@ -42,6 +42,11 @@ class PictureWindow : public QMainWindow {
     // Win3D保存 with the filter of the window.
     void export_win3d(const QString& filter);
 
+    // Has the perspective picture painted anew after prepare_perspective_shown gave `status`. What
+    // the status bar is to say of it: why nothing is seen, which a box tells too, once until
+    // something is seen again; that hidden lines are drawn; or null.
+    const char* paint_perspective(int status);
+
     void closeEvent(QCloseEvent* event) override;
 
   signals:
@@ -49,6 +54,7 @@ class PictureWindow : public QMainWindow {
 
   private:
     PictureWidget* picture_;
+    bool told_nothing_in_sight_ = false;
 };
 
 } // namespace kigumi

@@ -5,6 +5,7 @@
 #include "ui/dialogs.h"
 #include "ui/result/kaiseki_form.h"
 
+#include <QEvent>
 #include <QWidget>
 
 namespace kigumi {
@@ -31,6 +32,25 @@ class Minimised {
     Qt::WindowStates before_;
 };
 
+// Turns the closing of the main window during the run into 中止: the window is still needed.
+class CloseStops : public QObject {
+  public:
+    CloseStops(QWidget& main_window, TKaisekiForm& run) : run_(run) {
+        main_window.installEventFilter(this);
+    }
+    bool eventFilter(QObject* window, QEvent* event) override {
+        if (event->type() != QEvent::Close) {
+            return QObject::eventFilter(window, event);
+        }
+        event->ignore();
+        run_.reject();
+        return true;
+    }
+
+  private:
+    TKaisekiForm& run_;
+};
+
 QString solver_words(const fs::path& solver) {
     const QString name = qt_path(solver.filename());
     return is_own_solver(solver) ? "作業フォルダの " + name : "同梱の " + name;
@@ -39,6 +59,7 @@ QString solver_words(const fs::path& solver) {
 int run_behind_window(QWidget& main_window, SolverOutcome& outcome) {
     const Minimised minimised(main_window);
     TKaisekiForm window(solver_words(find_solver()));
+    const CloseStops closing(main_window, window);
     return run_solver(outcome, [&window] { return window.keep_waiting(); });
 }
 

@@ -1,6 +1,5 @@
 #include "ui/result/frame_slv_form.h"
 
-#include "analysis/solver_roles.h"
 #include "analysis/solver_run.h"
 #include "base/message.h"
 #include "geometry/axis_picture.h"
@@ -124,13 +123,13 @@ void TFrameSlvForm::read_results(ResultsOf whose) {
         status_->setText(told.join("　"));
         return;
     }
-    read_roles();
+    const ResultRoles roles = read_roles();
     shown_.mode = mode_sign;
     shown_.upper = 100.0f;
     shown_.lower = 0.0f;
     shown_.TAU = view.TAU;
     shown_.FAI = view.FAI;
-    status_->setText(folder_text());
+    status_->setText(roles == ResultRoles::of_other_frame ? roles_of_other_frame : folder_text());
     picture().set_overlay([this](PainterCanvas& canvas) {
         if (legend_) {
             paint_legend(canvas, picture().width(), result_legend(shown_, scale_));
@@ -138,12 +137,14 @@ void TFrameSlvForm::read_results(ResultsOf whose) {
     });
 }
 
-void TFrameSlvForm::read_roles() {
+ResultRoles TFrameSlvForm::read_roles() {
     own_roles_ = model.N_Fix == 0 && model.N_Load == 0;
-    if (own_roles_) {
-        load_solver_roles();
-        clear_file_error(); // without the solver's input there are no such labels, and no failure
+    if (!own_roles_) {
+        return ResultRoles::read;
     }
+    const ResultRoles roles = load_result_roles();
+    clear_file_error(); // without the solver's input there are no such labels, and no failure
+    return roles;
 }
 
 void TFrameSlvForm::add_file_menu() {
@@ -307,9 +308,11 @@ void TFrameSlvForm::spread_selection(const QWidget* from) {
 void TFrameSlvForm::show_selection() {
     if (bars_built_ && !shown_.all_bars && shown_.mode == mode_solids) {
         const View eye = view;
-        build_solids(false);
+        const int status = build_solids(false);
         view = eye;
-        prepare_solids(this);
+        if (status == 0) {
+            prepare_solids(this);
+        }
     }
     show_state();
 }
@@ -357,10 +360,39 @@ QString TFrameSlvForm::folder_text() {
 }
 
 void TFrameSlvForm::show_displaced(float scale) {
-    if (get_new_beam(scale) == 0) {
-        scale_ = scale;
-        set_mode(mode_displaced);
+    std::vector<std::string> messages;
+    MessageSink sink =
+        set_message_sink([&messages](std::string_view text) { messages.emplace_back(text); });
+    const int status = get_new_beam(scale);
+    set_message_sink(std::move(sink));
+    std::string reason;
+    if (status < 0) {
+        reason = messages.back();
+        messages.pop_back();
     }
+    tell_other_names(messages);
+    if (status < 0) {
+        show_message(reason);
+        return;
+    }
+    scale_ = scale;
+    set_mode(mode_displaced);
+}
+
+void TFrameSlvForm::tell_other_names(const std::vector<std::string>& messages) {
+    constexpr std::size_t most = 10;
+    if (messages.empty() || told_other_names_) {
+        return;
+    }
+    told_other_names_ = true;
+    QStringList lines;
+    for (std::size_t i = 0; i < std::min(messages.size(), most); ++i) {
+        lines << qt_text(messages[i]);
+    }
+    if (messages.size() > most) {
+        lines << QString("ほか %1 件").arg(messages.size() - most);
+    }
+    show_message(lines.join('\n').toStdString());
 }
 
 void TFrameSlvForm::ask_band() {
@@ -403,6 +435,9 @@ int TFrameSlvForm::build_solids(bool all_members) {
     if (status < 0 || (solids.n_trio > 0 && get_jiku_world(bounds) < 0)) {
         reset_solids();
         bars_built_ = false;
+        if (shown_.mode == mode_solids) {
+            set_mode(mode_sign); // the bars shown until now have gone
+        }
         return refuse("視点座標表示に失敗しました");
     }
     bars_built_ = true;
@@ -411,19 +446,16 @@ int TFrameSlvForm::build_solids(bool all_members) {
 
 int TFrameSlvForm::prepare_solids(QWidget* parent) {
     const int status = prepare_perspective_shown(parent);
-    if (status == perspective_stopped) {
-        status_->setText(hidden_lines_stopped);
-    } else if (status == perspective_ready) {
-        status_->setText(solids.n_trio == 0 ? "選択した部材がないので、角丸表示は空です"
-                                            : "角丸表示　引張は丸、圧縮は角");
+    const char* text = paint_perspective(status);
+    if (status < 0) {
+        return -1;
     }
-    if (status == perspective_ready && solids.n_trio > 0 && perspective_lines().empty()) {
-        status_->setText("視点から見える部材がありません");
-        picture().update();
-    } else {
-        picture().paint_again();
+    if (text == nullptr) {
+        text = solids.n_trio == 0 ? "選択した部材がないので、角丸表示は空です"
+                                  : "角丸表示　引張は丸、圧縮は角";
     }
-    return status < 0 ? -1 : 0;
+    status_->setText(text);
+    return 0;
 }
 
 int TFrameSlvForm::show_solids() {

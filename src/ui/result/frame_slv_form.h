@@ -1,6 +1,7 @@
 // The results window (計算結果表示).
 #pragma once
 
+#include "analysis/solver_roles.h"
 #include "analysis/solver_run.h"
 #include "results/force_picture.h"
 #include "ui/picture/picture_window.h"
@@ -45,7 +46,8 @@ class TFrameSlvForm : public kigumi::PictureWindow {
     };
 
     void read_results(kigumi::ResultsOf whose);
-    void read_roles();
+    // Has supports and loads for the labels: the model's, else those of the solver's input.
+    kigumi::ResultRoles read_roles();
     void add_file_menu();
     void add_view_menu();
     void add_mode_items(QMenu* menu);
@@ -69,6 +71,8 @@ class TFrameSlvForm : public kigumi::PictureWindow {
 
     void set_mode(int mode);
     void show_displaced(float scale);
+    // Tells the nodes whose displacements bear another name: in one box, the first time.
+    void tell_other_names(const std::vector<std::string>& messages);
     void ask_band();
     void turn();
     void ask_marukaku();
@@ -77,7 +81,8 @@ class TFrameSlvForm : public kigumi::PictureWindow {
     // Finds what the eye sees of the bars, with its progress shown over `parent`. 0 or -1.
     int prepare_solids(QWidget* parent);
     void show_viewpoint();
-    // Builds the bars of the selection or of all members. 0, or -1 after a message.
+    // Builds the bars of the selection or of all members. 0, or -1 after a message: bars that were
+    // shown give way to 軸力表示 then.
     int build_solids(bool all_members);
 
     void save_list();
@@ -96,6 +101,7 @@ class TFrameSlvForm : public kigumi::PictureWindow {
     bool legend_ = true;
     float scale_ = 1.0f;      // of the displaced shape
     bool bars_built_ = false; // the solids are bars of this window
+    bool told_other_names_ = false;
     std::vector<QAction*> needs_results_;
     std::vector<std::pair<QAction*, std::function<bool()>>> checked_;
     QAction* turn_item_ = nullptr;

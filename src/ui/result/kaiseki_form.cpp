@@ -1,5 +1,6 @@
 #include "ui/result/kaiseki_form.h"
 
+#include <QCloseEvent>
 #include <QCoreApplication>
 #include <QLabel>
 #include <QPushButton>
@@ -51,6 +52,11 @@ bool TKaisekiForm::keep_waiting() {
                                                 : QEventLoop::ExcludeUserInputEvents);
     QThread::msleep(step);
     return !stop_;
+}
+
+void TKaisekiForm::closeEvent(QCloseEvent* event) {
+    event->ignore(); // it goes with the run, also while it is not shown yet
+    reject();
 }
 
 void TKaisekiForm::reject() {

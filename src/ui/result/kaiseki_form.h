@@ -19,6 +19,9 @@ class TKaisekiForm : public QDialog {
 
     void reject() override;
 
+  protected:
+    void closeEvent(QCloseEvent* event) override;
+
   private:
     void show_seconds();
 

@@ -181,6 +181,14 @@ void SheetWidget::leaveEvent(QEvent* event) {
     emit pointed();
 }
 
+// The release goes to whatever has the focus now: a dialog over the sheet, or a menu.
+void SheetWidget::focusOutEvent(QFocusEvent* event) {
+    PictureWidget::focusOutEvent(event);
+    if (sheet_.drop_press()) {
+        update();
+    }
+}
+
 bool SheetWidget::step_pointer(int key, bool small) {
     const int by = small ? 1 : static_cast<int>(snap_radius); // pixels
     const QPoint step = key == Qt::Key_Left    ? QPoint(-by, 0)

@@ -25,7 +25,7 @@ class SheetWidget : public PictureWidget {
 
     TegakiSheet& sheet() { return sheet_; }
     void set_mode(SheetMode mode);
-    // Gives up a half-drawn member or a line being dragged.
+    // Gives up a half-drawn member or a press that was not released.
     bool give_up();
 
     void set_grid(bool shown);
@@ -49,6 +49,7 @@ class SheetWidget : public PictureWidget {
     void mouseMoveEvent(QMouseEvent* event) override;
     void mouseReleaseEvent(QMouseEvent* event) override;
     void leaveEvent(QEvent* event) override;
+    void focusOutEvent(QFocusEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
     void keyReleaseEvent(QKeyEvent* event) override;
 

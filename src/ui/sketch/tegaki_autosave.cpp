@@ -30,6 +30,13 @@ fs::path autosave_path(const fs::path& file) {
     return path_of(utf8_of(stem) + copy_ending);
 }
 
+CopyLock lock_copy(const fs::path& copy) {
+    auto lock = std::make_unique<QLockFile>(qt_path(copy) + ".lock");
+    lock->setStaleLockTime(0); // void by the end of its program, not by its age
+    const bool kept = !lock->tryLock(0) && lock->error() == QLockFile::LockFailedError;
+    return kept ? nullptr : std::move(lock);
+}
+
 fs::path find_autosave() {
     fs::path newest;
     fs::file_time_type time;
@@ -37,7 +44,8 @@ fs::path find_autosave() {
     for (const fs::directory_entry& entry : fs::directory_iterator(work_dir(), error)) {
         std::error_code no_time;
         const fs::file_time_type written = entry.last_write_time(no_time);
-        if (is_copy(entry.path()) && !no_time && (newest.empty() || written > time)) {
+        const bool newer = newest.empty() || written > time;
+        if (is_copy(entry.path()) && !no_time && newer && lock_copy(entry.path())) {
             newest = entry.path();
             time = written;
         }
@@ -58,8 +66,9 @@ TegakiAutosave::TegakiAutosave(QObject* parent, std::function<int(const fs::path
     timer_.start(interval);
 }
 
-void TegakiAutosave::adopt(const fs::path& copy) {
+void TegakiAutosave::adopt(const fs::path& copy, CopyLock lock) {
     written_ = copy;
+    lock_ = std::move(lock);
     changed_ = true;
 }
 
@@ -68,24 +77,29 @@ void TegakiAutosave::remove() {
         remove_file(written_);
     }
     written_.clear();
+    lock_.reset();
     changed_ = false;
 }
 
-fs::path TegakiAutosave::free_path() const {
+fs::path TegakiAutosave::take_path() {
     const fs::path first = autosave_path(document.file);
+    const std::string stem = utf8_of(first.parent_path() / first.stem().stem());
     fs::path path = first;
-    for (int k = 2; path != written_ && fs::exists(path); ++k) {
-        const fs::path stem = first.parent_path() / first.stem().stem();
-        path = path_of(text_format("%s-%d%s", utf8_of(stem).c_str(), k, copy_ending));
+    lock_.reset(); // of a copy that could not be written
+    for (int k = 2;; ++k) {
+        lock_ = fs::exists(path) ? nullptr : lock_copy(path);
+        if (lock_) {
+            return path;
+        }
+        path = path_of(text_format("%s-%d%s", stem.c_str(), k, copy_ending));
     }
-    return path;
 }
 
 void TegakiAutosave::tick() {
     if (!changed_) {
         return;
     }
-    const fs::path path = free_path();
+    const fs::path path = written_.empty() ? take_path() : written_;
     std::string why;
     MessageSink sink = set_message_sink([&why](std::string_view text) { why = text; });
     const int status = save_(path);

@@ -3,9 +3,11 @@
 
 #include "base/files.h"
 
+#include <QLockFile>
 #include <QTimer>
 
 #include <functional>
+#include <memory>
 
 namespace kigumi {
 
@@ -13,7 +15,14 @@ namespace kigumi {
 // directory for a sketch without a file.
 fs::path autosave_path(const fs::path& file);
 
-// The newest copy in the working directory, or an empty path. There is one only after a crash.
+// The lock of a copy, a file of its name with ".lock" behind it. Whoever writes a copy keeps its
+// lock, so that no other program offers it as left over; it is void once that program has ended, in
+// whatever way. Null while a running program keeps it. Where no lock can be made, in a folder that
+// takes no file, no copy can be written either: what comes back then keeps nothing.
+using CopyLock = std::unique_ptr<QLockFile>;
+CopyLock lock_copy(const fs::path& copy);
+
+// The newest copy in the working directory whose program does not run any more, or an empty path.
 fs::path find_autosave();
 
 // The file that a copy belongs to; empty for a sketch that had none, or has none any more.
@@ -31,7 +40,7 @@ class TegakiAutosave : public QObject {
     // The sketch was changed since its copy was written.
     void note_change() { changed_ = true; }
     // The sketch was restored from this copy, which stays until the sketch is safe.
-    void adopt(const fs::path& copy);
+    void adopt(const fs::path& copy, CopyLock lock);
     // The sketch is safe, or given up: its copy is removed.
     void remove();
     // What happens once a minute.
@@ -41,12 +50,13 @@ class TegakiAutosave : public QObject {
     void failed(const QString& why);
 
   private:
-    // Where the next copy goes: never over one that another run of the program left.
-    fs::path free_path() const;
+    // Where the first copy goes, locked: never over one that another run of the program left.
+    fs::path take_path();
 
     QTimer timer_;
     std::function<int(const fs::path& path)> save_;
     fs::path written_; // the copy that is there
+    CopyLock lock_;    // of that copy
     bool changed_ = false;
     bool told_ = false;
 };

@@ -39,11 +39,12 @@ class TTegakiForm : public kigumi::ModelWindow {
     void new_sketch();
     void read_sketch();
     void load_sketch(const kigumi::fs::path& path);
-    void restore_copy(const kigumi::fs::path& copy);
+    void restore_copy(const kigumi::fs::path& copy, kigumi::CopyLock lock);
     // What a file that was read brings with it.
     void start_read_sketch(bool saved);
     bool save_sketch();
     int write_copy(const kigumi::fs::path& path);
+    // Asks what becomes of a copy, unless a running program keeps it.
     void offer_restoring(const kigumi::fs::path& copy);
     // Asks about an unsaved sketch; false when the user wants to go on with it.
     bool may_lose(const QString& consequence);

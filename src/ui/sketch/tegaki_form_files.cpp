@@ -111,7 +111,7 @@ void TTegakiForm::load_sketch(const fs::path& path) {
     start_read_sketch(true);
 }
 
-void TTegakiForm::restore_copy(const fs::path& copy) {
+void TTegakiForm::restore_copy(const fs::path& copy, CopyLock lock) {
     const BusyCursor busy;
     if (load_tegaki_data(copy) < 0) {
         return;
@@ -119,7 +119,7 @@ void TTegakiForm::restore_copy(const fs::path& copy) {
     document.set_empty();
     document.set_read(autosaved_file(copy));
     document.changed = true;
-    autosave_->adopt(copy);
+    autosave_->adopt(copy, std::move(lock));
     start_read_sketch(false);
 }
 
@@ -164,13 +164,17 @@ int TTegakiForm::write_copy(const fs::path& path) {
 }
 
 void TTegakiForm::offer_restoring(const fs::path& copy) {
+    CopyLock lock = lock_copy(copy); // kept while the question stands
+    if (!lock) {
+        return;
+    }
     const QDateTime time = QFileInfo(qt_path(copy)).lastModified();
     const QString text = QString("前回、保存されずに終わった手書データがあります（%1、%2）。\n"
                                  "復元しますか?")
                              .arg(qt_path(copy.filename()), time.toString("yyyy/MM/dd HH:mm"));
     switch (ask_unsaved(this, text, "復元する", "捨てる", "あとで決める")) {
     case UnsavedAnswer::save:
-        restore_copy(copy);
+        restore_copy(copy, std::move(lock));
         break;
     case UnsavedAnswer::discard: {
         std::error_code ignored;
