@@ -2,6 +2,8 @@
 
 #include <windows.h>
 
+#include <algorithm>
+
 namespace kigumi {
 
 namespace {
@@ -19,31 +21,6 @@ std::optional<std::wstring> widened(UINT from, std::string_view text) {
                                            size_of(text.size()), wide.data(), size_of(wide.size()));
     wide.resize(static_cast<size_t>(length));
     return length > 0 ? std::optional(wide) : std::nullopt;
-}
-
-// Text of code page 932; nothing when a character has no code there.
-std::optional<std::string> narrowed(const std::wstring& wide) {
-    std::string bytes(2 * wide.size(), '\0');
-    BOOL lost = FALSE;
-    const int length =
-        WideCharToMultiByte(code_page, WC_NO_BEST_FIT_CHARS, wide.data(), size_of(wide.size()),
-                            bytes.data(), size_of(bytes.size()), nullptr, &lost);
-    bytes.resize(static_cast<size_t>(length));
-    return length > 0 && lost == FALSE ? std::optional(bytes) : std::nullopt;
-}
-
-std::optional<std::string> converted(std::string_view utf8) {
-    const auto wide = widened(CP_UTF8, utf8);
-    return wide ? narrowed(*wide) : std::nullopt;
-}
-
-// Bytes of the character at the start of `utf8`: the first and those that continue it.
-size_t character_length(std::string_view utf8) {
-    size_t length = 1;
-    while (length < utf8.size() && (static_cast<unsigned char>(utf8[length]) & 0xC0) == 0x80) {
-        ++length;
-    }
-    return length;
 }
 
 // True when the bytes fall into single and double ones of the ranges that the code page has. The
@@ -65,6 +42,50 @@ bool has_form(std::string_view bytes) {
     return true;
 }
 
+// Signs that other systems take for those of the code page, and theirs of the same look.
+wchar_t known_sign(wchar_t sign) {
+    constexpr wchar_t pairs[][2] = {{0xA2, 0xFFE0}, {0xA3, 0xFFE1},   {0xA5, L'\\'},
+                                    {0xAC, 0xFFE2}, {0x2014, 0x2015}, {0x2016, 0x2225},
+                                    {0x203E, L'~'}, {0x2212, 0xFF0D}, {0x301C, 0xFF5E}};
+    for (const auto& [other, own] : pairs) {
+        if (sign == other) {
+            return own;
+        }
+    }
+    return sign;
+}
+
+// Code page 932 of UTF-8; nothing when it is broken or a character has no code there.
+std::optional<std::string> converted(std::string_view utf8) {
+    auto wide = widened(CP_UTF8, utf8);
+    if (!wide) {
+        return std::nullopt;
+    }
+    std::transform(wide->begin(), wide->end(), wide->begin(), known_sign);
+    std::string bytes(2 * wide->size(), '\0');
+    BOOL lost = FALSE;
+    const int length =
+        WideCharToMultiByte(code_page, WC_NO_BEST_FIT_CHARS, wide->data(), size_of(wide->size()),
+                            bytes.data(), size_of(bytes.size()), nullptr, &lost);
+    bytes.resize(static_cast<size_t>(length));
+    return lost == FALSE && has_form(bytes) ? std::optional(bytes) : std::nullopt;
+}
+
+// Bytes of the character at the start of `utf8` as its first byte tells.
+size_t told_length(std::string_view utf8) {
+    const auto first = static_cast<unsigned char>(utf8[0]);
+    return first < 0xC0 ? 1 : first < 0xE0 ? 2 : first < 0xF0 ? 3 : 4;
+}
+
+// The first byte and all those behind it that continue a character.
+size_t length_of_run(std::string_view utf8) {
+    size_t length = 1;
+    while (length < utf8.size() && (static_cast<unsigned char>(utf8[length]) & 0xC0) == 0x80) {
+        ++length;
+    }
+    return length;
+}
+
 } // namespace
 
 std::string to_cp932(std::string_view utf8) {
@@ -73,9 +94,11 @@ std::string to_cp932(std::string_view utf8) {
     }
     std::string out;
     while (!utf8.empty()) {
-        const size_t length = character_length(utf8);
-        out += converted(utf8.substr(0, length)).value_or("?");
-        utf8.remove_prefix(length);
+        const size_t run = length_of_run(utf8);
+        const size_t length = std::min(run, told_length(utf8));
+        const auto bytes = converted(utf8.substr(0, length));
+        out += bytes.value_or("?");
+        utf8.remove_prefix(bytes ? length : run);
     }
     return out;
 }

@@ -133,6 +133,15 @@ bool sync_to_disk(std::FILE* file) {
 // The folder gives its files their rights.
 void keep_permissions(const std::filesystem::path&, const std::filesystem::path&) {}
 
+std::optional<std::int64_t> write_time(const std::filesystem::path& path) {
+    WIN32_FILE_ATTRIBUTE_DATA told{};
+    if (GetFileAttributesExW(path.c_str(), GetFileExInfoStandard, &told) == 0) {
+        return std::nullopt;
+    }
+    const FILETIME& time = told.ftLastWriteTime;
+    return static_cast<std::int64_t>(time.dwHighDateTime) << 32 | time.dwLowDateTime;
+}
+
 std::filesystem::path program_dir() {
     constexpr DWORD longest = 32768; // characters that the system allows
     std::wstring name(longest, L'\0');
