@@ -102,6 +102,7 @@ class CommandLine {
 };
 
 CommandLine::CommandLine() {
+    app_.allow_windows_style_options(false); // a path may begin with a slash
     app_.require_subcommand(1);
     speak_japanese();
     add_generate();
@@ -300,8 +301,11 @@ void print_failure(const std::vector<std::string>& messages) {
 }
 
 int CommandLine::run(int argc, char** argv) {
-    // Pictures are painted without any display; the toolkit's own remarks would only disturb.
+    // Pictures are painted without any display; the toolkit's own remarks would only disturb. On
+    // Windows there always is one, and the toolkit's part for none finds no fonts.
+#ifndef Q_OS_WIN
     qputenv("QT_QPA_PLATFORM", "offscreen");
+#endif
     qInstallMessageHandler([](QtMsgType, const QMessageLogContext&, const QString&) {});
     std::vector<std::string> messages;
     set_message_sink([&messages](std::string_view text) { messages.emplace_back(text); });

@@ -98,7 +98,7 @@ std::optional<std::string> read_file(const fs::path& path) {
         return refuse(path, reason_of(EISDIR));
     }
     if (!fs::exists(status)) {
-        return refuse(path, reason_of(code && code.value() != 0 ? code.value() : ENOENT));
+        return refuse(path, reason_of(code ? code.default_error_condition().value() : ENOENT));
     }
     std::uintmax_t size = fs::is_regular_file(status) ? fs::file_size(path, code) : 0;
     size = code ? 0 : size;

@@ -1,8 +1,10 @@
 // What file handling needs of the platform; one small source a platform.
 #pragma once
 
+#include <cstdint>
 #include <cstdio>
 #include <filesystem>
+#include <optional>
 
 namespace kigumi {
 
@@ -28,6 +30,10 @@ bool sync_to_disk(std::FILE* file);
 
 // Gives `written` the permissions of `old` where that exists.
 void keep_permissions(const std::filesystem::path& old, const std::filesystem::path& written);
+
+// When the file was last written, in the finest steps that the system tells. Nothing when it tells
+// none. (Of the C++ libraries one for Windows tells whole seconds only.)
+std::optional<std::int64_t> write_time(const std::filesystem::path& path);
 
 // The folder of the running program's own file.
 std::filesystem::path program_dir();

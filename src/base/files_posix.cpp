@@ -109,6 +109,13 @@ void keep_permissions(const std::filesystem::path& old, const std::filesystem::p
     }
 }
 
+std::optional<std::int64_t> write_time(const std::filesystem::path& path) {
+    std::error_code code;
+    const std::int64_t time =
+        std::filesystem::last_write_time(path, code).time_since_epoch().count();
+    return code ? std::nullopt : std::optional(time);
+}
+
 std::filesystem::path program_dir() {
     std::error_code code;
     const auto program = std::filesystem::read_symlink("/proc/self/exe", code);

@@ -3,7 +3,9 @@
 
 #include <string>
 
-#if defined(__GNUC__)
+#if defined(__MINGW32__) && !defined(__clang__)
+#define KIGUMI_PRINTF(format_at, args_at) __attribute__((format(gnu_printf, format_at, args_at)))
+#elif defined(__GNUC__)
 #define KIGUMI_PRINTF(format_at, args_at) __attribute__((format(printf, format_at, args_at)))
 #else
 #define KIGUMI_PRINTF(format_at, args_at)

@@ -1,5 +1,6 @@
 // Builds over all members, and the triangle file TRIO.DAT.
 #include "base/files.h"
+#include "base/files_platform.h"
 #include "base/float.h"
 #include "base/format.h"
 #include "base/message.h"
@@ -24,18 +25,19 @@ constexpr const char* trio_name = "TRIO.DAT";
 struct FileStamp {
     fs::path path;
     std::uintmax_t size;
-    fs::file_time_type time;
+    std::int64_t time; // as write_time
     bool operator==(const FileStamp&) const = default;
 };
 
 std::optional<FileStamp> stamp_of_file() {
     const fs::path path = work_file(trio_name);
-    std::error_code no_size, no_time;
-    FileStamp stamp{path, fs::file_size(path, no_size), fs::last_write_time(path, no_time)};
-    if (no_size || no_time) {
+    std::error_code no_size;
+    const std::uintmax_t size = fs::file_size(path, no_size);
+    const auto time = write_time(path);
+    if (no_size || !time) {
         return std::nullopt;
     }
-    return stamp;
+    return FileStamp{path, size, *time};
 }
 
 // The file as it was when the triangles in memory were saved.

@@ -4,7 +4,9 @@
 #include <string>
 #include <string_view>
 
-#if defined(__GNUC__)
+#if defined(__MINGW32__) && !defined(__clang__)
+#define FRAMESLV_PRINTF(format_at, args_at) __attribute__((format(gnu_printf, format_at, args_at)))
+#elif defined(__GNUC__)
 #define FRAMESLV_PRINTF(format_at, args_at) __attribute__((format(printf, format_at, args_at)))
 #else
 #define FRAMESLV_PRINTF(format_at, args_at)

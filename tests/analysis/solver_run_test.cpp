@@ -1,6 +1,7 @@
 #include "analysis/solver_run.h"
 
 #include "analysis/process.h"
+#include "base/files_platform.h"
 #include "results_support.h"
 
 namespace kigumi::test {
@@ -60,6 +61,18 @@ TEST_F(SolverRunTest, PrefersTheSolverOfTheWorkingDirectory) {
     EXPECT_NE(find_solver(), work_file("FRAMESLV.EXE"));
     program("FRAMESLV.EXE", "#!/bin/sh\n");
     EXPECT_EQ(find_solver(), work_file("FRAMESLV.EXE"));
+}
+#else
+TEST_F(SolverRunTest, RunsInTheFolderAndTellsTheExitStatus) {
+    const fs::path folder = work_file("骨組 1");
+    fs::create_directory(folder);
+    fs::copy_file(program_dir() / "frameslv.exe", folder / "FRAMESLV.EXE");
+    const fs::path no_program = program("broken.exe", "\x01\x02 no program");
+    EXPECT_EQ(run_program(folder / "FRAMESLV.EXE", folder), 2); // there is no input
+    EXPECT_TRUE(fs::exists(folder / "frameslv.err"));
+    EXPECT_EQ(run_program(folder / "missing.exe", folder), -1);
+    EXPECT_EQ(run_program(no_program, folder), -1);
+    EXPECT_EQ(run_program(folder / "FRAMESLV.EXE", work_file("missing")), -1);
 }
 #endif
 

@@ -1,13 +1,8 @@
 #include "base/files.h"
-
+#include "base/files_platform.h"
 #include "support.h"
 
 #include <fstream>
-#ifndef _WIN32
-#include <fcntl.h>
-#include <sys/file.h>
-#include <unistd.h>
-#endif
 
 namespace kigumi {
 namespace {
@@ -60,23 +55,24 @@ TEST_F(Files, LongestNameCanBeSaved) {
     EXPECT_EQ(read_file(path), "text");
 }
 
-#ifndef _WIN32
 TEST_F(Files, TemporariesOfAKilledProgramAreTakenAwayAndThoseOfALivingOneKept) {
-    const auto occupy = [](const char* name) { std::ofstream(work_file(name)) << "half"; };
-    occupy(".kigumi-0");
+    std::ofstream(work_file(".kigumi-0")) << "half";
     ASSERT_EQ(save_file(work_file("a"), "text"), 0);
     EXPECT_EQ(names(), std::vector<std::string>{"a"});
-    occupy(".kigumi-0");
+    fs::path living;
+    std::FILE* const kept = create_beside(work_file("b"), living);
+    ASSERT_NE(kept, nullptr);
     fs::create_directory(work_file(".kigumi-1"));
-    const int living = open(work_file(".kigumi-0").c_str(), O_RDONLY);
-    ASSERT_EQ(flock(living, LOCK_EX), 0);
     ASSERT_EQ(save_file(work_file("a"), "other"), 0) << file_error();
     EXPECT_EQ(read_file(work_file("a")), "other");
-    EXPECT_EQ(read_file(work_file(".kigumi-0")), "half");
     EXPECT_EQ(names().size(), 3u);
-    close(living);
+    std::fputs("whole", kept);
+    EXPECT_TRUE(close_and_rename(kept, living, work_file("b")));
+    EXPECT_EQ(read_file(work_file("b")), "whole");
+    EXPECT_EQ(names().size(), 3u);
 }
 
+#ifndef _WIN32
 TEST_F(Files, PermissionsAndLinksStay) {
     const fs::path path = work_file("own.jik");
     const fs::path link = work_file("link.jik");
@@ -88,7 +84,6 @@ TEST_F(Files, PermissionsAndLinksStay) {
     EXPECT_EQ(read_file(path), "new");
     EXPECT_EQ(fs::status(path).permissions(), fs::perms::owner_read | fs::perms::owner_write);
 }
-
 #endif
 
 TEST_F(Files, FileThatIsTooLargeIsNotRead) {

@@ -15,7 +15,7 @@ TEST_F(ListingTest, WritesTheListingByteForByte) {
     ASSERT_EQ(save_listing(path), 0);
     std::string text = read_file(path).value_or("");
     // The folder differs from run to run; the name itself is "結果.txt" in code page 932.
-    const std::string folder = utf8_of(work_dir()) + "/";
+    const std::string folder = utf8_of(work_file(""));
     ASSERT_EQ(text.substr(0, folder.size()), folder);
     EXPECT_NE(text.find("\x8c\x8b\x89\xca.txt     3\r\n No    "), std::string::npos);
     expect_golden("portal-listing.txt", text.substr(folder.size()));
