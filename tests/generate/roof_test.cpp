@@ -264,15 +264,16 @@ std::string describe_from(int start) {
 }
 
 TEST_F(RoofText, SmallHipAndGable) {
-    set_roof({3, 2, 1, 1, 240.0f, 90.0f});
-    int below = make_below();
-    ASSERT_EQ(make_yane2(), 0);
-    test::expect_golden("roof_hip_3x2.txt", describe_from(below));
-    reset_model();
-    set_roof({2, 3, 2, 1, 0.0f, 90.0f});
-    below = make_below();
-    ASSERT_EQ(make_yane2(), 0);
-    test::expect_golden("roof_gable_2x3.txt", describe_from(below));
+    const std::pair<const char*, RoofCase> roofs[] = {
+        {"roof_hip_3x2.txt", {3, 2, 1, 1, 240.0f, 90.0f}},
+        {"roof_gable_2x3.txt", {2, 3, 2, 1, 0.0f, 90.0f}}};
+    for (const auto& [golden, roof] : roofs) {
+        reset_model();
+        set_roof(roof);
+        const int below = make_below();
+        ASSERT_EQ(make_yane2(), 0);
+        test::expect_golden(golden, describe_from(below));
+    }
 }
 
 TEST_F(RoofText, WhatMakesNoRoofIsRefused) {
