@@ -57,14 +57,14 @@ TEST_F(DxfTest, ColoursByChoice) {
 
 TEST_F(DxfTest, FailuresLeaveNoFile) {
     EXPECT_NE(make_dxf_file(out(), 2), 0);
-    EXPECT_EQ(take_messages(), std::vector<std::string>{"Error: Unable to open TEMP_FILE"});
+    expect_message("Error: Unable to open TEMP_FILE");
     EXPECT_FALSE(fs::exists(out()));
     ASSERT_EQ(save_file(work_file("TEMP.DAT"), std::string(33, '\0')), 0);
     EXPECT_NE(make_dxf_file(out(), 2), 0);
-    EXPECT_EQ(take_messages(), std::vector<std::string>{"Error: Unable to open TEMP_FILE"});
+    expect_message("Error: Unable to open TEMP_FILE");
     store({-10, -10, 10, 10}, {});
     EXPECT_NE(make_dxf_file(work_file("no_folder") / "out.dxf", 2), 0);
-    EXPECT_EQ(take_messages(), std::vector<std::string>{"Error: Unable to open DXF_FILE"});
+    expect_message("Error: Unable to open DXF_FILE");
 }
 
 } // namespace

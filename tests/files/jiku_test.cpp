@@ -42,26 +42,7 @@ TEST_F(Jiku, GroupsVolumesAndHeaders) {
     add(0, 0, 0, 0, 0.5f, 0, 10, 10, kind_post);    // the header recurs
     add(0, 0, 0, 100, 0, 0, 10, 10, 13);            // no such category
     add(0, 0, 0, 100, 0, 0, 10, 10, -1);
-    EXPECT_EQ(written(),
-              "1 0.000000 0.000000 0.000000 100.000000 0.000000 0.000000 10.000000 10.000000\r\n"
-              "// 以上の積算容量 小計 volume   0.010 Total Volume   0.010\r\n"
-              "// スペース床の柱部\r\n"
-              "1 0.000000 0.000000 0.000000 0.000000 300.000000 0.000000 10.000000 20.000000\r\n"
-              "1 0.000000 0.000000 0.000000 0.000000 0.000000 -100.000000 12.500000 8.000000\r\n"
-              "// 以上の積算容量 小計 volume   0.070 Total Volume   0.080\r\n"
-              "// 母屋\r\n"
-              "1 0.000000 0.000000 0.000000 300.000000 400.000000 0.000000 10.000000 10.000000\r\n"
-              "// 以上の積算容量 小計 volume   0.050 Total Volume   0.130\r\n"
-              "// スペース床の柱部\r\n"
-              "1 0.000000 0.000000 0.000000 0.000000 0.500000 0.000000 10.000000 10.000000\r\n"
-              "// 以上の積算容量 小計 volume   0.000 Total Volume   0.130\r\n"
-              "// 以上の積算容量 小計 volume   0.000 Total Volume   0.130\r\n"
-              "1 0.000000 0.000000 0.000000 100.000000 0.000000 0.000000 10.000000 10.000000\r\n"
-              "// 以上の積算容量 小計 volume   0.010 Total Volume   0.140\r\n"
-              "// 以上の積算容量 小計 volume   0.010 Total Volume   0.140\r\n"
-              "1 0.000000 0.000000 0.000000 100.000000 0.000000 0.000000 10.000000 10.000000\r\n"
-              "// 以上の積算容量 小計 volume   0.010 Total Volume   0.150\r\n"
-              "999\r\n");
+    test::expect_golden("files/groups.jik.txt", written());
 }
 
 TEST_F(Jiku, EmptyModelAndSelection) {
@@ -170,7 +151,7 @@ TEST_F(Jiku, FirstOfTwoNearHeightsIsTaken) {
 TEST_F(Jiku, SummaryThatCannotBeWrittenIsToldAndTheModelStays) {
     fs::create_directories(work_file("Youseki.dat"));
     EXPECT_EQ(load(member), 1);
-    EXPECT_EQ(take_messages(), std::vector<std::string>{"Error: Unable to open YOUSEKI_FILE"});
+    expect_message("Error: Unable to open YOUSEKI_FILE");
 }
 
 TEST_F(Jiku, BrokenFileIsRefusedWithItsReason) {

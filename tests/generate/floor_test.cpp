@@ -38,7 +38,6 @@ class Generate : public test::CoreTest {
   protected:
     void TearDown() override {
         EXPECT_EQ(find_model_fault(true), nullptr);
-        set_default_param();
         CoreTest::TearDown();
     }
     // The axis data of the model as text.
@@ -183,7 +182,7 @@ TEST_F(Generate, StoreysWithoutALevelAreRefused) {
                         2);
             const int before = model.N_Beam;
             EXPECT_EQ(three ? make_3kai() : make_2kai(), -1);
-            EXPECT_EQ(take_messages(), std::vector<std::string>{"レベル検索に失敗した"});
+            expect_message("レベル検索に失敗した");
             EXPECT_EQ(model.N_Beam, before + before - 1); // those before the foreign one stay
         }
     }

@@ -15,13 +15,7 @@ struct Case {
     float takasa = 0.0f;
 };
 
-class Settings : public test::CoreTest {
-  protected:
-    void TearDown() override {
-        set_default_param();
-        CoreTest::TearDown();
-    }
-};
+using Settings = test::CoreTest;
 
 constexpr const char* bad_section = "屋根部材の巾・厚みは 0 より大きくしてください";
 constexpr const char* bad_places = "寸法が大きすぎるか小さすぎるため、節点の位置を区別できません";
@@ -81,7 +75,6 @@ TEST_F(Settings, AreAcceptedOrSaidToBeWrong) {
 }
 
 TEST_F(Settings, TopChoicesCloseOffHeights) {
-    set_default_param();
     param.N_Sou = 1;
     apply_yane_choice(1);
     EXPECT_EQ(param.YaneMode, 1);

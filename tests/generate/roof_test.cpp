@@ -139,10 +139,6 @@ class Roof : public test::CoreTest, public ::testing::WithParamInterface<RoofCas
         predicted_ = predict_roof_beams();
         ASSERT_EQ(make_yane2(), 0);
     }
-    void TearDown() override {
-        set_default_param();
-        CoreTest::TearDown();
-    }
     int below_ = 0;
     int below_nodes_ = 0;
     long long predicted_ = 0;
@@ -244,13 +240,7 @@ std::vector<RoofCase> roof_cases() {
 
 INSTANTIATE_TEST_SUITE_P(Plans, Roof, ::testing::ValuesIn(roof_cases()));
 
-class RoofText : public test::CoreTest {
-  protected:
-    void TearDown() override {
-        set_default_param();
-        CoreTest::TearDown();
-    }
-};
+using RoofText = test::CoreTest;
 
 std::string describe_from(int start) {
     std::string text;

@@ -230,8 +230,6 @@ TEST_F(HiddenLineTest, SeesAsMuchAsEveryEdgeAgainstEveryTriangle) {
 }
 
 void make_floor_solids(int NX, int NY) {
-    reset_model();
-    set_default_param();
     param.NX = NX;
     param.NY = NY;
     ASSERT_EQ(check_param({0, 0, 0}), 0);

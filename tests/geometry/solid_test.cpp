@@ -135,7 +135,7 @@ TEST_F(SolidTest, FullPointTableRefusesButABuildStillFits) {
     EXPECT_EQ(register_point(7.0f, 0, 0), 8);
     EXPECT_EQ(make_kakuzai3(0, 0, 0, 100, 0, 0, 10, 20), -1);
     EXPECT_EQ(solids.n_trio, 0);
-    EXPECT_EQ(take_messages(), (std::vector<std::string>(2, "頂点が多すぎます（最大 140000 個）")));
+    expect_messages({2, "頂点が多すぎます（最大 140000 個）"});
     add_member({0, 0, 0}, {100, 0, 0});
     EXPECT_EQ(build_trio_file(), 0);
     EXPECT_EQ(solids.points.size(), 8u);

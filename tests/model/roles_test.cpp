@@ -47,10 +47,16 @@ TEST_F(Roles, AFullTableRefusesAndKeepsTheOtherRecord) {
     }
     ASSERT_EQ(put_load(6, 0.0f, 0.0f, -5.0f), 0);
     EXPECT_EQ(put_fix(6, 1, 1, 1), -1);
-    EXPECT_EQ(take_messages(), std::vector<std::string>{"固定節点が多すぎます（最大 1000 個）"});
+    expect_message("固定節点が多すぎます（最大 1000 個）");
     EXPECT_EQ(model.N_Load, 1);
     EXPECT_EQ(model.node[6].flag, role_loaded);
     EXPECT_EQ(put_fix(0, 0, 0, 1), 0) << "a record of its own is still replaced";
+    while (model.N_Load < load_capacity) {
+        append_load(2, 0.0f, 0.0f, -1.0f);
+    }
+    EXPECT_EQ(append_load(2, 0.0f, 0.0f, -1.0f), -1);
+    expect_message("荷重節点が多すぎます（最大 1000 個）");
+    EXPECT_EQ(model.N_Load, load_capacity);
 }
 
 TEST_F(Roles, SearchKeepsTheRolesAndBoundsAreInclusive) {

@@ -160,7 +160,7 @@ TEST_F(Sketch, DeletionKeepsUnknownPlacesUnknown) {
     set_node_place(2, 1, 2, 3);
     sheet_.set_mode(SheetMode::remove);
     EXPECT_EQ(drag(150, 50, 150, 60).event, SheetEvent::none);
-    EXPECT_EQ(take_messages(), std::vector<std::string>{"該当する部材が見つからない"});
+    expect_message("該当する部材が見つからない");
     EXPECT_EQ(drag(150, 50, 150, 150).event, SheetEvent::removed);
     ASSERT_EQ(model.N_Beam, 2);
     ASSERT_EQ(model.N_Node, 3);
@@ -180,8 +180,7 @@ TEST_F(Sketch, NothingIsWrittenPastATable) {
     model.N_Beam = beam_capacity;
     click(100, 100);
     EXPECT_EQ(model.N_Node, 0);
-    EXPECT_EQ(take_messages(), (std::vector<std::string>{"節点が多すぎます（最大 10000 個）",
-                                                         "部材が多すぎます（最大 10000 本）"}));
+    expect_messages({"節点が多すぎます（最大 10000 個）", "部材が多すぎます（最大 10000 本）"});
 }
 
 TEST_F(Sketch, HistoryGoesBackToTheEmptySheetAndForwardAgain) {
