@@ -49,9 +49,8 @@ TEST_F(Windows, GeneratedFrameIsSavedAsFromTheCommandLine) {
         .menu("TKihonUnitForm", "ModoruMenu")
         .gone("TKihonUnitForm");
     player_.play();
-    EXPECT_EQ(take_messages(),
-              (std::vector<std::string>{"軸ファイルを作製しました", "ＤＸＦファイルを作製しました",
-                                        "Win3Dデータを保存しました"}));
+    expect_messages(
+        {"軸ファイルを作製しました", "ＤＸＦファイルを作製しました", "Win3Dデータを保存しました"});
     EXPECT_FALSE(is_open("KihonMenu"));
     EXPECT_TRUE(is_open("SetutenMeishouMenu"));
     EXPECT_FALSE(is_open("KaisekiMenu"));
@@ -77,29 +76,10 @@ TEST_F(Windows, ThreeModelsInARow) {
     generate_frame();
     player_.menu("TKihonUnitForm", "ModoruMenu").gone("TKihonUnitForm");
     player_.play();
-    EXPECT_EQ(take_messages(), std::vector<std::string>{"軸ファイルを作製しました"});
+    expect_message("軸ファイルを作製しました");
     EXPECT_EQ(model.N_Beam, 2 * (768 + 96) + 136);
     EXPECT_EQ(find_model_fault(true), nullptr);
     EXPECT_TRUE(document.changed);
-}
-
-TEST_F(Windows, CancelledBasicDataLeavesTheStart) {
-    player_.menu("TMainForm", "KihonMenu")
-        .click("TKihonForm", "CancelButton")
-        .gone("TKihonUnitForm");
-    player_.menu("TMainForm", "JikuDataReadMenu").step("cancel", [] {
-        auto* dialog = qobject_cast<QFileDialog*>(QApplication::activeModalWidget());
-        if (dialog != nullptr) {
-            dialog->reject();
-        }
-        return dialog != nullptr;
-    });
-    player_.play();
-    for (const char* item :
-         {"KihonMenu", "TegakiMenu", "JikuDataReadMenu", "SaigoKaisekiMenu", "ExitMenu"}) {
-        EXPECT_TRUE(is_open(item)) << item;
-    }
-    EXPECT_EQ(model.N_Beam, 0);
 }
 
 TEST_F(Windows, BrokenAxisDataGivesTheStartBack) {
@@ -107,8 +87,7 @@ TEST_F(Windows, BrokenAxisDataGivesTheStartBack) {
     player_.menu("TMainForm", "JikuDataReadMenu").file(work_file("bad.jik"));
     player_.step("open again", [&] { return is_open("JikuDataReadMenu"); });
     player_.play();
-    EXPECT_EQ(take_messages(), (std::vector<std::string>{"最初の文字は '1' or '2' or '3' or '999'",
-                                                         "軸データ読みこみに失敗しました"}));
+    expect_messages({"最初の文字は '1' or '2' or '3' or '999'", "軸データ読みこみに失敗しました"});
     EXPECT_EQ(model.N_Beam, 0);
 }
 
@@ -127,17 +106,12 @@ TEST_F(Windows, UnsavedWorkIsAskedAbout) {
 
 TEST_F(Windows, SearchWritesTheChosenMembersOnly) {
     generate_frame();
-    player_.menu("TKihonUnitForm", "KensakuDataMenu").step("conditions", [] {
-        QWidget* search = Player::shown("TKensakuForm");
-        if (search == nullptr) {
-            return false;
-        }
-        for (auto* box : search->findChildren<QAbstractButton*>()) {
+    player_.menu("TKihonUnitForm", "KensakuDataMenu").with("TKensakuForm", [](QWidget& search) {
+        for (auto* box : search.findChildren<QAbstractButton*>()) {
             if (box->isCheckable()) {
                 box->setChecked(box->objectName() == "Kind4CheckBox");
             }
         }
-        return true;
     });
     player_.click("TKensakuForm", "OKButton").file(work_file("some.jik")).gone("TKensakuForm");
     player_.menu("TKihonUnitForm", "ModoruMenu").gone("TKihonUnitForm");
