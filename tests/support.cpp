@@ -1,6 +1,7 @@
 #include "support.h"
 
 #include "base/message.h"
+#include "generate/param.h"
 #include "geometry/projection.h"
 #include "model/lookup.h"
 
@@ -11,6 +12,7 @@ namespace kigumi::test {
 
 void CoreTest::SetUp() {
     reset_model();
+    set_default_param();
     view = View{};
     snap_radius = 10.0f;
     old_work_dir_ = work_dir();
@@ -38,6 +40,10 @@ void CoreTest::TearDown() {
 
 std::vector<std::string> CoreTest::take_messages() {
     return std::exchange(messages_, {});
+}
+
+void CoreTest::expect_messages(const std::vector<std::string>& messages) {
+    EXPECT_EQ(take_messages(), messages);
 }
 
 namespace {

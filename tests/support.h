@@ -20,6 +20,9 @@ class CoreTest : public ::testing::Test {
 
     // The messages since the last call.
     std::vector<std::string> take_messages();
+    // Fails unless exactly these were shown since the last look.
+    void expect_messages(const std::vector<std::string>& messages);
+    void expect_message(const std::string& message) { expect_messages({message}); }
 
   private:
     std::vector<std::string> messages_;

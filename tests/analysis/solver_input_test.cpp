@@ -83,8 +83,7 @@ TEST_F(SolverInputTest, LeavesTheOldFileWholeWhenItCannotWrite) {
     make_post();
     EXPECT_EQ(save_honegumi(work_file("missing/out.bon")), -1);
     EXPECT_EQ(save_honegra(work_file("missing/out.ydu")), -1);
-    EXPECT_EQ(take_messages(), (std::vector<std::string>{"Error: Unable to open BonFile",
-                                                         "Error: Unable to open GraFile"}));
+    expect_messages({"Error: Unable to open BonFile", "Error: Unable to open GraFile"});
 }
 
 } // namespace

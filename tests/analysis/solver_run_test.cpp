@@ -93,7 +93,7 @@ TEST_F(SolverRunTest, WritesTheInputAndTimesTheRun) {
     EXPECT_EQ(outcome.status, 7);
     EXPECT_NEAR(outcome.seconds, -86398.40, 1e-6);
     show_solver_time({12.345, 0});
-    EXPECT_EQ(take_messages(), (std::vector<std::string>{"解析計算を終了しまし   12.35 sec"}));
+    expect_message("解析計算を終了しまし   12.35 sec");
 }
 
 TEST_F(SolverRunTest, DoesNotRunOnAnInputThatCouldNotBeWritten) {
@@ -104,7 +104,7 @@ TEST_F(SolverRunTest, DoesNotRunOnAnInputThatCouldNotBeWritten) {
     };
     SolverOutcome outcome;
     EXPECT_EQ(run_solver(outcome), -1);
-    EXPECT_EQ(take_messages(), (std::vector<std::string>{"Error: Unable to open BonFile"}));
+    expect_message("Error: Unable to open BonFile");
 }
 
 TEST_F(SolverRunTest, KeepsEveryTableWhenTheLastFileIsBroken) {
@@ -118,8 +118,7 @@ TEST_F(SolverRunTest, KeepsEveryTableWhenTheLastFileIsBroken) {
     put("frameslv.lst", listing_of_row(5));
     put("frameslv.dsp", displacements_of_row(4));
     EXPECT_EQ(FrameSlv(), -1);
-    EXPECT_EQ(take_messages(),
-              (std::vector<std::string>{"ファイルframeslv.dspの読み込みに失敗しました"}));
+    expect_message("ファイルframeslv.dspの読み込みに失敗しました");
     EXPECT_EQ(file_error(), "節点の数が frameslv.lst では 5、frameslv.dsp では 4 です");
     EXPECT_EQ(model.N_Y, 2);
     EXPECT_EQ(result.N_Setuten, 3);
@@ -135,10 +134,8 @@ TEST_F(SolverRunTest, SavesBothFilesBehindEachOther) {
     EXPECT_EQ(read_file(work_file("kept.out")), "listing\r\n" + std::string("\0disp", 5));
     fs::remove(work_file("frameslv.lst"));
     EXPECT_EQ(save_results(work_file("kept.out")), -1);
-    EXPECT_EQ(
-        take_messages(),
-        (std::vector<std::string>{"Error: Unable to open DSP_FILE", "Error: Unable to open OutFile",
-                                  "解析結果を保存しました", "Error: Unable to open LST_FILE"}));
+    expect_messages({"Error: Unable to open DSP_FILE", "Error: Unable to open OutFile",
+                     "解析結果を保存しました", "Error: Unable to open LST_FILE"});
 }
 
 } // namespace

@@ -13,10 +13,6 @@ struct Word {
     double value;
 };
 
-void PrintTo(const Word& word, std::ostream* out) {
-    *out << '"' << word.text << '"';
-}
-
 const Word words[] = {
     {"12", true, true, 12.0},
     {"+1", true, true, 1.0},
@@ -34,19 +30,16 @@ const Word words[] = {
     {"********", false, false, 0.0},
 };
 
-class Number : public ::testing::TestWithParam<Word> {};
-
-TEST_P(Number, IsReadWholeOrNotAtAll) {
-    const Word& word = GetParam();
-    int whole = 99;
-    EXPECT_EQ(parse_number(word.text, whole), word.is_int);
-    EXPECT_EQ(whole, word.is_int ? static_cast<int>(word.value) : 99);
-    float single = 99.0f;
-    EXPECT_EQ(parse_number(word.text, single), word.is_float);
-    EXPECT_FLOAT_EQ(single, word.is_float ? static_cast<float>(word.value) : 99.0f);
+TEST(Number, IsReadWholeOrNotAtAll) {
+    for (const Word& word : words) {
+        int whole = 99;
+        float single = 99.0f;
+        EXPECT_EQ(parse_number(word.text, whole), word.is_int) << word.text;
+        EXPECT_EQ(parse_number(word.text, single), word.is_float) << word.text;
+        EXPECT_EQ(whole, word.is_int ? static_cast<int>(word.value) : 99);
+        EXPECT_FLOAT_EQ(single, word.is_float ? static_cast<float>(word.value) : 99.0f);
+    }
 }
-
-INSTANTIATE_TEST_SUITE_P(Words, Number, ::testing::ValuesIn(words));
 
 TEST(Scanner, ReadsItemsAndKeepsItsPlaceAtAFault) {
     Scanner scan(" 3\t1.5\r\n\f name 4.0 9");

@@ -24,12 +24,12 @@ TEST_F(Win3dTest, FailuresLeaveNoFile) {
     add_member({0, 0, 0}, {100, 0, 0});
     ASSERT_EQ(build_trio_file(), 0);
     EXPECT_EQ(save_win3d(work_file("no_folder") / "out.dat"), -1);
-    EXPECT_EQ(take_messages(), std::vector<std::string>{"Error: Unable to open OUT_FILE"});
+    expect_message("Error: Unable to open OUT_FILE");
     fs::resize_file(work_file("TRIO.DAT"), 272 * 11);
     EXPECT_EQ(save_win3d(out()), -1);
     fs::remove(work_file("TRIO.DAT"));
     EXPECT_EQ(save_win3d(out()), -1);
-    EXPECT_EQ(take_messages(), (std::vector<std::string>(2, "Error: Unable to open TRIO_FILE 04")));
+    expect_messages({2, "Error: Unable to open TRIO_FILE 04"});
     EXPECT_FALSE(fs::exists(out()));
 }
 

@@ -97,7 +97,7 @@ class LimitTest : public ResultTest, public ::testing::WithParamInterface<Limit>
 TEST_P(LimitTest, LastFitsAndNextIsRefusedWithOneMessage) {
     EXPECT_GE(GetParam().fill(GetParam().last), 0);
     EXPECT_EQ(find_model_fault(true), nullptr);
-    EXPECT_EQ(take_messages(), std::vector<std::string>{});
+    expect_messages({});
     reset_model();
     EXPECT_EQ(GetParam().fill(GetParam().last + 1), -1);
     EXPECT_EQ(take_messages().size(), 1u);

@@ -139,10 +139,6 @@ class Roof : public test::CoreTest, public ::testing::WithParamInterface<RoofCas
         predicted_ = predict_roof_beams();
         ASSERT_EQ(make_yane2(), 0);
     }
-    void TearDown() override {
-        set_default_param();
-        CoreTest::TearDown();
-    }
     int below_ = 0;
     int below_nodes_ = 0;
     long long predicted_ = 0;
@@ -244,13 +240,7 @@ std::vector<RoofCase> roof_cases() {
 
 INSTANTIATE_TEST_SUITE_P(Plans, Roof, ::testing::ValuesIn(roof_cases()));
 
-class RoofText : public test::CoreTest {
-  protected:
-    void TearDown() override {
-        set_default_param();
-        CoreTest::TearDown();
-    }
-};
+using RoofText = test::CoreTest;
 
 std::string describe_from(int start) {
     std::string text;
@@ -264,15 +254,16 @@ std::string describe_from(int start) {
 }
 
 TEST_F(RoofText, SmallHipAndGable) {
-    set_roof({3, 2, 1, 1, 240.0f, 90.0f});
-    int below = make_below();
-    ASSERT_EQ(make_yane2(), 0);
-    test::expect_golden("roof_hip_3x2.txt", describe_from(below));
-    reset_model();
-    set_roof({2, 3, 2, 1, 0.0f, 90.0f});
-    below = make_below();
-    ASSERT_EQ(make_yane2(), 0);
-    test::expect_golden("roof_gable_2x3.txt", describe_from(below));
+    const std::pair<const char*, RoofCase> roofs[] = {
+        {"roof_hip_3x2.txt", {3, 2, 1, 1, 240.0f, 90.0f}},
+        {"roof_gable_2x3.txt", {2, 3, 2, 1, 0.0f, 90.0f}}};
+    for (const auto& [golden, roof] : roofs) {
+        reset_model();
+        set_roof(roof);
+        const int below = make_below();
+        ASSERT_EQ(make_yane2(), 0);
+        test::expect_golden(golden, describe_from(below));
+    }
 }
 
 TEST_F(RoofText, WhatMakesNoRoofIsRefused) {

@@ -49,9 +49,8 @@ TEST_F(AxisPictureTest, AMissingFileIsReportedAtEachPaintAndChangesNothing) {
     canvas.text.clear();
     EXPECT_EQ(get_jiku_world(area), -1);
     EXPECT_EQ(draw_axis_model(canvas, area), -1);
-    EXPECT_EQ(take_messages(),
-              (std::vector<std::string>{"Error: Unable to open TRIO_FILE jikuire 01",
-                                        "Error: Unable to open TRIO_FILE jikuire 02"}));
+    expect_messages({"Error: Unable to open TRIO_FILE jikuire 01",
+                     "Error: Unable to open TRIO_FILE jikuire 02"});
     EXPECT_EQ(canvas.text, "");
     EXPECT_EQ(area.world.ymax, 4);
     EXPECT_EQ(model.Z_MAX, Z_MAX);

@@ -145,7 +145,7 @@ TEST_F(PerspectiveTest, NothingBeforeTheEyeIsTold) {
     DrawArea area = area_of(400, 300);
     RecorderCanvas canvas;
     ASSERT_EQ(draw_perspective(canvas, area), -1);
-    EXPECT_EQ(take_messages(), std::vector<std::string>{"視点から見える部材がありません"});
+    expect_message("視点から見える部材がありません");
     EXPECT_EQ(canvas.text, "");
 }
 
@@ -182,11 +182,10 @@ TEST_F(PerspectiveTest, RefusesBrokenSegmentFiles) {
     DrawArea window = area;
     RecorderCanvas canvas;
     EXPECT_EQ(draw_perspective(canvas, window), -1);
-    EXPECT_EQ(take_messages(),
-              std::vector<std::string>{"Error: Unable to open TRIO_FILE jikuire 03"});
+    expect_message("Error: Unable to open TRIO_FILE jikuire 03");
     view.TAU = view.FAI = 0;
     EXPECT_EQ(draw_segment_file(canvas, window), -1);
-    EXPECT_EQ(take_messages(), std::vector<std::string>{"Error: Unable to open TEMP_FILE01"});
+    expect_message("Error: Unable to open TEMP_FILE01");
     EXPECT_EQ(view.TAU, 30);
     EXPECT_EQ(view.FAI, 30);
 }

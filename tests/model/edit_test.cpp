@@ -16,12 +16,12 @@ class Edit : public test::CoreTest {
         beam.YS = YS;
         beam.XL = XL;
         beam.YL = YL;
-        const auto place = [](int no, float X, float Y) {
-            model.node[position_of(no)].X = X;
-            model.node[position_of(no)].Y = Y;
-        };
-        place(beam.noi, XS, YS);
-        place(beam.noj, XL, YL);
+        Node& start = model.node[position_of(beam.noi)];
+        Node& end = model.node[position_of(beam.noj)];
+        start.X = XS;
+        start.Y = YS;
+        end.X = XL;
+        end.Y = YL;
         return beam;
     }
 };
@@ -102,14 +102,8 @@ TEST_F(Edit, EndsWithinTheSnapRadiusShareANode) {
     EXPECT_EQ(model.N_Node, 3);
 }
 
-struct Pattern {
-    const char* pattern;
-    const char* text;
-    bool matches;
-};
-
 TEST(Select, Patterns) {
-    constexpr Pattern patterns[] = {
+    const std::tuple<const char*, const char*, bool> patterns[] = {
         {"", "X", false},
         {"X0?Y*", "X01Y02", true},
         {"*Z00", "X00Y00Z00", true},
@@ -117,8 +111,8 @@ TEST(Select, Patterns) {
         {"a*b*c", "axbxbxc", true},
         {"x00*", "X00Y00Z00", false},
     };
-    for (const Pattern& p : patterns) {
-        EXPECT_EQ(matches_pattern(p.pattern, p.text), p.matches) << p.pattern << " on " << p.text;
+    for (const auto& [pattern, text, matches] : patterns) {
+        EXPECT_EQ(matches_pattern(pattern, text), matches) << pattern << " on " << text;
     }
 }
 

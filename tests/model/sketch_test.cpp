@@ -66,54 +66,46 @@ TEST_F(Sketch, MemberAndNodesLiveThroughTheirFlags) {
     EXPECT_EQ(count_sketch().missing_nodes, 3);
 }
 
-struct Snap {
-    const char* name;
-    float X, Y;
-    int noj;
-};
-class Snapping : public Sketch, public ::testing::WithParamInterface<Snap> {};
-
-// Nodes 1 and 2 lie at (100, 100) and (115, 100).
-TEST_P(Snapping, TakesTheFirstNodeWithinTheRadius) {
-    draw(100, 100, 115, 100);
-    draw(300, 300, GetParam().X, GetParam().Y);
-    EXPECT_EQ(model.beam[1].noj, GetParam().noj);
+TEST_F(Sketch, SnapsToTheFirstNodeWithinTheRadius) {
+    const struct {
+        const char* name;
+        float X, Y;
+        int noj;
+    } ends[] = {{"below", 90.01f, 100, 1},
+                {"at", 90, 100, 4},
+                {"two near", 109, 100, 1},
+                {"only the second", 110, 100, 2},
+                {"slanting", 107.1f, 107.1f, 4}};
+    for (const auto& [name, X, Y, noj] : ends) {
+        reset_model();
+        draw(100, 100, 115, 100);
+        draw(300, 300, X, Y);
+        EXPECT_EQ(model.beam[1].noj, noj) << name;
+    }
 }
 
-INSTANTIATE_TEST_SUITE_P(Radius, Snapping,
-                         ::testing::Values(Snap{"below", 90.01f, 100, 1}, Snap{"at", 90, 100, 4},
-                                           Snap{"two_near", 109, 100, 1},
-                                           Snap{"only_second", 110, 100, 2},
-                                           Snap{"slanting", 107.1f, 107.1f, 4}),
-                         [](const auto& test) { return test.param.name; });
-
-struct Crossing {
-    const char* name;
-    float x1, y1, x2, y2;
-    int beam;
-};
-class Cross : public Sketch, public ::testing::WithParamInterface<Crossing> {};
-
-// Members 0: (100,100)-(200,100), 1: (100,200)-(200,300), 2: (150,50)-(150,250).
-TEST_P(Cross, FindsTheFirstMemberOnTheLine) {
+TEST_F(Sketch, FindsTheFirstMemberOnALine) {
     draw(100, 100, 200, 100);
     draw(100, 200, 200, 300);
     draw(150, 50, 150, 250);
-    SheetPoint at{};
-    const Crossing& line = GetParam();
-    EXPECT_EQ(search_cross_beam(line.x1, line.y1, line.x2, line.y2, at), line.beam);
-    EXPECT_TRUE(line.beam != 0 || same_float(at.Y, 100.0f));
+    const struct {
+        const char* name;
+        float x1, y1, x2, y2;
+        int beam;
+    } lines[] = {{"through", 120, 90, 120, 110, 0},
+                 {"at its end", 200, 90, 200, 110, 0},
+                 {"beyond its end", 200.1f, 90, 200.1f, 110, -1},
+                 {"touching", 170, 110, 170, 100, 0},
+                 {"short of it", 170, 110, 170, 100.1f, -1},
+                 {"parallel upon it", 100, 100, 140, 100, -1},
+                 {"second and third", 140, 250, 160, 250, 1}};
+    for (const auto& line : lines) {
+        SheetPoint at{};
+        EXPECT_EQ(search_cross_beam(line.x1, line.y1, line.x2, line.y2, at), line.beam)
+            << line.name;
+        EXPECT_TRUE(line.beam != 0 || same_float(at.Y, 100.0f));
+    }
 }
-
-INSTANTIATE_TEST_SUITE_P(Lines, Cross,
-                         ::testing::Values(Crossing{"through", 120, 90, 120, 110, 0},
-                                           Crossing{"at_its_end", 200, 90, 200, 110, 0},
-                                           Crossing{"beyond_its_end", 200.1f, 90, 200.1f, 110, -1},
-                                           Crossing{"touching", 170, 110, 170, 100, 0},
-                                           Crossing{"short_of_it", 170, 110, 170, 100.1f, -1},
-                                           Crossing{"parallel_upon_it", 100, 100, 140, 100, -1},
-                                           Crossing{"second_and_third", 140, 250, 160, 250, 1}),
-                         [](const auto& test) { return test.param.name; });
 
 TEST_F(Sketch, OnlyASingleLeftClickActs) {
     sheet_.press(TegakiSheet::right_button, {1, 1});
@@ -168,7 +160,7 @@ TEST_F(Sketch, DeletionKeepsUnknownPlacesUnknown) {
     set_node_place(2, 1, 2, 3);
     sheet_.set_mode(SheetMode::remove);
     EXPECT_EQ(drag(150, 50, 150, 60).event, SheetEvent::none);
-    EXPECT_EQ(take_messages(), std::vector<std::string>{"該当する部材が見つからない"});
+    expect_message("該当する部材が見つからない");
     EXPECT_EQ(drag(150, 50, 150, 150).event, SheetEvent::removed);
     ASSERT_EQ(model.N_Beam, 2);
     ASSERT_EQ(model.N_Node, 3);
@@ -188,8 +180,7 @@ TEST_F(Sketch, NothingIsWrittenPastATable) {
     model.N_Beam = beam_capacity;
     click(100, 100);
     EXPECT_EQ(model.N_Node, 0);
-    EXPECT_EQ(take_messages(), (std::vector<std::string>{"節点が多すぎます（最大 10000 個）",
-                                                         "部材が多すぎます（最大 10000 本）"}));
+    expect_messages({"節点が多すぎます（最大 10000 個）", "部材が多すぎます（最大 10000 本）"});
 }
 
 TEST_F(Sketch, HistoryGoesBackToTheEmptySheetAndForwardAgain) {

@@ -17,7 +17,7 @@ class DisplacementTest : public ResultTest {
 
     void expect_failed() {
         EXPECT_EQ(get_new_beam(1.0f), -1);
-        EXPECT_EQ(take_messages(), (std::vector<std::string>{"部材の検索に失敗しました"}));
+        expect_message("部材の検索に失敗しました");
     }
 };
 
@@ -53,9 +53,7 @@ TEST_F(DisplacementTest, GoesOnAfterAnotherName) {
     set_name(result.disp[1].name, "X00Y00Z09tail");
     set_name(result.disp[2].name, "X01Y00Z01tail");
     EXPECT_EQ(get_new_beam(1.0f), 0);
-    EXPECT_EQ(take_messages(),
-              (std::vector<std::string>{
-                  "エラー  No     2 変位節点名  X00Y00Z09tail 原節点名 X00Y00Z01"}));
+    expect_message("エラー  No     2 変位節点名  X00Y00Z09tail 原節点名 X00Y00Z01");
     EXPECT_STREQ(result.heni_node[1].name, "X00Y00Z01");
 }
 

@@ -26,8 +26,7 @@ TEST_F(ListingTest, RefusesAnEmptyResultAndALockedPlace) {
     EXPECT_FALSE(fs::exists(work_file("out.txt")));
     make_portal_result();
     EXPECT_EQ(save_listing(work_file("missing/out.txt")), -1);
-    EXPECT_EQ(take_messages(),
-              (std::vector<std::string>{"保存するデータが存在しない", "書きこみに失敗しました"}));
+    expect_messages({"保存するデータが存在しない", "書きこみに失敗しました"});
 }
 
 } // namespace

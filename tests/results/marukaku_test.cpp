@@ -48,14 +48,11 @@ class MarukakuTest : public ResultTest {
     ResultView shown;
 };
 
-TEST_F(MarukakuTest, MakesSquareBarsOfThePercentAsArea) {
+TEST_F(MarukakuTest, MakesSquareAndRoundBarsOfThePercentAsArea) {
     EXPECT_EQ(triangles(-1.0f, 100.0f), box_triangles);
     EXPECT_NEAR(reach(), std::sqrt(50.0f), 0.01f);
     EXPECT_EQ(triangles(0.0f, 25.0f), box_triangles);
     EXPECT_EQ(triangles(1.0f, 1.0f), box_triangles);
-}
-
-TEST_F(MarukakuTest, MakesRoundBarsOfThePercentAsArea) {
     EXPECT_EQ(triangles(1.0f, 100.0f), prism_triangles);
     EXPECT_NEAR(reach(), 5.642f, 0.01f);
     EXPECT_EQ(triangles(1.0f, 1.01f), prism_triangles);

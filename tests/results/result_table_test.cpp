@@ -40,8 +40,7 @@ TEST_F(ResultTableTest, RefusesAnEmptyListAndALockedPlace) {
     EXPECT_EQ(save_result_csv(work_file("list.csv"), member_table()), -1);
     make_portal_result();
     EXPECT_EQ(save_result_csv(work_file("missing/list.csv"), member_table()), -1);
-    EXPECT_EQ(take_messages(),
-              (std::vector<std::string>{"保存するデータが存在しない", "書きこみに失敗しました"}));
+    expect_messages({"保存するデータが存在しない", "書きこみに失敗しました"});
 }
 
 TEST_F(ResultTableTest, ShowsFiveDigitsOfTheLargestValueOfAUnit) {

@@ -55,9 +55,8 @@ TEST_F(BenchmarkTest, Logan58) {
         f, r, {{4, {"0.183462", "41.98540", "-7.108295", "-235.5320", "-0.0890035", "-6.072806"}}});
 }
 
-namespace {
-
-Frame weaver() {
+// Weaver, Computer Programs for Structural Analysis (1967), p. 146, problem 8.
+TEST_F(BenchmarkTest, Weaver146) {
     Frame f;
     f.node = {z_up(0, 120, 0), z_up(240, 120, 0), z_up(0, 0, 0), z_up(360, 0, 120)};
     f.member = {{1, 2}, {3, 1}, {2, 4}};
@@ -65,14 +64,6 @@ Frame weaver() {
     f.material = {{30000, 0.25}};
     f.support = {{3}, {4}};
     f.load = {{1, z_up(six(2, 0, 0))}, {2, z_up(six(0, -1, 0, 0, 0, -120))}};
-    return f;
-}
-
-} // namespace
-
-// Weaver, Computer Programs for Structural Analysis (1967), p. 146, problem 8.
-TEST_F(BenchmarkTest, Weaver146) {
-    const Frame f = weaver();
     const Results r = solved(f);
     expect_moved(r, {{2, {"0.22202", "-0.48119", "-0.70161", "-0.00802", "0.00101", "-0.00435"}},
                      {1,
@@ -104,9 +95,8 @@ TEST_F(BenchmarkTest, Kassimali81) {
     expect_axial(r, {"-55.10440", "-84.24830", "24.08504", "3.22893"});
 }
 
-namespace {
-
-Frame ferreira() {
+// Ferreira, MATLAB Codes for Finite Element Analysis, example 8.3: tells Iy from Iz.
+TEST_F(BenchmarkTest, Ferreira83) {
     Frame f;
     f.node = {z_up(0, 0, 0), z_up(3, 0, 0), z_up(0, 0, -3), z_up(0, -4, 0)};
     f.member = {{1, 2}, {1, 3}, {1, 4}};
@@ -115,14 +105,6 @@ Frame ferreira() {
     f.material = {{210e6, 0.25}};
     f.support = {{2}, {3}, {4}};
     f.load = {{1, z_up(six(-10, 0, 20))}};
-    return f;
-}
-
-} // namespace
-
-// Ferreira, MATLAB Codes for Finite Element Analysis, example 8.3: tells Iy from Iz.
-TEST_F(BenchmarkTest, Ferreira83) {
-    const Frame f = ferreira();
     expect_moved(solved(f), {{1,
                               {"-7.05148e-6", "-6.65367e-8", "1.41770e-5", "1.44779e-6",
                                "1.74858e-6", "1.13605e-6"}}});
@@ -231,6 +213,7 @@ TEST_F(BenchmarkTest, CantileverInAnyDirection) {
     const double E = 1e5, nu = 0.3, A = 110, Iy = 1500, Iz = 700, J = 900, L = 250;
     const double G = E / (2 * (1 + nu));
     const Vector6 P = six(3, 5, -7, 110, -130, 170); // local
+    const Vector6 at_start = P + six(0, 0, 0, 0, -P(2) * L, P(1) * L);
     const Vector6 expected =
         six(P(0) * L / (E * A), P(1) * L * L * L / (3 * E * Iz) + P(5) * L * L / (2 * E * Iz),
             P(2) * L * L * L / (3 * E * Iy) - P(4) * L * L / (2 * E * Iy), P(3) * L / (G * J),
@@ -253,22 +236,9 @@ TEST_F(BenchmarkTest, CantileverInAnyDirection) {
             const Results r = solved(f);
             EXPECT_LE((r.u(2) - moved).norm(), 2e-8 * moved.norm()) << way.transpose();
             const Results::Stress& s = r.s(1);
-            const double values[] = {s.force, s.p1,  s.p2,  s.xv1, s.xv2, s.yv1,
-                                     s.yv2,   s.xm2, s.ym2, s.zm,  s.xm1, s.ym1};
-            const double wanted[] = {P(0),
-                                     P(0),
-                                     P(0),
-                                     P(1),
-                                     P(1),
-                                     P(2),
-                                     P(2),
-                                     P(4),
-                                     P(5),
-                                     P(3),
-                                     P(4) - P(2) * L,
-                                     P(5) + P(1) * L};
-            for (size_t k = 0; k < std::size(values); k++)
-                EXPECT_NEAR(values[k], wanted[k], 1e-5) << k;
+            EXPECT_NEAR(s.force, P(0), 1e-5);
+            EXPECT_LE((six(s.p1, s.xv1, s.yv1, s.zm, s.xm1, s.ym1) - at_start).norm(), 1e-5);
+            EXPECT_LE((six(s.p2, s.xv2, s.yv2, s.zm, s.xm2, s.ym2) - P).norm(), 1e-5);
         }
 }
 

@@ -43,6 +43,23 @@ Frame portal() {
     return f;
 }
 
+Frame::Load push_x(double force) {
+    return {2, six(force, 0, 0)};
+}
+
+void hold_feet(Frame& f, const char* digits) {
+    f.support = {{1, digits}, {4, digits}};
+}
+
+// A part of its own, nodes 5 and 6.
+void add_post(Frame& f, const std::string& digits) {
+    f.node.emplace_back(0, 900, 0);
+    f.node.emplace_back(0, 900, 100);
+    f.member.push_back({5, 6});
+    if (!digits.empty())
+        f.support.push_back({5, digits});
+}
+
 } // namespace
 
 TEST_F(RefusalTest, Models) {
@@ -67,55 +84,23 @@ TEST_F(RefusalTest, Models) {
         {"nu -1", [](Frame& f) { f.material[0].nu = -1; }, bad, "材料 1 のポアソン比"},
         {"nu 0.51", [](Frame& f) { f.material[0].nu = 0.51; }, bad, "材料 1 のポアソン比"},
         {"zero length", [](Frame& f) { f.node[2] = f.node[1]; }, bad, "部材 2 (節点 2 - 節点 3)"},
-        {"far away",
-         [](Frame& f) {
-             f.node[0].x() = 1.7e308;
-             f.node[1].x() = -1.7e308;
-         },
-         bad, "座標"},
-        {"loads beyond double",
-         [](Frame& f) {
-             f.load = {{2, six(1.7e308, 0, 0)}, {2, six(1.7e308, 0, 0)}};
-         },
-         bad, "節点 2 の荷重"},
+        {"far away", [](Frame& f) { f.node[0].x() = 1.7e308, f.node[1].x() = -1.7e308; }, bad,
+         "座標"},
+        {"loads beyond double", [](Frame& f) { f.load.assign(2, push_x(1.7e308)); }, bad,
+         "節点 2 の荷重"},
         {"stiffness beyond double", [](Frame& f) { f.material[0].E = 1e308; }, Exit::inexact,
          "節点"},
-        {"results beyond single",
-         [](Frame& f) {
-             f.load = {{2, six(1e40, 0, 0)}};
-         },
-         Exit::inexact, "が大きすぎます"},
+        {"results beyond single", [](Frame& f) { f.load.assign(1, push_x(1e40)); }, Exit::inexact,
+         "が大きすぎます"},
         {"no supports", [](Frame& f) { f.support.clear(); }, loose, "支点がありません"},
-        {"node without members",
-         [](Frame& f) {
-             f.node.push_back({9, 9, 9});
-         },
-         loose, "節点 5 に部材がありません"},
-        {"floating part",
-         [](Frame& f) {
-             f.node.push_back({0, 900, 0});
-             f.node.push_back({0, 900, 100});
-             f.member.push_back({6, 5});
-         },
-         loose, "節点 5 を含む部分 (節点 2 個) に支点がありません"},
-        {"spin about the line of the supports",
-         [](Frame& f) {
-             f.support = {{1, "111000"}, {4, "111000"}};
-         },
-         loose, "y 方向"},
-        {"slides",
-         [](Frame& f) {
-             f.support = {{1, "011111"}, {4, "011111"}};
-         },
-         loose, "x 方向"},
-        {"second part loose",
-         [](Frame& f) {
-             f.node.push_back({0, 900, 0});
-             f.node.push_back({0, 900, 100});
-             f.member.push_back({5, 6});
-             f.support.push_back({5, "110111"});
-         },
-         loose, "節点 5 が z 方向"},
+        {"node without members", [](Frame& f) { f.node.emplace_back(9, 9, 9); }, loose,
+         "節点 5 に部材がありません"},
+        {"floating part", [](Frame& f) { add_post(f, {}); }, loose,
+         "節点 5 を含む部分 (節点 2 個) に支点がありません"},
+        {"spin about the line of the supports", [](Frame& f) { hold_feet(f, "111000"); }, loose,
+         "y 方向"},
+        {"slides", [](Frame& f) { hold_feet(f, "011111"); }, loose, "x 方向"},
+        {"second part loose", [](Frame& f) { add_post(f, "110111"); }, loose, "節点 5 が z 方向"},
     };
     for (const Case& one : cases) {
         Frame f = portal();

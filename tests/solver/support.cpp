@@ -1,6 +1,8 @@
 #include "support.h"
 
+#include "solver/check.h"
 #include "solver/fault.h"
+#include "solver/input.h"
 #include "solver/run.h"
 
 #include <cmath>
@@ -97,6 +99,17 @@ Vector6 reaction(const Frame& frame, const Results& results, int no) {
         if (one.no == no)
             sum -= one.value;
     return sum;
+}
+
+Solution solution_of(const Frame& frame, int threads) {
+    Model model;
+    Solution solution;
+    EXPECT_FALSE(read_input(frame.text(), model));
+    EXPECT_FALSE(check_model(model));
+    EXPECT_FALSE(check_held(model));
+    System system(model, threads);
+    EXPECT_FALSE(solve(model, {}, system, solution));
+    return solution;
 }
 
 void SolverTest::SetUp() {

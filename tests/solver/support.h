@@ -3,6 +3,7 @@
 #pragma once
 
 #include "solver/settings.h"
+#include "solver/solve.h"
 
 #include <Eigen/Dense>
 #include <gtest/gtest.h>
@@ -80,6 +81,9 @@ Eigen::Matrix3d turned_axes(const Vector3& i, const Vector3& j, double angle);
 
 // Reaction of a node: what the listed members' ends ask of it, less its loads.
 Vector6 reaction(const Frame& frame, const Results& results, int no);
+
+// What the library itself finds for a frame that must be solved.
+Solution solution_of(const Frame& frame, int threads = 1);
 
 class SolverTest : public ::testing::Test {
   protected:

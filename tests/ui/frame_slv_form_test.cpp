@@ -9,7 +9,6 @@
 #include "ui/result/kekka_ichiran_form.h"
 
 #include <QMessageBox>
-#include <QMouseEvent>
 
 namespace kigumi::test {
 
@@ -50,8 +49,7 @@ class ResultsWindow : public UiTest {
     static void click(TFrameSlvForm& window, QPoint at, Qt::KeyboardModifiers keys = {}) {
         window.picture().grab();
         for (const auto type : {QEvent::MouseButtonPress, QEvent::MouseButtonRelease}) {
-            QMouseEvent event(type, at, at, Qt::LeftButton, Qt::LeftButton, keys);
-            QApplication::sendEvent(&window.picture(), &event);
+            send_mouse(window.picture(), type, at, Qt::LeftButton, keys);
         }
     }
 };

@@ -6,8 +6,6 @@
 #include "ui/data/section_forms.h"
 #include "ui/data/sel_beam_form.h"
 
-#include <QElapsedTimer>
-
 namespace kigumi::test {
 
 namespace {
@@ -104,22 +102,6 @@ TEST_F(MemberData, MaterialDialogNamesTheFirstWrongValue) {
     EXPECT_FLOAT_EQ(model.mat.E[1], model.default_E) << "nothing was stored";
     form.reject();
     EXPECT_EQ(form.change(), Change::refused);
-}
-
-TEST_F(MemberData, TenThousandMembersOpenAtOnce) {
-    while (model.N_Beam < beam_capacity) {
-        model.beam[model.N_Beam] = model.beam[0];
-        model.beam[model.N_Beam].no = model.N_Beam + 1;
-        ++model.N_Beam;
-    }
-    QElapsedTimer watch;
-    watch.start();
-    TSelBeamForm window(nullptr);
-    window.show();
-    QApplication::processEvents();
-    EXPECT_EQ(cell(window, "ZenStringGrid", beam_capacity - 1, 0), " 10000");
-    RecordProperty("milliseconds", static_cast<int>(watch.elapsed()));
-    EXPECT_LT(watch.elapsed(), 3000);
 }
 
 } // namespace

@@ -95,16 +95,12 @@ TEST_F(NodeForms, CancelAndWrongNumbersChangeNothing) {
     TSelNodeForm form(nullptr);
     const std::string fixes = rows(form, "FixStringGrid");
     const std::string loads = rows(form, "LoadStringGrid");
-    const struct {
-        const char* button;
-        const char* type;
-        const char* kind;
-    } ways[] = {{"AddFixSpeedButton", "TSelFixForm", "fix"},
-                {"ModFixSpeedButton", "TFixEditForm", "fix"},
-                {"DelFixSpeedButton", "TFixEditForm", "fix"},
-                {"AddLoadSpeedButton", "TSelLoadForm", "load"},
-                {"ModLoadSpeedButton", "TLoadEditForm", "load"},
-                {"DelLoadSpeedButton", "TLoadEditForm", "load"}};
+    const std::array<const char*, 3> ways[] = {{"AddFixSpeedButton", "TSelFixForm", "fix"},
+                                               {"ModFixSpeedButton", "TFixEditForm", "fix"},
+                                               {"DelFixSpeedButton", "TFixEditForm", "fix"},
+                                               {"AddLoadSpeedButton", "TSelLoadForm", "load"},
+                                               {"ModLoadSpeedButton", "TLoadEditForm", "load"},
+                                               {"DelLoadSpeedButton", "TLoadEditForm", "load"}};
     for (const auto& [button, type, kind] : ways) {
         grid(form, "ZenStringGrid")->choose(4);
         answer_values(type, kind, {"1", "1", "1"}, "CancelButton");

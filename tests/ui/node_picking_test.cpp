@@ -9,9 +9,7 @@
 
 #include <QComboBox>
 #include <QMessageBox>
-#include <QMouseEvent>
 #include <QProcess>
-#include <QWheelEvent>
 
 namespace kigumi::test {
 
@@ -35,16 +33,10 @@ class Picking : public UiTest {
         player.play();
         paint();
     }
-    void TearDown() override {
-        document = Document{};
-        UiTest::TearDown();
-    }
     void paint() { window_.picture().grab(); }
     void trigger(const char* item) { window_.findChild<QAction*>(item)->trigger(); }
     void send(QEvent::Type type, QPoint at, Qt::MouseButton button = Qt::LeftButton) {
-        QMouseEvent event(type, at, window_.picture().mapToGlobal(at), button, button,
-                          Qt::NoModifier);
-        QApplication::sendEvent(&window_.picture(), &event);
+        send_mouse(window_.picture(), type, at, button);
     }
     void click(QPoint at) {
         send(QEvent::MouseButtonPress, at);
@@ -169,44 +161,36 @@ TEST_F(Picking, EscEndsItFromEveryWindow) {
     }
 }
 
-struct ReachCase {
-    const char* name;
-    float distance;    // of node 3 from the pressed point, plane units
-    float radius;      // 0: exactly the distance
-    const char* flags; // after the press
-};
-
-class Reach : public Picking, public ::testing::WithParamInterface<ReachCase> {};
-
-TEST_P(Reach, IsStrictlyLessThanTheRadius) {
+TEST_F(Picking, ReachIsStrictlyLessThanTheRadius) {
     trigger("KousokuSetutenMenu");
     const QPoint at = pixel_of(2);
     const PlanePoint point = to_plane(window_.picture().area(), at.x(), at.y());
-    // Nothing is painted in between, so the projected point stays where it is put.
-    model.node[2].X = point.X;
-    model.node[2].Y = point.Y + GetParam().distance;
-    snap_radius = GetParam().radius > 0.0f ? GetParam().radius : model.node[2].Y - point.Y;
-    click(at);
-    EXPECT_EQ(flags(), GetParam().flags);
-    if (flags() == "0 0 0 0") {
-        expect_message("節点が見つかりません");
+    const struct {
+        float distance;    // of node 3 from the pressed point, plane units
+        float radius;      // 0: exactly the distance
+        const char* flags; // after the press
+    } cases[] = {{9.99f, 10.0f, "0 0 1 0"},
+                 {10.0f, 0.0f, "0 0 0 0"},
+                 {10.01f, 10.0f, "0 0 0 0"},
+                 {0.0f, 1000.0f, "1 0 0 0"}};
+    for (const auto& [distance, radius, after] : cases) {
+        clear_roles();
+        // Nothing is painted in between, so the projected point stays where it is put.
+        model.node[2].X = point.X;
+        model.node[2].Y = point.Y + distance;
+        snap_radius = radius > 0.0f ? radius : model.node[2].Y - point.Y;
+        click(at);
+        EXPECT_EQ(flags(), after) << distance;
+        if (flags() == "0 0 0 0") {
+            expect_message("節点が見つかりません");
+        }
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(Thresholds, Reach,
-                         ::testing::Values(ReachCase{"Within", 9.99f, 10.0f, "0 0 1 0"},
-                                           ReachCase{"AtTheRadius", 10.0f, 0.0f, "0 0 0 0"},
-                                           ReachCase{"Beyond", 10.01f, 10.0f, "0 0 0 0"},
-                                           ReachCase{"FirstOfAll", 0.0f, 1000.0f, "1 0 0 0"}),
-                         [](const auto& test) { return test.param.name; });
-
 TEST_F(Picking, ZoomedPictureIsPickedAsShown) {
     trigger("KousokuSetutenMenu");
-    const QPoint over = pixel_of(3);
-    QWheelEvent wheel(over, over, {}, {0, 1200}, Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase,
-                      false);
     const QPoint before = pixel_of(1);
-    QApplication::sendEvent(&window_.picture(), &wheel);
+    turn_wheel(window_.picture(), pixel_of(3), 1200);
     paint();
     EXPECT_NE(pixel_of(1), before);
     click(before);

@@ -34,14 +34,8 @@ TEST_F(PerspectiveWindow, ShowsWhatTheEyeSeesAndFollowsTheDialog) {
         .close("TIsomeForm")
         .gone("TIsomeForm")
         .menu("TJikuForm", "SitenModelMenu")
-        .step("type",
-              [] {
-                  QWidget* form = Player::shown("TViewForm");
-                  if (form != nullptr) {
-                      control<QScrollBar>(*form, "PhiScrollBar")->setValue(0);
-                  }
-                  return form != nullptr;
-              })
+        .with("TViewForm",
+              [](QWidget& form) { control<QScrollBar>(form, "PhiScrollBar")->setValue(0); })
         .step("look", look(lines[0]))
         .click("TViewForm", "OKButton")
         .step("look", look(lines[1]))

@@ -4,9 +4,6 @@
 #include "player.h"
 #include "ui/picture/picture_file.h"
 
-#include <QMouseEvent>
-#include <QWheelEvent>
-
 #include <cmath>
 
 namespace kigumi::test {
@@ -27,8 +24,7 @@ class Picture : public UiTest {
         widget_.grab();
     }
     void send(QEvent::Type type, QPoint at, Qt::MouseButton button) {
-        QMouseEvent event(type, at, at, button, button, Qt::NoModifier);
-        QApplication::sendEvent(&widget_, &event);
+        send_mouse(widget_, type, at, button);
     }
     PlanePoint under(QPoint at) {
         widget_.grab();
@@ -42,9 +38,7 @@ TEST_F(Picture, WheelKeepsThePointUnderThePointer) {
     const World fitted = widget_.area().world;
     const PlanePoint before = under(at);
     for (const int step : {120, 120, -120, 240}) {
-        QWheelEvent event(at, at, {}, {0, step}, Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase,
-                          false);
-        QApplication::sendEvent(&widget_, &event);
+        turn_wheel(widget_, at, step);
         const PlanePoint now = under(at);
         EXPECT_NEAR(now.X, before.X, 0.01);
         EXPECT_NEAR(now.Y, before.Y, 0.01);

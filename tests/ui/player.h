@@ -33,47 +33,36 @@ class Player {
             return true;
         });
     }
-    Player& click(const char* window, const char* button) {
-        return step(button, [window, button] {
-            QWidget* top = shown(window);
-            if (top == nullptr) {
-                return false;
-            }
-            QTimer::singleShot(0, top, [top, button] { press(*top, button); });
-            return true;
-        });
-    }
-    Player& choose(const char* window, const char* group, int item) {
-        return step(group, [window, group, item] {
+    // Does something with the window of this class once it is shown.
+    Player& with(const char* window, std::function<void(QWidget&)> act) {
+        return step(window, [window, act = std::move(act)] {
             QWidget* top = shown(window);
             if (top != nullptr) {
-                click_item(*top, group, item);
+                act(*top);
             }
             return top != nullptr;
         });
+    }
+    Player& click(const char* window, const char* button) {
+        return with(window, [button](QWidget& top) {
+            QTimer::singleShot(0, &top, [&top, button] { press(top, button); });
+        });
+    }
+    Player& choose(const char* window, const char* group, int item) {
+        return with(window, [group, item](QWidget& top) { click_item(top, group, item); });
     }
     Player& file(const fs::path& path) {
         return step("file dialog", [path] {
             auto* dialog = qobject_cast<QFileDialog*>(QApplication::activeModalWidget());
-            if (dialog == nullptr) {
-                return false;
+            if (dialog != nullptr) {
+                QTimer::singleShot(0, dialog, [dialog, path] { choose_file(*dialog, path); });
             }
-            dialog->setOption(QFileDialog::DontConfirmOverwrite);
-            dialog->findChild<QLineEdit*>("fileNameEdit")->setText(QString::fromStdString(path));
-            QTimer::singleShot(0, dialog,
-                               [dialog] { QMetaObject::invokeMethod(dialog, "accept"); });
-            return true;
+            return dialog != nullptr;
         });
     }
     // Rejects the modal dialog or closes the window of this class.
     Player& close(const char* window) {
-        return step(window, [window] {
-            QWidget* top = shown(window);
-            if (top != nullptr) {
-                QTimer::singleShot(0, top, &QWidget::close);
-            }
-            return top != nullptr;
-        });
+        return with(window, [](QWidget& top) { QTimer::singleShot(0, &top, &QWidget::close); });
     }
     // Presses the button of the question whose text contains this.
     Player& answer(const char* text) {

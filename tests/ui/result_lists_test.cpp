@@ -23,17 +23,11 @@ class ResultLists : public UiTest {
   protected:
     void SetUp() override {
         UiTest::SetUp();
-        result.N_Setuten = result.N_Stress = 0;
         make_portal_result();
         result.stress[0].xm2 = -30.0f;
         result.stress[1].xm2 = 7.0f;
         result.stress[2].xm2 = 9.0f;
         clear_selection();
-    }
-    void TearDown() override {
-        result.N_Setuten = result.N_Stress = 0;
-        clear_selection();
-        UiTest::TearDown();
     }
     static QTableView& grid(const QWidget& window) { return *window.findChild<QTableView*>(); }
     static std::string cell(const QWidget& window, int row, int column) {
@@ -138,9 +132,8 @@ TEST_F(ResultLists, SortsNumbersByValueAndSavesRowsAsShown) {
     player.click("TKekkaIchiranForm", "PdfButton").file(work_file("some.pdf"));
     player.close("TKekkaIchiranForm").gone("TKekkaIchiranForm");
     player.play();
-    EXPECT_EQ(take_messages(),
-              (std::vector<std::string>{"CSVファイルを保存しました", "CSVファイルを保存しました",
-                                        "PDFファイルを保存しました"}));
+    expect_messages(
+        {"CSVファイルを保存しました", "CSVファイルを保存しました", "PDFファイルを保存しました"});
     const std::string all = read_file(work_file("all.csv")).value_or("");
     const std::string some = read_file(work_file("some.csv")).value_or("");
     EXPECT_LT(all.find("\r\n2,2,"), all.find("\r\n1,1,"));

@@ -11,9 +11,7 @@
 
 #include <QClipboard>
 #include <QMessageBox>
-#include <QMouseEvent>
 #include <QTableWidget>
-#include <QWheelEvent>
 
 namespace kigumi::test {
 
@@ -28,7 +26,6 @@ class Editor : public UiTest {
     }
     void TearDown() override {
         form_.reset();
-        document = Document{};
         UiTest::TearDown();
     }
     void open() {
@@ -42,10 +39,7 @@ class Editor : public UiTest {
         QApplication::processEvents();
         return form_->sheet().grab().toImage();
     }
-    void send(QEvent::Type type, QPoint at, Qt::MouseButton button = Qt::LeftButton) {
-        QMouseEvent event(type, at, form_->sheet().mapToGlobal(at), button, button, Qt::NoModifier);
-        QApplication::sendEvent(&form_->sheet(), &event);
-    }
+    void send(QEvent::Type type, QPoint at) { send_mouse(form_->sheet(), type, at); }
     void drag(QPoint from, QPoint to) {
         look();
         send(QEvent::MouseButtonPress, from);
@@ -84,23 +78,10 @@ class Editor : public UiTest {
         click(at);
     }
     static void answer_file(const fs::path& path) {
-        answer<QFileDialog>([path](QFileDialog& dialog) {
-            dialog.setOption(QFileDialog::DontConfirmOverwrite);
-            dialog.findChild<QLineEdit*>("fileNameEdit")->setText(QString::fromStdString(path));
-            QMetaObject::invokeMethod(&dialog, "accept");
-        });
+        answer<QFileDialog>([path](QFileDialog& dialog) { choose_file(dialog, path); });
     }
     static void answer_box(const char* text) {
-        answer<QMessageBox>([=](QMessageBox& box) {
-            for (auto* button : box.buttons()) {
-                if (button->text() == text) {
-                    button->click();
-                    return;
-                }
-            }
-            ADD_FAILURE() << "no button " << text;
-            box.reject();
-        });
+        answer<QMessageBox>([=](QMessageBox& box) { press_word(box, text); });
     }
     std::string saved_as(const char* name) {
         answer_file(work_file(name));
@@ -219,9 +200,7 @@ TEST_F(Editor, BandIsExactUnderZoomAndResizeAndLeavesNoTrace) {
         }
     };
     expect_band("at first");
-    QWheelEvent wheel(QPointF(200, 500), QPointF(200, 500), {}, {0, 360}, Qt::NoButton,
-                      Qt::NoModifier, Qt::NoScrollPhase, false);
-    QApplication::sendEvent(&form_->sheet(), &wheel);
+    turn_wheel(form_->sheet(), {200, 500}, 360);
     expect_band("zoomed");
     form_->resize(900, 640);
     expect_band("resized");
@@ -298,42 +277,31 @@ TEST_F(Editor, APressHeldWhileTheModeChangesDoesNothing) {
     EXPECT_EQ(model.N_Node, 2);
 }
 
-struct Leave {
-    const char* name;
-    const char* item; // the way out; null closes the window
-};
-class Leaving : public Editor, public ::testing::WithParamInterface<Leave> {
-  protected:
-    void leave() {
-        if (GetParam().item == nullptr) {
-            form_->close();
-        } else {
-            menu(GetParam().item);
+TEST_F(Editor, AnUnsavedSketchIsOfferedForSavingOnEveryWayOut) {
+    const fs::path kept = work_file("kept.tgk");
+    for (const std::string item : {"ModoruMenu", "", "SinkiMenu", "TegakiReadMenu"}) {
+        SCOPED_TRACE(item);
+        const auto leave = [&] { item.empty() ? void(form_->close()) : menu(item.c_str()); };
+        draw({100, 600}, {300, 600});
+        answer_box("編集を続ける");
+        leave();
+        EXPECT_EQ(model.N_Beam, 1);
+        EXPECT_TRUE(form_->isVisible());
+        answer_box("このデータを保存する");
+        answer_file(kept);
+        if (item == "TegakiReadMenu") {
+            QTimer::singleShot(1, qApp, [kept] { answer_file(kept); });
         }
+        leave();
+        EXPECT_TRUE(fs::remove(kept));
+        EXPECT_FALSE(document.changed);
+        form_.reset();
+        reset_model();
+        forget_old_node();
+        document = Document{};
+        open();
     }
-};
-
-TEST_P(Leaving, AnUnsavedSketchIsOfferedForSaving) {
-    draw({100, 600}, {300, 600});
-    answer_box("編集を続ける");
-    leave();
-    EXPECT_EQ(model.N_Beam, 1);
-    EXPECT_TRUE(form_->isVisible());
-    answer_box("このデータを保存する");
-    answer_file(work_file("kept.tgk"));
-    if (std::string(GetParam().name) == "Read") {
-        QTimer::singleShot(1, qApp, [] { answer_file(work_file("kept.tgk")); });
-    }
-    leave();
-    EXPECT_TRUE(fs::exists(work_file("kept.tgk")));
-    EXPECT_FALSE(document.changed);
 }
-
-INSTANTIATE_TEST_SUITE_P(Ways, Leaving,
-                         ::testing::Values(Leave{"Back", "ModoruMenu"}, Leave{"Close", nullptr},
-                                           Leave{"New", "SinkiMenu"},
-                                           Leave{"Read", "TegakiReadMenu"}),
-                         [](const auto& test) { return test.param.name; });
 
 TEST_F(Editor, AutosavedCopyIsOfferedAfterACrash) {
     draw({100, 600}, {300, 600});

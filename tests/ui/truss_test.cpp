@@ -6,7 +6,6 @@
 #include "ui/main_form.h"
 
 #include <QClipboard>
-#include <QMouseEvent>
 
 namespace kigumi::test {
 
@@ -50,15 +49,10 @@ class Truss : public UiTest {
             }
             area->grab();
             QTimer::singleShot(0, area, [=] {
-                const auto send = [&](QEvent::Type type, QPoint at) {
-                    QMouseEvent event(type, at, area->mapToGlobal(at), Qt::LeftButton,
-                                      Qt::LeftButton, Qt::NoModifier);
-                    QApplication::sendEvent(area, &event);
-                };
                 const QPoint at = from();
-                send(QEvent::MouseButtonPress, at);
-                send(QEvent::MouseMove, at + by);
-                send(QEvent::MouseButtonRelease, at + by);
+                send_mouse(*area, QEvent::MouseButtonPress, at);
+                send_mouse(*area, QEvent::MouseMove, at + by);
+                send_mouse(*area, QEvent::MouseButtonRelease, at + by);
             });
             return true;
         });
@@ -81,13 +75,9 @@ class Truss : public UiTest {
             .menu("TTegakiForm", "BuzaiDataMenu");
         drag(player, "TTegakiForm", [] { return QPoint(150, 490); }, {0, 20});
         // So slender that the joints hardly bend.
-        player.step("section", [] {
-            QWidget* form = Player::shown("TBeamForm");
-            if (form != nullptr) {
-                type(*form, "HabaEdit", "3");
-                type(*form, "AtumiEdit", "3");
-            }
-            return form != nullptr;
+        player.with("TBeamForm", [](QWidget& form) {
+            type(form, "HabaEdit", "3");
+            type(form, "AtumiEdit", "3");
         });
         player.click("TBeamForm", "AllButton").gone("TBeamForm");
     }
@@ -146,7 +136,6 @@ TEST_F(Truss, IsDrawnAnalysedAndItsForcesAreThoseOfTheJoints) {
         const Bar& bar = bars[position_of(stress.no)];
         EXPECT_NEAR(stress.force, bar.force, 0.005 * 1118.03) << "member " << stress.no;
     }
-    document = Document{};
 }
 
 } // namespace

@@ -1,6 +1,7 @@
 // What the window tests share: clean settings, controls by name, and answers to modal dialogs.
 #pragma once
 
+#include "analysis/result.h"
 #include "generate/param.h"
 #include "support.h"
 #include "ui/document.h"
@@ -8,12 +9,15 @@
 #include <QAbstractButton>
 #include <QApplication>
 #include <QDialog>
+#include <QFileDialog>
 #include <QGroupBox>
 #include <QLabel>
 #include <QLineEdit>
+#include <QMouseEvent>
 #include <QRadioButton>
 #include <QScrollBar>
 #include <QTimer>
+#include <QWheelEvent>
 
 #include <functional>
 
@@ -75,6 +79,25 @@ inline int item_of(const QWidget& window, const char* group) {
     return -1;
 }
 
+inline void send_mouse(QWidget& to, QEvent::Type type, QPoint at,
+                       Qt::MouseButton button = Qt::LeftButton, Qt::KeyboardModifiers keys = {}) {
+    QMouseEvent event(type, at, to.mapToGlobal(at), button, button, keys);
+    QApplication::sendEvent(&to, &event);
+}
+
+inline void turn_wheel(QWidget& over, QPoint at, int eighths) {
+    QWheelEvent event(at, at, {}, {0, eighths}, Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase,
+                      false);
+    QApplication::sendEvent(&over, &event);
+}
+
+// Chooses this file, over an old one too.
+inline void choose_file(QFileDialog& dialog, const fs::path& path) {
+    dialog.setOption(QFileDialog::DontConfirmOverwrite);
+    control<QLineEdit>(dialog, "fileNameEdit")->setText(QString::fromStdString(path.string()));
+    QMetaObject::invokeMethod(&dialog, "accept");
+}
+
 // Answers the modal dialog that opens next. Called before what opens it.
 inline void answer_next(std::function<void(QDialog&)> answer) {
     QTimer::singleShot(0, qApp, [answer = std::move(answer)] {
@@ -91,12 +114,12 @@ class UiTest : public CoreTest {
   protected:
     void SetUp() override {
         CoreTest::SetUp();
-        set_default_param();
         document = Document{};
+        result.N_Setuten = result.N_Stress = result.Nken_Stress = 0;
     }
-    // Fails unless exactly this message was shown since the last look.
-    void expect_message(const std::string& message) {
-        EXPECT_EQ(take_messages(), std::vector<std::string>{message});
+    void TearDown() override {
+        document = Document{};
+        CoreTest::TearDown();
     }
 };
 
