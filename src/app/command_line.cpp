@@ -30,6 +30,27 @@ RoleOption load_role(const std::string& text) {
     return role;
 }
 
+// The help in Japanese. The words in the column of options stand as wide as the English ones.
+class JapaneseHelp : public CLI::Formatter {
+  public:
+    std::string make_help(const CLI::App* app, std::string name,
+                          CLI::AppFormatMode mode) const override {
+        constexpr std::pair<const char*, const char*> words[] = {
+            {"\nUsage: ", "\n使い方: "},         {" [OPTIONS]", " [オプション]"},
+            {" SUBCOMMAND\n", " コマンド\n"},    {"\nPositionals:\n", "\n引数:\n"},
+            {"\nOptions:\n", "\nオプション:\n"}, {"\nSubcommands:\n", "\nコマンド:\n"},
+            {" REQUIRED", " （必須）"},
+        };
+        std::string help = CLI::Formatter::make_help(app, std::move(name), mode);
+        for (const auto& [english, japanese] : words) {
+            for (size_t at = 0; (at = help.find(english, at)) != std::string::npos;) {
+                help.replace(at, std::string(english).size(), japanese);
+            }
+        }
+        return help;
+    }
+};
+
 // The options of a command that marks supports and loads, kept in the order they were given.
 struct RoleArguments {
     std::vector<std::string> fix, load;
@@ -99,8 +120,9 @@ class CommandLine {
 
 CommandLine::CommandLine() {
     app_.require_subcommand(1);
+    app_.formatter(std::make_shared<JapaneseHelp>());
     app_.set_help_flag("-h,--help", "この説明を表示します");
-    app_.set_version_flag("--version", "kigumi " KIGUMI_VERSION);
+    app_.set_version_flag("--version", "kigumi " KIGUMI_VERSION, "版を表示します");
     add_generate();
     add_info();
     add_convert();

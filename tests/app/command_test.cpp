@@ -83,7 +83,8 @@ TEST_F(Command, HelpNamesEveryCommand) {
                                          "draw",     "listing", "report",  "demo"};
     for (const std::string& command : commands) {
         EXPECT_TRUE(contains(help, "\n  " + command + " ")) << command;
-        EXPECT_TRUE(contains(succeed({command, "--help"}), "Usage: "));
+        const std::string own = succeed({command, "--help"});
+        EXPECT_TRUE(contains(own, "使い方: ") && contains(own, "\nオプション:\n")) << own;
     }
     EXPECT_EQ(succeed({"--version"}).substr(0, 7), "kigumi ");
     EXPECT_TRUE(names().empty());
