@@ -3,6 +3,8 @@
 #include "analysis/result.h"
 #include "analysis/solver_run.h"
 #include "base/message.h"
+#include "files/tegaki.h"
+#include "model/sketch.h"
 
 #include <gtest/gtest.h>
 
@@ -136,6 +138,8 @@ TEST_F(Command, ConvertToEveryFormat) {
     EXPECT_EQ(quantities(succeed({"info", "out.tgk"})), info);
     EXPECT_EQ(bytes("out.DXF"), bytes("out.dxf"));
     EXPECT_EQ(bytes("out.dat"), bytes("out.w3d"));
+    ASSERT_EQ(load_tegaki_data(folder_ / "out.tgk"), 0);
+    EXPECT_TRUE(all_nodes_known()); // a sketch that is complete, with supports and loads or not
     succeed({"convert", "out.tgk", "-o", "again.jik"});
     succeed({"convert", "out.jik", "-o", "again.tgk"});
     EXPECT_EQ(bytes("again.jik"), bytes("out.jik"));
