@@ -106,6 +106,11 @@ void PictureWindow::export_win3d(const QString& filter) {
     show_message(status == 0 ? "Win3Dデータを保存しました" : "Win3Dデータ保存に失敗しました");
 }
 
+// The menu entries have no tips for the status bar; the empty ones would wipe its message.
+bool PictureWindow::event(QEvent* event) {
+    return event->type() == QEvent::StatusTip || QMainWindow::event(event);
+}
+
 void PictureWindow::closeEvent(QCloseEvent* event) {
     QMainWindow::closeEvent(event);
     if (event->isAccepted()) {

@@ -42,6 +42,7 @@ class PictureWindow : public QMainWindow {
     // Win3D保存 with the filter of the window.
     void export_win3d(const QString& filter);
 
+    bool event(QEvent* event) override;
     void closeEvent(QCloseEvent* event) override;
 
   signals:
