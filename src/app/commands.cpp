@@ -114,6 +114,9 @@ int run_convert(const std::string& input, const std::string& output,
         }
         if (ending == ".tgk") {
             project_model();
+            for (int i = 0; i < model.N_Node; ++i) {
+                model.node[i].flag = 2; // in a sketch: place known
+            }
             return save_tegaki_data(path);
         }
         return ending == ".dxf" ? write_dxf(path, colour) : write_win3d(path);

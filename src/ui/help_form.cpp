@@ -3,6 +3,7 @@
 #include "base/files_platform.h"
 #include "ui/dialogs.h"
 
+#include <QCollator>
 #include <QDir>
 #include <QFile>
 #include <QHBoxLayout>
@@ -73,7 +74,11 @@ THelpForm::THelpForm(QWidget* parent) : QDialog(parent) {
     all->addLayout(middle, 1);
 
     const QDir folder(help_folder());
-    for (const QString& file : folder.entryList({"*.html"}, QDir::Files, QDir::Name)) {
+    QStringList files = folder.entryList({"*.html"}, QDir::Files, QDir::Name);
+    QCollator by_number; // "10-" comes after "9-"
+    by_number.setNumericMode(true);
+    std::sort(files.begin(), files.end(), by_number);
+    for (const QString& file : files) {
         auto* item = new QListWidgetItem(page_title(folder.filePath(file)));
         item->setData(Qt::UserRole, file);
         if (file == "index.html") {

@@ -3,6 +3,8 @@
 #include "analysis/result.h"
 #include "analysis/solver_run.h"
 #include "base/message.h"
+#include "files/tegaki.h"
+#include "model/sketch.h"
 
 #include <gtest/gtest.h>
 
@@ -83,7 +85,8 @@ TEST_F(Command, HelpNamesEveryCommand) {
                                          "draw",     "listing", "report",  "demo"};
     for (const std::string& command : commands) {
         EXPECT_TRUE(contains(help, "\n  " + command + " ")) << command;
-        EXPECT_TRUE(contains(succeed({command, "--help"}), "使い方: "));
+        const std::string own = succeed({command, "--help"});
+        EXPECT_TRUE(contains(own, "使い方: ") && contains(own, "\nオプション:\n")) << own;
     }
     EXPECT_EQ(succeed({"--version"}).substr(0, 7), "kigumi ");
     EXPECT_TRUE(names().empty());
@@ -132,6 +135,8 @@ TEST_F(Command, ConvertToEveryFormat) {
     EXPECT_EQ(quantities(succeed({"info", "out.tgk"})), info);
     EXPECT_EQ(bytes("out.DXF"), bytes("out.dxf"));
     EXPECT_EQ(bytes("out.dat"), bytes("out.w3d"));
+    ASSERT_EQ(load_tegaki_data(folder_ / "out.tgk"), 0);
+    EXPECT_TRUE(all_nodes_known()); // a sketch that is complete, with supports and loads or not
     succeed({"convert", "out.tgk", "-o", "again.jik"});
     succeed({"convert", "out.jik", "-o", "again.tgk"});
     EXPECT_EQ(bytes("again.jik"), bytes("out.jik"));

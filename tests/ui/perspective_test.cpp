@@ -56,6 +56,7 @@ TEST_F(PerspectiveWindow, AFrameBehindTheEyeIsToldOnce) {
     rebuild_tables();
     TJikuForm window(nullptr);
     window.show();
+    const std::string summary = window.statusBar()->currentMessage().toStdString();
     view.Rho = 100.0;
     view.Theta = 0.0;
     view.Phi = 90.0;
@@ -73,7 +74,8 @@ TEST_F(PerspectiveWindow, AFrameBehindTheEyeIsToldOnce) {
         });
     }
     player.play();
-    EXPECT_EQ(said, (std::vector<std::string>{"", nothing_in_sight, "", nothing_in_sight}));
+    EXPECT_EQ(said,
+              (std::vector<std::string>{summary, nothing_in_sight, summary, nothing_in_sight}));
     expect_message(nothing_in_sight);
     EXPECT_FALSE(window.picture().segments().has_value()) << "no drawing of nothing";
     expect_message(nothing_in_sight);

@@ -50,6 +50,7 @@ TEST_F(SmallForms, AnglePresetsAndBarsTurnThePicture) {
 TEST_F(SmallForms, ViewpointOpensWithTheStoredValues) {
     view.Theta = -20.7;
     const TViewForm form;
+    EXPECT_EQ(form.focusWidget(), control<QScrollBar>(form, "RhoScrollBar"));
     EXPECT_EQ(control<QScrollBar>(form, "RhoScrollBar")->value(), 4000);
     EXPECT_EQ(control<QScrollBar>(form, "ThetaScrollBar")->value(), -20);
     EXPECT_EQ(label_text(form, "ThetaLabel"), "-20.7");

@@ -6,6 +6,9 @@
 #include "ui/document.h"
 #include "ui/main_form.h"
 
+#include <QStatusBar>
+#include <QStatusTipEvent>
+
 namespace kigumi::test {
 
 namespace {
@@ -41,6 +44,13 @@ TEST_F(Windows, GeneratedFrameIsSavedAsFromTheCommandLine) {
     player_.menu("TKihonUnitForm", "ZenDataMenu")
         .click("TZahyouIdouForm", "OKButton")
         .file(work_file("window.jik"))
+        .step("summary beside an open menu",
+              [] {
+                  auto* unit = qobject_cast<QMainWindow*>(Player::shown("TKihonUnitForm"));
+                  QStatusTipEvent no_tip("");
+                  QApplication::sendEvent(unit, &no_tip);
+                  return unit->statusBar()->currentMessage().startsWith("節点 ");
+              })
         .menu("TKihonUnitForm", "DxfSaveMenu")
         .file(work_file("window.dxf"))
         .click("TDxfWidthForm", "OKButton")

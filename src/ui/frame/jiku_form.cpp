@@ -1,6 +1,9 @@
 #include "ui/frame/jiku_form.h"
 
 #include "geometry/solid.h"
+#include "ui/document.h"
+
+#include <QStatusBar>
 
 using namespace kigumi;
 
@@ -22,5 +25,6 @@ TJikuForm::TJikuForm(QWidget* parent) : ModelWindow(parent) {
     add_view_menu(ModelMode::wire);
     viewpoint_item_->setEnabled(false);
     add_help_menu();
+    statusBar()->showMessage(document_summary());
     show_mode(ModelMode::wire);
 }

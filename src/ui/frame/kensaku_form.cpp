@@ -67,6 +67,9 @@ TKensakuForm::TKensakuForm(QWidget* parent) : QDialog(parent) {
     add_sections(column);
     column->addStretch(1);
     add_buttons(column);
+    if (!kinds_.empty()) {
+        kinds_.front().second->setFocus(); // else the picture, which comes first, takes the keys
+    }
     search();
 }
 

@@ -12,6 +12,7 @@
 #include "ui/frame/kihon_form.h"
 #include "ui/frame/zahyou_idou_form.h"
 
+#include <QStatusBar>
 #include <QTimer>
 
 using namespace kigumi;
@@ -80,6 +81,7 @@ void TKihonUnitForm::generate() {
     // right to write, say); the message has told so.
     save_trio_file();
     set_frame_exists(true);
+    statusBar()->showMessage(document_summary());
     show_mode(ModelMode::wire);
 }
 
@@ -89,6 +91,7 @@ void TKihonUnitForm::save_axis_data(bool move) {
         if (dialog.exec() != QDialog::Accepted) {
             return;
         }
+        statusBar()->showMessage(document_summary()); // it tells the shift
     }
     const fs::path path = ask_save_file(this, "軸データ保存", axis_filter, "jik");
     if (path.empty()) {

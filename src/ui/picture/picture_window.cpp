@@ -124,6 +124,11 @@ const char* PictureWindow::paint_perspective(int status) {
                                            : nullptr;
 }
 
+// The menu entries have no tips for the status bar; the empty ones would wipe its message.
+bool PictureWindow::event(QEvent* event) {
+    return event->type() == QEvent::StatusTip || QMainWindow::event(event);
+}
+
 void PictureWindow::closeEvent(QCloseEvent* event) {
     QMainWindow::closeEvent(event);
     if (event->isAccepted()) {

@@ -46,7 +46,7 @@ class PictureWindow : public QMainWindow {
     // the status bar is to say of it: why nothing is seen, which a box tells too, once until
     // something is seen again; that hidden lines are drawn; or null.
     const char* paint_perspective(int status);
-
+    bool event(QEvent* event) override;
     void closeEvent(QCloseEvent* event) override;
 
   signals:

@@ -12,6 +12,7 @@ using kigumi::View;
 TViewForm::TViewForm(QWidget* parent) : QDialog(parent), ui_(std::make_unique<Ui::TViewForm>()) {
     kigumi::spy("Enter TViewForm()");
     ui_->setupUi(this);
+    ui_->RhoScrollBar->setFocus(); // else the preview, which comes first, takes the keys
     connect(ui_->RhoScrollBar, &QScrollBar::valueChanged, ui_->RhoLabel,
             qOverload<int>(&QLabel::setNum));
     connect(ui_->ThetaScrollBar, &QScrollBar::valueChanged, ui_->ThetaLabel,

@@ -73,7 +73,7 @@ void TKekkaKensakuForm::add_force(QVBoxLayout* column) {
     sign_ = new QGroupBox("符号");
     sign_->setObjectName("FugouGroup");
     auto* row = new QHBoxLayout(sign_);
-    for (const char* caption : {"すべて(&Z)", "引張(&T)", "圧縮と０(&O)"}) {
+    for (const char* caption : {"すべて(&E)", "引張(&T)", "圧縮と０(&O)"}) {
         row->addWidget(new QRadioButton(caption));
     }
     choose_item(sign_, 0);
