@@ -73,6 +73,10 @@ const Writer writers[] = {
      }},
 };
 
+void PrintTo(const Writer& writer, std::ostream* out) {
+    *out << writer.file;
+}
+
 class WritersTest : public ResultTest, public ::testing::WithParamInterface<Writer> {
   protected:
     void SetUp() override {
