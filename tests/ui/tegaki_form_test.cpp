@@ -348,6 +348,26 @@ TEST_F(Editor, AutosavedCopyIsOfferedAfterACrash) {
     document.changed = false;
 }
 
+TEST_F(Editor, TheNewestFreeCopyOfAFileIsOffered) {
+    const fs::path file = work_file("b.tgk");
+    const fs::path first = work_file("b.autosave.tgk");
+    const fs::path second = work_file("b-2.autosave.tgk");
+    const fs::path lock = work_file("b-2.autosave.tgk.lock");
+    const auto an_hour_ago = fs::file_time_type::clock::now() - std::chrono::hours(1);
+    EXPECT_TRUE(find_autosave_of(file).empty());
+    ASSERT_EQ(save_file(first, "1"), 0);
+    ASSERT_EQ(save_file(second, "2"), 0);
+    fs::last_write_time(first, an_hour_ago);
+    EXPECT_EQ(find_autosave_of(file), second);
+    const CopyLock kept = lock_copy(second);
+    EXPECT_EQ(find_autosave_of(file), first) << "another program draws on the newer";
+    kept->unlock();
+    ASSERT_EQ(save_file(lock, ""), 0);
+    EXPECT_EQ(find_autosave_of(file), first) << "perhaps just being locked";
+    fs::last_write_time(lock, an_hour_ago);
+    EXPECT_EQ(find_autosave_of(file), second) << "a torn lock is nobody's";
+}
+
 TEST_F(Editor, ACopyIsNotOfferedWhileItsProgramRuns) {
     draw({100, 600}, {300, 600});
     const std::string bytes = saved_as("a.tgk");

@@ -4,6 +4,10 @@
 #include "ui/dialogs.h"
 #include "ui/document.h"
 
+#include <QDateTime>
+#include <QFile>
+#include <QFileInfo>
+
 #include <chrono>
 
 namespace kigumi {
@@ -23,6 +27,41 @@ void remove_file(const fs::path& path) {
     fs::remove(path, ignored);
 }
 
+// The k-th name of a copy, from 1: "a.autosave.tgk", "a-2.autosave.tgk" ...
+fs::path numbered_copy(const fs::path& first, int k) {
+    const std::string stem = utf8_of(first.parent_path() / first.stem().stem());
+    return k == 1 ? first : path_of(text_format("%s-%d%s", stem.c_str(), k, copy_ending));
+}
+
+// True for a lock that tells no program, as a loss of power leaves it. One just being made may look
+// so for a moment.
+bool is_torn(const QLockFile& lock, const QString& name) {
+    constexpr int moment = 60; // seconds
+    qint64 process = 0;
+    QString host;
+    QString program;
+    return !lock.getLockInfo(&process, &host, &program) &&
+           QFileInfo(name).lastModified().secsTo(QDateTime::currentDateTime()) > moment;
+}
+
+// Of the copies considered, the one written last whose program does not run any more.
+class NewestCopy {
+  public:
+    void consider(const fs::path& copy) {
+        std::error_code missing;
+        const fs::file_time_type written = fs::last_write_time(copy, missing);
+        if (!missing && (path_.empty() || written > time_) && lock_copy(copy)) {
+            path_ = copy;
+            time_ = written;
+        }
+    }
+    const fs::path& path() const { return path_; }
+
+  private:
+    fs::path path_;
+    fs::file_time_type time_;
+};
+
 } // namespace
 
 fs::path autosave_path(const fs::path& file) {
@@ -31,26 +70,37 @@ fs::path autosave_path(const fs::path& file) {
 }
 
 CopyLock lock_copy(const fs::path& copy) {
-    auto lock = std::make_unique<QLockFile>(qt_path(copy) + ".lock");
+    const QString name = qt_path(copy) + ".lock";
+    auto lock = std::make_unique<QLockFile>(name);
     lock->setStaleLockTime(0); // void by the end of its program, not by its age
-    const bool kept = !lock->tryLock(0) && lock->error() == QLockFile::LockFailedError;
-    return kept ? nullptr : std::move(lock);
+    const auto is_kept = [&lock] {
+        return !lock->tryLock(0) && lock->error() == QLockFile::LockFailedError;
+    };
+    if (is_kept() && (!is_torn(*lock, name) || !QFile::remove(name) || is_kept())) {
+        return nullptr;
+    }
+    return lock;
 }
 
 fs::path find_autosave() {
-    fs::path newest;
-    fs::file_time_type time;
+    NewestCopy newest;
     std::error_code error;
     for (const fs::directory_entry& entry : fs::directory_iterator(work_dir(), error)) {
-        std::error_code no_time;
-        const fs::file_time_type written = entry.last_write_time(no_time);
-        const bool newer = newest.empty() || written > time;
-        if (is_copy(entry.path()) && !no_time && newer && lock_copy(entry.path())) {
-            newest = entry.path();
-            time = written;
+        if (is_copy(entry.path())) {
+            newest.consider(entry.path());
         }
     }
-    return newest;
+    return newest.path();
+}
+
+fs::path find_autosave_of(const fs::path& file) {
+    const fs::path first = autosave_path(file);
+    NewestCopy newest;
+    std::error_code error;
+    for (int k = 1; k == 1 || fs::exists(numbered_copy(first, k), error); ++k) {
+        newest.consider(numbered_copy(first, k));
+    }
+    return newest.path();
 }
 
 fs::path autosaved_file(const fs::path& copy) {
@@ -83,15 +133,13 @@ void TegakiAutosave::remove() {
 
 fs::path TegakiAutosave::take_path() {
     const fs::path first = autosave_path(document.file);
-    const std::string stem = utf8_of(first.parent_path() / first.stem().stem());
-    fs::path path = first;
     lock_.reset(); // of a copy that could not be written
-    for (int k = 2;; ++k) {
+    for (int k = 1;; ++k) {
+        const fs::path path = numbered_copy(first, k);
         lock_ = fs::exists(path) ? nullptr : lock_copy(path);
         if (lock_) {
             return path;
         }
-        path = path_of(text_format("%s-%d%s", stem.c_str(), k, copy_ending));
     }
 }
 

@@ -16,14 +16,18 @@ namespace kigumi {
 fs::path autosave_path(const fs::path& file);
 
 // The lock of a copy, a file of its name with ".lock" behind it. Whoever writes a copy keeps its
-// lock, so that no other program offers it as left over; it is void once that program has ended, in
-// whatever way. Null while a running program keeps it. Where no lock can be made, in a folder that
-// takes no file, no copy can be written either: what comes back then keeps nothing.
+// lock, so that no other program offers it as left over; it is void once that program has ended on
+// this machine, in whatever way. Null while a program keeps it, here or on another machine. Where
+// no lock can be made, in a folder that takes no file, no copy can be written either: what comes
+// back then keeps nothing.
 using CopyLock = std::unique_ptr<QLockFile>;
 CopyLock lock_copy(const fs::path& copy);
 
 // The newest copy in the working directory whose program does not run any more, or an empty path.
 fs::path find_autosave();
+
+// The same of the copies of one file, which stand beside it.
+fs::path find_autosave_of(const fs::path& file);
 
 // The file that a copy belongs to; empty for a sketch that had none, or has none any more.
 fs::path autosaved_file(const fs::path& copy);

@@ -92,9 +92,9 @@ void TTegakiForm::read_sketch() {
     if (path.empty()) {
         return;
     }
-    const fs::path copy = autosave_path(path);
+    const fs::path copy = find_autosave_of(path);
     load_sketch(path);
-    if (fs::exists(copy) && document.file == path) {
+    if (!copy.empty() && document.file == path) {
         offer_restoring(copy);
     }
 }
