@@ -3,8 +3,6 @@
 #include "geometry/solid.h"
 #include "ui/document.h"
 
-#include <QStatusBar>
-
 using namespace kigumi;
 
 TJikuForm::TJikuForm(QWidget* parent) : ModelWindow(parent) {
@@ -25,6 +23,6 @@ TJikuForm::TJikuForm(QWidget* parent) : ModelWindow(parent) {
     add_view_menu(ModelMode::wire);
     viewpoint_item_->setEnabled(false);
     add_help_menu();
-    statusBar()->showMessage(document_summary());
+    tell(document_summary());
     show_mode(ModelMode::wire);
 }

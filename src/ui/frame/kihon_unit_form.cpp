@@ -12,7 +12,6 @@
 #include "ui/frame/kihon_form.h"
 #include "ui/frame/zahyou_idou_form.h"
 
-#include <QStatusBar>
 #include <QTimer>
 
 using namespace kigumi;
@@ -81,7 +80,7 @@ void TKihonUnitForm::generate() {
     // right to write, say); the message has told so.
     save_trio_file();
     set_frame_exists(true);
-    statusBar()->showMessage(document_summary());
+    tell(document_summary());
     show_mode(ModelMode::wire);
 }
 
@@ -91,7 +90,7 @@ void TKihonUnitForm::save_axis_data(bool move) {
         if (dialog.exec() != QDialog::Accepted) {
             return;
         }
-        statusBar()->showMessage(document_summary()); // it tells the shift
+        tell(document_summary()); // it tells the shift
     }
     const fs::path path = ask_save_file(this, "軸データ保存", axis_filter, "jik");
     if (path.empty()) {

@@ -128,6 +128,14 @@ void ModelWindow::follow_joints() {
     }
 }
 
+void ModelWindow::tell(const QString& text) {
+    if (told_of_perspective_) {
+        message_before_ = text;
+    } else {
+        statusBar()->showMessage(text);
+    }
+}
+
 void ModelWindow::tell_of_perspective(const char* text) {
     if (text != nullptr && !told_of_perspective_) {
         message_before_ = statusBar()->currentMessage();

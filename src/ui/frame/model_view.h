@@ -36,6 +36,8 @@ class ModelWindow : public PictureWindow {
     void show_viewpoint_model();
     // Draws the perspective picture anew after the lines where bars meet were switched.
     void follow_joints();
+    // Has the status bar say this as soon as it has nothing to say of the perspective picture.
+    void tell(const QString& text);
 
     QAction* viewpoint_item_ = nullptr;
 

@@ -15,6 +15,8 @@
 #include <QMenuBar>
 #include <QScreen>
 
+#include <utility>
+
 namespace kigumi {
 
 PictureWindow::PictureWindow(QWidget* parent, PictureWidget* picture)
@@ -114,11 +116,11 @@ const char* PictureWindow::paint_perspective(int status) {
         return nullptr;
     }
     const bool nothing = is_nothing_in_sight();
-    if (nothing && !told_nothing_in_sight_) {
+    picture_->paint_again(nothing ? nothing_in_sight : ""); // first: the box lets it paint
+    if (nothing && !std::exchange(told_nothing_in_sight_, nothing)) {
         show_message(nothing_in_sight);
     }
     told_nothing_in_sight_ = nothing;
-    picture_->paint_again(nothing ? nothing_in_sight : "");
     return nothing                         ? nothing_in_sight
            : status == perspective_stopped ? hidden_lines_stopped
                                            : nullptr;
