@@ -169,7 +169,7 @@ std::optional<SheetPoint> TegakiSheet::band() const {
 
 bool TegakiSheet::drop_press() {
     const bool was_pressed = iMouse == left_button;
-    iMouse = was_pressed ? 0 : iMouse;
+    iMouse = 0;
     return was_pressed;
 }
 
