@@ -217,7 +217,7 @@ ResultRoles load_result_roles() {
         return ResultRoles::read;
     }
     model.N_Fix = model.N_Load = 0;
-    return ResultRoles::of_other_frame;
+    return frame ? ResultRoles::of_other_frame : ResultRoles::missing;
 }
 
 } // namespace kigumi

@@ -15,7 +15,8 @@ namespace kigumi {
 int load_solver_roles();
 
 // The same for the labels of result pictures when no model is loaded: only where the frame of
-// FRAMESLV.IN can be that of the result tables. The tables are empty but for `read`.
+// FRAMESLV.IN can be that of the result tables. The tables are empty but for `read`; `missing` is
+// said of a broken file, too.
 enum class ResultRoles { read, missing, of_other_frame };
 ResultRoles load_result_roles();
 

@@ -79,7 +79,8 @@ class EarlierResults {
     }
     void put_back() const {
         for (const auto& [name, bytes] : files_) {
-            if (bytes) {
+            std::error_code ignored;
+            if (bytes && !fs::exists(work_file(name), ignored)) {
                 save_file(work_file(name), *bytes);
             }
         }

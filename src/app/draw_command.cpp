@@ -197,6 +197,7 @@ int run_draw(const DrawOptions& options) {
         load_result_roles() == ResultRoles::of_other_frame) {
         show_message(roles_of_other_frame);
     }
+    clear_file_error(); // of a missing FRAMESLV.IN: no reason of what comes
     return options.mode == "solid" ? draw_solid_results(options, path)
                                    : draw_results(options, path);
 }

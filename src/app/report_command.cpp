@@ -404,6 +404,7 @@ int read_source(const ReportOptions& options, Source& source) {
         source.frame.reset();
     }
     source.roles = source.frame && load_solver_roles() == 0;
+    clear_file_error(); // of a missing FRAMESLV.IN: no reason of what comes
     return 0;
 }
 
