@@ -6,8 +6,9 @@
 #include "base/message.h"
 #include "files/jiku.h"
 #include "generate/generate.h"
-#include "geometry/solid.h"
-#include "model/lookup.h"
+#include "model/nodes.h"
+#include "model/sections.h"
+#include "solid/solid.h"
 
 #include <charconv>
 #include <cstdio>
@@ -40,27 +41,37 @@ double sum_of_numbers(std::string_view text) {
 
 // The generators beside writing the same records once into the tables.
 void generators(benchmark::State& state) {
-    set_floor(full_cells);
-    generate_floor();
+    const Workplace place;
+    Model& model = place.project->model;
+    Param& param = place.project->param;
+    set_floor(param, full_cells);
+    generate_floor(model, param);
     const std::vector<Node> nodes(model.node.begin(), model.node.begin() + model.N_Node);
     const std::vector<Beam> beams(model.beam.begin(), model.beam.begin() + model.N_Beam);
-    compare(state, 10.0, nothing, generate_floor, [&] {
-        std::copy(nodes.begin(), nodes.end(), model.node.begin());
-        std::copy(beams.begin(), beams.end(), model.beam.begin());
-        benchmark::ClobberMemory();
-    });
+    compare(
+        state, 10.0, nothing, [&] { generate_floor(model, param); },
+        [&] {
+            std::copy(nodes.begin(), nodes.end(), model.node.begin());
+            std::copy(beams.begin(), beams.end(), model.beam.begin());
+            benchmark::ClobberMemory();
+        });
     state.counters["members"] = model.N_Beam;
 }
 BENCHMARK(generators)->UseManualTime();
 
 // Reading axis data beside reading the numbers in the same bytes.
 void axis_reader(benchmark::State& state) {
-    make_floor(full_cells);
-    const fs::path path = work_file("bench.jik");
-    save_jiku_data(path, {});
+    const Workplace place;
+    Model& model = place.project->model;
+    Param& param = place.project->param;
+    const fs::path& work_dir = place.project->work_dir;
+    make_floor(model, param, full_cells);
+    const fs::path path = work_file(work_dir, "bench.jik");
+    save_jiku_data(model, path, {});
     const std::string bytes = *read_file(path);
     compare(
-        state, 3.0, reset_model, [&] { load_jiku_data(path); },
+        state, 3.0, [&] { reset_model(model); },
+        [&] { load_jiku_data(model, place.project->solids, work_dir, path); },
         [&] { benchmark::DoNotOptimize(sum_of_numbers(bytes)); });
     state.counters["members"] = model.N_Beam;
 }
@@ -68,11 +79,15 @@ BENCHMARK(axis_reader)->UseManualTime();
 
 // Writing axis data beside the same printf calls into memory.
 void axis_writer(benchmark::State& state) {
-    make_floor(full_cells);
-    const fs::path path = work_file("bench.jik");
+    const Workplace place;
+    Model& model = place.project->model;
+    Param& param = place.project->param;
+    const fs::path& work_dir = place.project->work_dir;
+    make_floor(model, param, full_cells);
+    const fs::path path = work_file(work_dir, "bench.jik");
     const auto text = std::make_unique<char[]>(1 << 22);
     compare(
-        state, 3.0, nothing, [&] { save_jiku_data(path, {}); },
+        state, 3.0, nothing, [&] { save_jiku_data(model, path, {}); },
         [&] {
             char* at = text.get();
             for (int i = 0; i < model.N_Beam; ++i) {
@@ -87,11 +102,15 @@ BENCHMARK(axis_writer)->UseManualTime();
 
 // Writing solver input beside the same printf calls for its members and nodes into memory.
 void solver_input(benchmark::State& state) {
-    make_floor(full_cells);
-    const fs::path path = work_file("bench.bon");
+    const Workplace place;
+    Model& model = place.project->model;
+    Param& param = place.project->param;
+    const fs::path& work_dir = place.project->work_dir;
+    make_floor(model, param, full_cells);
+    const fs::path path = work_file(work_dir, "bench.bon");
     const auto text = std::make_unique<char[]>(1 << 22);
     compare(
-        state, 3.0, nothing, [&] { save_honegumi(path); },
+        state, 3.0, nothing, [&] { save_honegumi(model, path); },
         [&] {
             char* at = text.get();
             for (int i = 0; i < model.N_Beam; ++i) {
@@ -111,11 +130,14 @@ BENCHMARK(solver_input)->UseManualTime();
 
 // Reading the results of about 3000 members beside reading the numbers in the same bytes.
 void result_reader(benchmark::State& state) {
-    const ResultFiles files = make_result_files();
+    const Workplace place;
+    Result& result = place.project->result;
+    const ResultFiles files = make_result_files(place.project->model, place.project->param);
     compare(
         state, 3.0, nothing,
         [&] {
-            if (read_frameslv(files.listing) < 0 || read_dsp(files.displacements) < 0) {
+            if (read_frameslv(result, files.listing) < 0 ||
+                read_dsp(result, files.displacements) < 0) {
                 state.SkipWithError("the results were refused");
             }
         },
@@ -128,16 +150,22 @@ BENCHMARK(result_reader)->UseManualTime();
 
 // Building the triangles and their file beside writing the file's bytes to the page cache.
 void triangles(benchmark::State& state) {
-    make_floor(full_cells);
-    build_trio_file();
-    const std::string bytes = *read_file(work_file("TRIO.DAT"));
+    const Workplace place;
+    Model& model = place.project->model;
+    Param& param = place.project->param;
+    Solids& solids = place.project->solids;
+    const fs::path& work_dir = place.project->work_dir;
+    make_floor(model, param, full_cells);
+    build_trio_file(model, solids, work_dir);
+    const std::string bytes = *read_file(work_file(work_dir, "TRIO.DAT"));
     compare(
         state, 5.0,
-        [] {
-            reset_solids();
-            clear_points();
+        [&] {
+            reset_solids(solids);
+            clear_points(solids);
         },
-        [] { build_trio_file(); }, [&] { save_file(work_file("bytes.dat"), bytes, false); });
+        [&] { build_trio_file(model, solids, work_dir); },
+        [&] { save_file(work_file(work_dir, "bytes.dat"), bytes, false); });
     state.counters["megabytes"] = static_cast<double>(bytes.size()) / (1 << 20);
 }
 BENCHMARK(triangles)->UseManualTime();
@@ -145,46 +173,62 @@ BENCHMARK(triangles)->UseManualTime();
 // Work that must grow with the members: at most 2.3 times as long for twice as many.
 struct Growing {
     const char* name;
-    void (*work)();
+    void (*work)(Project& project);
 };
 
+fs::path growth_file(const Project& project) {
+    return work_file(project.work_dir, "growth.jik");
+}
+
 const Growing growing[] = {
-    {"growth/generate", generate_floor},
-    {"growth/rebuild_tables", [] { rebuild_tables(); }},
-    {"growth/sort_node", [] { sort_node(); }},
-    {"growth/save_jiku", [] { save_jiku_data(work_file("growth.jik"), {}); }},
+    {"growth/generate", [](Project& project) { generate_floor(project.model, project.param); }},
+    {"growth/rebuild_tables", [](Project& project) { rebuild_tables(project.model); }},
+    {"growth/sort_node", [](Project& project) { sort_node(project.model); }},
+    {"growth/save_jiku",
+     [](Project& project) { save_jiku_data(project.model, growth_file(project), {}); }},
     {"growth/load_jiku",
-     [] {
-         reset_model();
-         load_jiku_data(work_file("growth.jik"));
-         rebuild_tables();
+     [](Project& project) {
+         reset_model(project.model);
+         load_jiku_data(project.model, project.solids, project.work_dir, growth_file(project));
+         rebuild_tables(project.model);
      }},
-    {"growth/save_honegumi", [] { save_honegumi(work_file("growth.bon")); }},
-    {"growth/save_honegra", [] { save_honegra(work_file("growth.ydu")); }},
-    {"growth/make_men", [] { make_men(); }},
-    {"growth/save_trio_file", [] { save_trio_file(); }},
+    {"growth/save_honegumi",
+     [](Project& project) {
+         save_honegumi(project.model, work_file(project.work_dir, "growth.bon"));
+     }},
+    {"growth/save_honegra",
+     [](Project& project) {
+         save_honegra(project.model, work_file(project.work_dir, "growth.ydu"));
+     }},
+    {"growth/make_men", [](Project& project) { make_men(project.model, project.solids); }},
+    {"growth/save_trio_file",
+     [](Project& project) { save_trio_file(project.solids, project.work_dir); }},
 };
 
 // Waits for the disk are not what grows.
-double processor_seconds_of(void (*work)()) {
+double processor_seconds_of(const Growing& what, Project& project) {
     const std::clock_t start = std::clock();
-    work();
+    what.work(project);
     return static_cast<double>(std::clock() - start) / CLOCKS_PER_SEC;
 }
 
 void grow(benchmark::State& state, const Growing& what) {
+    const Workplace place;
+    Project& project = *place.project;
     double times[3] = {};
     double members[3] = {};
     for (auto _ : state) {
         for (int size = 0; size < 3; ++size) {
-            make_floor(cells_of[size]);
-            make_men();
-            save_jiku_data(work_file("growth.jik"), {});
-            times[size] = processor_seconds_of(what.work);
+            make_floor(project.model, project.param, cells_of[size]);
+            reset_solids(project.solids);
+            clear_points(project.solids);
+            make_men(project.model, project.solids);
+            save_jiku_data(project.model, growth_file(project), {});
+            times[size] = processor_seconds_of(what, project);
             for (int run = 0; run < 30; ++run) {
-                times[size] = std::min(times[size], processor_seconds_of(what.work));
+                times[size] = std::min(times[size], processor_seconds_of(what, project));
             }
-            members[size] = model.N_Beam;
+            members[size] = project.model.N_Beam;
         }
         state.SetIterationTime(times[2]);
     }
@@ -199,24 +243,11 @@ void grow(benchmark::State& state, const Growing& what) {
     state.counters["doubled_2"] = doubled(1);
 }
 
-// Removes the working directory when the measurements are over.
-struct WorkFolder {
-    WorkFolder() {
-        work_dir() = fs::temp_directory_path() / "kigumi-bench";
-        fs::create_directories(work_dir());
-    }
-    ~WorkFolder() {
-        std::error_code ignored;
-        fs::remove_all(work_dir(), ignored);
-    }
-};
-
 } // namespace
 } // namespace kigumi::bench
 
 int main(int argc, char** argv) {
     using namespace kigumi::bench;
-    const WorkFolder folder;
     for (const Growing& what : growing) {
         benchmark::RegisterBenchmark(what.name, grow, what)->UseManualTime()->Iterations(1);
     }

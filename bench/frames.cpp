@@ -2,36 +2,48 @@
 
 #include "base/format.h"
 #include "generate/generate.h"
-#include "model/lookup.h"
+#include "model/nodes.h"
+#include "model/sections.h"
 
 namespace kigumi::bench {
 
-void set_floor(int cells) {
-    set_default_param();
+WorkFolder::WorkFolder() {
+    for (int k = 0; k == 0 || !fs::create_directory(path); ++k) {
+        path = fs::temp_directory_path() / text_format("kigumi-bench-%d", k);
+    }
+}
+
+WorkFolder::~WorkFolder() {
+    std::error_code ignored;
+    fs::remove_all(path, ignored);
+}
+
+void set_floor(Param& param, int cells) {
+    set_default_param(param);
     param.NX = param.NY = cells;
     param.TukaHaba = 90.9f;
-    check_param({0, 0, 0});
+    check_param(param, {0, 0, 0});
 }
 
-void generate_floor() {
-    reset_model();
-    make_hashira();
-    make_waku();
-    make_genzai();
-    make_shazai();
-    make_sujikai();
-    sort_node();
+void generate_floor(Model& model, const Param& param) {
+    reset_model(model);
+    make_hashira(model, param);
+    make_waku(model, param);
+    make_genzai(model, param);
+    make_shazai(model, param);
+    make_sujikai(model, param);
+    sort_node(model);
 }
 
-void make_floor(int cells) {
-    set_floor(cells);
-    generate_floor();
-    rebuild_tables();
+void make_floor(Model& model, Param& param, int cells) {
+    set_floor(param, cells);
+    generate_floor(model, param);
+    rebuild_tables(model);
 }
 
-ResultFiles make_result_files() {
+ResultFiles make_result_files(Model& model, Param& param) {
     constexpr int cells_of_3000 = 17; // 2856 members
-    make_floor(cells_of_3000);
+    make_floor(model, param, cells_of_3000);
     ResultFiles files;
     files.listing = text_format("%5d\n", model.N_Node);
     files.displacements = files.listing;

@@ -3,7 +3,7 @@
 #include "frames.h"
 #include "ratio.h"
 
-#include "geometry/hidden_line.h"
+#include "sight/hidden_line.h"
 
 #include <sys/resource.h>
 
@@ -21,7 +21,7 @@ ViewCoefficients default_viewpoint() {
 }
 
 // Projects every vertex.
-double pass_over_triangles(const ViewCoefficients& v) {
+double pass_over_triangles(const Solids& solids, const ViewCoefficients& v) {
     double sum = 0.0;
     for (const Trio& trio : solids.trio) {
         for (const float(&p)[3] : trio.vertex) {
@@ -40,8 +40,12 @@ double megabytes_used() {
 
 // Wall time with two threads.
 void hidden_lines(benchmark::State& state) {
-    make_floor(cells_of_1000_3000_10000[state.range(0)]);
-    make_men();
+    const Workplace place;
+    Model& model = place.project->model;
+    Param& param = place.project->param;
+    Solids& solids = place.project->solids;
+    make_floor(model, param, cells_of_1000_3000_10000[state.range(0)]);
+    make_men(model, solids);
     const ViewCoefficients v = default_viewpoint();
     HiddenLineOptions options;
     options.threads = 2;
@@ -49,7 +53,7 @@ void hidden_lines(benchmark::State& state) {
     constexpr double bound = 50.0;
     compare(
         state, bound, [] {}, [&] { lines = remove_hidden_lines(solids.trio, v, options)->size(); },
-        [&] { benchmark::DoNotOptimize(pass_over_triangles(v)); });
+        [&] { benchmark::DoNotOptimize(pass_over_triangles(solids, v)); });
     state.counters["members"] = model.N_Beam;
     state.counters["lines"] = static_cast<double>(lines);
     state.counters["MB_process"] = megabytes_used();
@@ -58,6 +62,10 @@ BENCHMARK(hidden_lines)->DenseRange(0, 2)->UseManualTime()->Unit(benchmark::kMil
 
 // Processor time with one thread, and the powers of the members with which it grows.
 void hidden_lines_growth(benchmark::State& state) {
+    const Workplace place;
+    Model& model = place.project->model;
+    Param& param = place.project->param;
+    Solids& solids = place.project->solids;
     const ViewCoefficients v = default_viewpoint();
     HiddenLineOptions options;
     options.threads = 1;
@@ -66,8 +74,10 @@ void hidden_lines_growth(benchmark::State& state) {
     double members[3];
     for (auto _ : state) {
         for (int size = 0; size < 3; ++size) {
-            make_floor(cells_of_1000_3000_10000[size]);
-            make_men();
+            make_floor(model, param, cells_of_1000_3000_10000[size]);
+            reset_solids(solids);
+            clear_points(solids);
+            make_men(model, solids);
             members[size] = model.N_Beam;
             shortest[size] = 1e9;
             for (int run = 0; run < runs; ++run) {

@@ -5,13 +5,13 @@
 #include "frames.h"
 
 #include "base/files.h"
+#include "draw/model_picture.h"
 #include "generate/generate.h"
 #include "generate/param.h"
-#include "geometry/axis_picture.h"
-#include "geometry/perspective.h"
-#include "geometry/solid.h"
-#include "model/lookup.h"
-#include "results/model_picture.h"
+#include "model/sections.h"
+#include "sight/perspective.h"
+#include "solid/axis_picture.h"
+#include "solid/solid.h"
 #include "ui/picture/picture_widget.h"
 #include "ui/result/frame_slv_form.h"
 
@@ -19,14 +19,14 @@
 
 #include <QAbstractButton>
 #include <QApplication>
-#include <QDir>
 #include <QPixmap>
-#include <QTemporaryDir>
 #include <QTimer>
 
 #include <algorithm>
 #include <cstdlib>
 #include <ctime>
+#include <functional>
+#include <memory>
 
 namespace kigumi::bench {
 namespace {
@@ -34,18 +34,27 @@ namespace {
 constexpr int cells = 33; // 9768 members without columns
 constexpr double bound_ms = 16.0;
 
-void make_frame() {
-    reset_model();
-    set_default_param();
+// The session of one measurement, with its working directory.
+struct Workroom {
+    Workroom() { project.work_dir = folder.path; }
+
+    const WorkFolder folder;
+    const std::unique_ptr<Session> session = std::make_unique<Session>(); // some MB
+    Project& project = session->project;
+};
+
+void make_frame(Project& project) {
+    Param& param = project.param;
     param.NX = param.NY = cells;
-    if (check_param({0, 0, 0}) < 0 || make_unit() < 0 || rebuild_tables() < 0) {
+    if (check_param(param, {0, 0, 0}) < 0 || make_unit(project.model, param, project.solids) < 0 ||
+        rebuild_tables(project.model) < 0) {
         std::abort();
     }
-    build_trio_file();
+    build_trio_file(project.model, project.solids, project.work_dir);
 }
 
 // Measures the processor time of a piece of work over and over.
-void measure(benchmark::State& state, double bound, auto&& work) {
+void measure(const Model& model, benchmark::State& state, double bound, auto&& work) {
     double shortest = 1e9;
     for (auto _ : state) {
         const std::clock_t start = std::clock();
@@ -62,34 +71,44 @@ void measure(benchmark::State& state, double bound, auto&& work) {
 }
 
 // Paints the widget into a pixmap over and over.
-void paint_widget(benchmark::State& state, PictureWidget& widget, double bound) {
+void paint_widget(const Model& model, benchmark::State& state, PictureWidget& widget,
+                  double bound) {
     widget.resize(1280, 800);
     QPixmap shown(widget.size());
     widget.render(&shown);
-    measure(state, bound, [&] { widget.render(&shown); });
+    measure(model, state, bound, [&] { widget.render(&shown); });
 }
 
-void paint(benchmark::State& state, const PictureWidget::Picture& picture, double bound = 0.0) {
-    make_frame();
+// What a window paints of its project.
+using ProjectPicture = std::function<void(Project& project, Canvas& canvas, DrawArea& area)>;
+
+void paint(benchmark::State& state, const ProjectPicture& picture, double bound = 0.0) {
+    const Workroom room;
+    Project& project = room.project;
+    make_frame(project);
     PictureWidget widget;
-    widget.set_picture(picture);
-    paint_widget(state, widget, bound);
+    if (picture) {
+        widget.set_picture([&](Canvas& canvas, DrawArea& area) { picture(project, canvas, area); });
+    }
+    paint_widget(project.model, state, widget, bound);
 }
 
 // Leaves the result files of 2856 members in the working directory.
-void write_results() {
-    const ResultFiles files = make_result_files();
-    save_file(work_file("frameslv.zlv"), "1 0.0 1 0.0 1 0.0");
-    save_file(work_file("frameslv.lst"), files.listing);
-    save_file(work_file("frameslv.dsp"), files.displacements);
+void write_results(Project& project) {
+    const ResultFiles files = make_result_files(project.model, project.param);
+    const fs::path& work_dir = project.work_dir;
+    save_file(work_file(work_dir, "frameslv.zlv"), "1 0.0 1 0.0 1 0.0");
+    save_file(work_file(work_dir, "frameslv.lst"), files.listing);
+    save_file(work_file(work_dir, "frameslv.dsp"), files.displacements);
 }
 
 // A picture of the results window, chosen by its menu item.
 void results(benchmark::State& state, const char* item) {
-    write_results();
-    TFrameSlvForm window;
+    const Workroom room;
+    write_results(room.project);
+    TFrameSlvForm window(*room.session);
     window.findChild<QAction*>(item)->trigger();
-    paint_widget(state, window.picture(), bound_ms);
+    paint_widget(room.project.model, state, window.picture(), bound_ms);
 }
 BENCHMARK_CAPTURE(results, sign, "JikuryokuMenu")->UseManualTime()->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(results, width, "FutosaMenu")->UseManualTime()->Unit(benchmark::kMillisecond);
@@ -97,22 +116,24 @@ BENCHMARK_CAPTURE(results, wire, "WireMenu")->UseManualTime()->Unit(benchmark::k
 BENCHMARK_CAPTURE(results, displaced, "Heni10Menu")->UseManualTime()->Unit(benchmark::kMillisecond);
 
 void results_bars(benchmark::State& state) {
-    write_results();
-    TFrameSlvForm window;
+    const Workroom room;
+    write_results(room.project);
+    TFrameSlvForm window(*room.session);
     QTimer::singleShot(0, [] {
         QApplication::activeModalWidget()->findChild<QAbstractButton*>("OKButton")->click();
     });
     window.findChild<QAction*>("MarukakuMenu")->trigger();
-    paint_widget(state, window.picture(), bound_ms);
+    paint_widget(room.project.model, state, window.picture(), bound_ms);
 }
 BENCHMARK(results_bars)->UseManualTime()->Unit(benchmark::kMillisecond);
 
 // Reading the files, making the window and painting it once.
 void open_results(benchmark::State& state) {
     constexpr double opening_ms = 300.0;
-    write_results();
-    measure(state, opening_ms, [] {
-        TFrameSlvForm window;
+    const Workroom room;
+    write_results(room.project);
+    measure(room.project.model, state, opening_ms, [&room] {
+        TFrameSlvForm window(*room.session);
         window.resize(1280, 800);
         window.grab();
     });
@@ -124,11 +145,18 @@ void empty(benchmark::State& state) {
 }
 BENCHMARK(empty)->UseManualTime()->Unit(benchmark::kMillisecond);
 
+void draw_labelled(Project& project, Canvas& canvas, DrawArea& area, const ModelLabels& labels) {
+    draw_model_picture(project.model, project.view, project.lettering, canvas, area, labels);
+}
+
 void main_window(benchmark::State& state) {
     ModelLabels marks;
     marks.fixed_nodes = marks.loaded_nodes = true;
     paint(
-        state, [marks](Canvas& canvas, DrawArea& area) { draw_model_picture(canvas, area, marks); },
+        state,
+        [marks](Project& project, Canvas& canvas, DrawArea& area) {
+            draw_labelled(project, canvas, area, marks);
+        },
         bound_ms);
 }
 BENCHMARK(main_window)->UseManualTime()->Unit(benchmark::kMillisecond);
@@ -136,24 +164,33 @@ BENCHMARK(main_window)->UseManualTime()->Unit(benchmark::kMillisecond);
 void main_window_with_labels(benchmark::State& state) {
     ModelLabels labels;
     labels.node_names = labels.member_numbers = true;
-    paint(state,
-          [labels](Canvas& canvas, DrawArea& area) { draw_model_picture(canvas, area, labels); });
+    paint(state, [labels](Project& project, Canvas& canvas, DrawArea& area) {
+        draw_labelled(project, canvas, area, labels);
+    });
 }
 BENCHMARK(main_window_with_labels)->UseManualTime()->Unit(benchmark::kMillisecond);
 
 void wires_with_node_marks(benchmark::State& state) {
-    paint(state, [](Canvas& canvas, DrawArea& area) { draw_wire(canvas, area, true); });
+    paint(state, [](Project& project, Canvas& canvas, DrawArea& area) {
+        draw_wire(project.model, project.view, canvas, area, true);
+    });
 }
 BENCHMARK(wires_with_node_marks)->UseManualTime()->Unit(benchmark::kMillisecond);
 
 void axis_model(benchmark::State& state) {
-    paint(state, [](Canvas& canvas, DrawArea& area) { draw_axis_model(canvas, area); });
+    paint(state, [](Project& project, Canvas& canvas, DrawArea& area) {
+        draw_axis_model(project.model, project.view, project.solids, project.work_dir, canvas,
+                        area);
+    });
 }
 BENCHMARK(axis_model)->UseManualTime()->Unit(benchmark::kMillisecond);
 
 // The hidden lines are removed at the first paint, which is not measured.
 void perspective_model(benchmark::State& state) {
-    paint(state, [](Canvas& canvas, DrawArea& area) { draw_perspective(canvas, area); });
+    paint(state, [](Project& project, Canvas& canvas, DrawArea& area) {
+        draw_perspective(project.view, project.solids, project.perspective, project.work_dir,
+                         canvas, area);
+    });
 }
 BENCHMARK(perspective_model)->UseManualTime()->Unit(benchmark::kMillisecond);
 
@@ -165,8 +202,6 @@ int main(int argc, char** argv) {
         qputenv("QT_QPA_PLATFORM", "offscreen");
     }
     QApplication application(argc, argv);
-    const QTemporaryDir folder;
-    kigumi::work_dir() = folder.path().toStdString();
     benchmark::Initialize(&argc, argv);
     benchmark::RunSpecifiedBenchmarks();
     benchmark::Shutdown();

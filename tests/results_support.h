@@ -3,35 +3,25 @@
 
 #include "analysis/result.h"
 #include "base/format.h"
-#include "model/lookup.h"
+#include "model/members.h"
+#include "model/roles.h"
+#include "model/sections.h"
 #include "support.h"
 
 #include <string>
 
 namespace kigumi::test {
 
-// Starts with empty result tables, too.
-class ResultTest : public CoreTest {
-  protected:
-    void SetUp() override {
-        CoreTest::SetUp();
-        result.N_Setuten = 0;
-        result.N_Stress = 0;
-        result.Nken_Stress = 0;
-        result.force_max = 0.0f;
-    }
-};
-
 // One post of 10 cm x 10 cm and 300 cm height on a support, 200 kgf on its head; all tables made.
-inline void make_post() {
-    append_beam({0.0f, 0.0f, 0.0f}, {0.0f, 0.0f, 300.0f}, 10.0f, 10.0f, kind_post, 2);
-    rebuild_tables();
-    append_fix(1, 1, 1, 1);
-    append_load(2, 0.0f, 0.0f, -200.0f);
+inline void make_post(Model& model) {
+    append_beam(model, {0.0f, 0.0f, 0.0f}, {0.0f, 0.0f, 300.0f}, 10.0f, 10.0f, kind_post, 2);
+    rebuild_tables(model);
+    append_fix(model, 1, 1, 1, 1);
+    append_load(model, 2, 0.0f, 0.0f, -200.0f);
 }
 
 // Adds a result node with this model number and place, cm, and an unmoved displacement for it.
-inline void add_setuten(int no, const char* name, float x, float y, float z) {
+inline void add_setuten(Result& result, int no, const char* name, float x, float y, float z) {
     Setuten& node = result.setuten[result.N_Setuten];
     node = {{}, no, x, y, z};
     set_name(node.pname, name);
@@ -42,7 +32,7 @@ inline void add_setuten(int no, const char* name, float x, float y, float z) {
 }
 
 // Adds a result member between two result nodes (positions in setuten).
-inline void add_stress(int start, int end, float force, float percent) {
+inline void add_stress(Result& result, int start, int end, float force, float percent) {
     const Setuten& i = result.setuten[start];
     const Setuten& j = result.setuten[end];
     Stress& s = result.stress[result.N_Stress++];
@@ -63,14 +53,14 @@ inline void add_stress(int start, int end, float force, float percent) {
 }
 
 // A portal in the plane of x and z: two posts of 300 cm, a beam of 400 cm.
-inline void make_portal_result() {
-    add_setuten(1, "X00Y00Z00", 0.0f, 0.0f, 0.0f);
-    add_setuten(2, "X00Y00Z01", 0.0f, 0.0f, 300.0f);
-    add_setuten(3, "X01Y00Z01", 400.0f, 0.0f, 300.0f);
-    add_setuten(4, "X01Y00Z00", 400.0f, 0.0f, 0.0f);
-    add_stress(0, 1, -200.0f, 100.0f);
-    add_stress(1, 2, 20.0f, 10.0f);
-    add_stress(3, 2, 0.0f, 0.0f);
+inline void make_portal_result(Result& result) {
+    add_setuten(result, 1, "X00Y00Z00", 0.0f, 0.0f, 0.0f);
+    add_setuten(result, 2, "X00Y00Z01", 0.0f, 0.0f, 300.0f);
+    add_setuten(result, 3, "X01Y00Z01", 400.0f, 0.0f, 300.0f);
+    add_setuten(result, 4, "X01Y00Z00", 400.0f, 0.0f, 0.0f);
+    add_stress(result, 0, 1, -200.0f, 100.0f);
+    add_stress(result, 1, 2, 20.0f, 10.0f);
+    add_stress(result, 3, 2, 0.0f, 0.0f);
 }
 
 // frameslv.lst of `nodes` nodes in a row, 100 cm apart, and members between neighbours.

@@ -1,9 +1,6 @@
 #include "support.h"
 
 #include "base/message.h"
-#include "generate/param.h"
-#include "geometry/projection.h"
-#include "model/lookup.h"
 
 #include <cstdlib>
 #include <fstream>
@@ -11,19 +8,14 @@
 namespace kigumi::test {
 
 void CoreTest::SetUp() {
-    reset_model();
-    set_default_param();
-    view = View{};
-    snap_radius = 10.0f;
-    old_work_dir_ = work_dir();
     const auto* info = ::testing::UnitTest::GetInstance()->current_test_info();
     std::string name = std::string(info->test_suite_name()) + "." + info->name();
     for (char& c : name) {
         c = c == '/' ? '_' : c;
     }
     // Several runs of the tests may share the machine.
-    for (int k = 0; k == 0 || !fs::create_directory(work_dir()); ++k) {
-        work_dir() = fs::temp_directory_path() / text_format("kigumi-test-%s-%d", name.c_str(), k);
+    for (int k = 0; k == 0 || !fs::create_directory(work_dir); ++k) {
+        work_dir = fs::temp_directory_path() / text_format("kigumi-test-%s-%d", name.c_str(), k);
     }
     set_message_sink([this](std::string_view text) { messages_.emplace_back(text); });
 }
@@ -34,8 +26,7 @@ void CoreTest::TearDown() {
     }
     set_message_sink({});
     std::error_code ignored;
-    fs::remove_all(work_dir(), ignored);
-    work_dir() = old_work_dir_;
+    fs::remove_all(work_dir, ignored);
 }
 
 std::vector<std::string> CoreTest::take_messages() {

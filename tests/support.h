@@ -1,20 +1,47 @@
-// What the tests share: clean tables, captured messages, golden texts, a recording canvas.
+// What the tests share: a new project, captured messages, golden texts, a recording canvas.
 #pragma once
 
 #include "base/files.h"
-#include "geometry/canvas.h"
+#include "draw/canvas.h"
+#include "project/project.h"
 
 #include <gtest/gtest.h>
 
+#include <memory>
 #include <string>
 #include <vector>
 
 namespace kigumi::test {
 
-// Starts every test with empty tables and default settings, in a working directory of its own, and
-// collects the messages. A test that leaves an unexpected message fails.
-class CoreTest : public ::testing::Test {
+// The parts of a project under the names that the functions give them; a base.
+class ProjectParts {
   protected:
+    explicit ProjectParts(Project& of)
+        : project(of), model(of.model), param(of.param), sketch_places(of.sketch_places),
+          view(of.view), result(of.result), solids(of.solids), perspective(of.perspective),
+          lettering(of.lettering), solver_seams(of.solver_seams), work_dir(of.work_dir) {}
+
+    Project& project;
+    Model& model;
+    Param& param;
+    SketchPlaces& sketch_places;
+    View& view;
+    Result& result;
+    Solids& solids;
+    PerspectiveLines& perspective;
+    Lettering& lettering;
+    SolverSeams& solver_seams;
+    fs::path& work_dir;
+};
+
+// Gives every test a new project in a working directory of its own, and collects the messages. A
+// test that leaves an unexpected message fails.
+class CoreTest : public ::testing::Test, protected ProjectParts {
+  protected:
+    CoreTest() : CoreTest(std::make_shared<Project>()) {}
+    // For a project that is part of something larger; that lives as long as the pointer.
+    explicit CoreTest(const std::shared_ptr<Project>& of) : ProjectParts(*of), owned_(of) {}
+
     void SetUp() override;
     void TearDown() override;
 
@@ -25,8 +52,8 @@ class CoreTest : public ::testing::Test {
     void expect_message(const std::string& message) { expect_messages({message}); }
 
   private:
+    std::shared_ptr<Project> owned_; // some MB
     std::vector<std::string> messages_;
-    fs::path old_work_dir_;
 };
 
 // Compares with tests/golden/<name>. On a difference the first differing line of both sides is

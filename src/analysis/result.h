@@ -3,6 +3,8 @@
 
 #include "model/model.h"
 
+#include <vector>
+
 namespace kigumi {
 
 constexpr int result_capacity = 3000;
@@ -50,24 +52,31 @@ struct HeniBeam {
     float xs, ys, zs, xl, yl, zl; // displaced ends, cm
 };
 
-struct Result {
-    std::array<Setuten, result_capacity> setuten; // ascending by OldNo
-    std::int32_t N_Setuten = 0;                   // count of setuten and of disp
-    std::array<Stress, result_capacity> stress;   // descending by percent
-    std::int32_t N_Stress = 0;
-    std::array<Disp, result_capacity> disp; // descending by mag
-    float force_max = 0.0f;                 // largest |force|
-
-    std::array<HeniNode, result_capacity> heni_node;
-    std::array<HeniBeam, result_capacity> heni_beam;
-
-    // The selection (results/selection.h): a copy of chosen records of `stress`, in their order.
-    std::array<Stress, result_capacity> kensaku;
-    std::array<std::int32_t, result_capacity> kensaku_row; // their 0-based positions in `stress`
-    std::int32_t Nken_Stress = 0;
-    std::uint64_t kensaku_edition = 0; // grows with every change of the selection
+// What a triangle of the bars shows.
+struct Bar {
+    std::int32_t row;
+    std::int32_t colour;
 };
 
-extern Result result;
+struct Result {
+    Table<Setuten, result_capacity> setuten; // ascending by OldNo
+    std::int32_t N_Setuten = 0;              // count of setuten and of disp
+    Table<Stress, result_capacity> stress;   // descending by percent
+    std::int32_t N_Stress = 0;
+    Table<Disp, result_capacity> disp; // descending by mag
+    float force_max = 0.0f;            // largest |force|
+
+    Table<HeniNode, result_capacity> heni_node;
+    Table<HeniBeam, result_capacity> heni_beam;
+
+    // The selection (results/selection.h): a copy of chosen records of `stress`, in their order.
+    Table<Stress, result_capacity> kensaku;
+    Table<std::int32_t, result_capacity> kensaku_row; // their 0-based positions in `stress`
+    std::int32_t Nken_Stress = 0;
+    // The bars built last (角丸表示): for each triangle the 0-based position in `stress` of the
+    // member whose bar it is part of, and its pen colour.
+    std::vector<Bar> bar_of_record;
+    std::uint64_t kensaku_edition = 0; // grows with every change of the selection
+};
 
 } // namespace kigumi

@@ -62,7 +62,7 @@ template <class Table> auto first_of(const Table& table, int count) {
 
 } // namespace
 
-NumberedFrame model_frame() {
+NumberedFrame model_frame(const Model& model) {
     NumberedFrame frame;
     for (int i = 0; i < model.N_Node; ++i) {
         const Node& node = model.node[i];
@@ -74,7 +74,7 @@ NumberedFrame model_frame() {
     return frame;
 }
 
-ResultRecords stored_results() {
+ResultRecords stored_results(const Result& result) {
     return {first_of(result.setuten, result.N_Setuten), first_of(result.stress, result.N_Stress),
             first_of(result.disp, result.N_Setuten)};
 }

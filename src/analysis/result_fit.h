@@ -19,7 +19,7 @@ struct NumberedFrame {
 };
 
 // The model in memory.
-NumberedFrame model_frame();
+NumberedFrame model_frame(const Model& model);
 
 // Records of results, just read or in the tables.
 struct ResultRecords {
@@ -29,7 +29,7 @@ struct ResultRecords {
 };
 
 // Those in the tables.
-ResultRecords stored_results();
+ResultRecords stored_results(const Result& result);
 
 // True when the results can be those of the frame: as many members as it has, between the same
 // pairs of nodes; every result node a node of the frame, once, at its place to the tenth of a cm

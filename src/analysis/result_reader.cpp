@@ -131,7 +131,7 @@ void set_percents(Listing& listing) {
     }
 }
 
-void store_level(const std::vector<float>& values, std::array<float, level_capacity>& table,
+void store_level(const std::vector<float>& values, Table<float, level_capacity>& table,
                  std::int32_t& count) {
     std::copy(values.begin(), values.end(), table.begin());
     count = static_cast<std::int32_t>(values.size());
@@ -178,13 +178,13 @@ int parse_displacements(std::string_view text, std::vector<Disp>& disp) {
     return 0;
 }
 
-void store_levels(const Levels& levels) {
+void store_levels(Model& model, const Levels& levels) {
     store_level(levels.x, model.Xval, model.N_X);
     store_level(levels.y, model.Yval, model.N_Y);
     store_level(levels.z, model.Zval, model.N_Z);
 }
 
-void store_listing(const Listing& listing) {
+void store_listing(Result& result, const Listing& listing) {
     std::copy(listing.setuten.begin(), listing.setuten.end(), result.setuten.begin());
     result.N_Setuten = static_cast<std::int32_t>(listing.setuten.size());
     std::copy(listing.stress.begin(), listing.stress.end(), result.stress.begin());
@@ -194,28 +194,28 @@ void store_listing(const Listing& listing) {
     ++result.kensaku_edition;
 }
 
-void store_displacements(const std::vector<Disp>& disp) {
+void store_displacements(Result& result, const std::vector<Disp>& disp) {
     std::copy(disp.begin(), disp.end(), result.disp.begin());
     result.N_Setuten = static_cast<std::int32_t>(disp.size());
 }
 
-int read_frameslv(std::string_view text) {
+int read_frameslv(Result& result, std::string_view text) {
     spy("Enter read_frameslv()");
     Listing listing;
     if (parse_listing(text, listing) < 0) {
         return -1;
     }
-    store_listing(listing);
+    store_listing(result, listing);
     return result.N_Stress;
 }
 
-int read_dsp(std::string_view text) {
+int read_dsp(Result& result, std::string_view text) {
     spy("Enter read_dsp()");
     std::vector<Disp> disp;
     if (parse_displacements(text, disp) < 0) {
         return -1;
     }
-    store_displacements(disp);
+    store_displacements(result, disp);
     return 0;
 }
 
@@ -243,7 +243,7 @@ const Setuten* SetutenIndex::find(std::string_view name) const {
     return found == first_.end() ? nullptr : found->second;
 }
 
-const Setuten* find_setuten(std::string_view name) {
+const Setuten* find_setuten(const Result& result, std::string_view name) {
     const auto end = result.setuten.begin() + result.N_Setuten;
     const auto found = std::find_if(result.setuten.begin(), end, [name](const Setuten& node) {
         return matched_name(node.pname) == matched_name(name);
@@ -251,7 +251,7 @@ const Setuten* find_setuten(std::string_view name) {
     return found == end ? nullptr : &*found;
 }
 
-const Setuten* find_setuten(int no) {
+const Setuten* find_setuten(const Result& result, int no) {
     const auto end = result.setuten.begin() + result.N_Setuten;
     const auto found =
         std::lower_bound(result.setuten.begin(), end, no,

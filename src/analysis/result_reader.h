@@ -7,6 +7,10 @@
 #pragma once
 
 #include "analysis/result.h"
+#include "draw/projection.h"
+#include "generate/param.h"
+#include "model/sketch.h"
+#include "solid/solid.h"
 
 #include <string_view>
 #include <unordered_map>
@@ -40,15 +44,15 @@ int parse_displacements(std::string_view text, std::vector<Disp>& disp);
 // Put parsed files into the tables: the level tables of `model`; setuten, stress and force_max of
 // `result` (the selection kensaku is emptied, it was made from the old members); disp and
 // N_Setuten.
-void store_levels(const Levels& levels);
-void store_listing(const Listing& listing);
-void store_displacements(const std::vector<Disp>& disp);
+void store_levels(Model& model, const Levels& levels);
+void store_listing(Result& result, const Listing& listing);
+void store_displacements(Result& result, const std::vector<Disp>& disp);
 
 // Reads a listing into `result`. N_Stress, or -1.
-int read_frameslv(std::string_view text);
+int read_frameslv(Result& result, std::string_view text);
 
 // Reads a displacement file into `result`. 0, or -1.
-int read_dsp(std::string_view text);
+int read_dsp(Result& result, std::string_view text);
 
 // The part of a result's name that is matched: its first nine characters.
 std::string_view matched_name(std::string_view name);
@@ -65,9 +69,9 @@ class SetutenIndex {
 };
 
 // The result node of that name in the tables (first match in the order of OldNo), or null.
-const Setuten* find_setuten(std::string_view name);
+const Setuten* find_setuten(const Result& result, std::string_view name);
 
 // The result node whose OldNo is the model's node number `no`, or null.
-const Setuten* find_setuten(int no);
+const Setuten* find_setuten(const Result& result, int no);
 
 } // namespace kigumi

@@ -31,20 +31,20 @@ int name_width(const char* name) {
     return columns;
 }
 
-void reserve_lines(TextWriter& writer) {
+void reserve_lines(const Model& model, TextWriter& writer) {
     const int lines = model.N_Node + model.N_Beam + model.N_Size + model.N_Mat + model.N_Fix +
                       model.N_Load + model.N_X + model.N_Y + model.N_Z + 9;
     writer.reserve(static_cast<size_t>(lines) * usual_line);
 }
 
-void write_levels(TextWriter& writer, const std::array<float, level_capacity>& values, int count) {
+void write_levels(TextWriter& writer, const Table<float, level_capacity>& values, int count) {
     writer.line(" %5d", count);
     for (int i = 0; i < count; ++i) {
         writer.line(" %12.5e", values[i]);
     }
 }
 
-void write_members(TextWriter& writer) {
+void write_members(const Model& model, TextWriter& writer) {
     constexpr double unwritten_angle = 0.0;
     writer.line(" %5d %5d", model.N_Node, model.N_Beam);
     for (int i = 0; i < model.N_Beam; ++i) {
@@ -54,7 +54,7 @@ void write_members(TextWriter& writer) {
     }
 }
 
-void write_sections(TextWriter& writer) {
+void write_sections(const Model& model, TextWriter& writer) {
     const SizeTable& size = model.size;
     writer.line(" %5d", model.N_Size);
     for (int k = 0; k < model.N_Size; ++k) {
@@ -63,7 +63,7 @@ void write_sections(TextWriter& writer) {
     }
 }
 
-void write_materials(TextWriter& writer) {
+void write_materials(const Model& model, TextWriter& writer) {
     const MatTable& mat = model.mat;
     writer.line(" %5d", model.N_Mat);
     for (int k = 0; k < model.N_Mat; ++k) {
@@ -72,7 +72,7 @@ void write_materials(TextWriter& writer) {
     }
 }
 
-void write_nodes(TextWriter& writer) {
+void write_nodes(const Model& model, TextWriter& writer) {
     writer.line(" %5d", model.N_Node);
     for (int i = 0; i < model.N_Node; ++i) {
         const Node& n = model.node[i];
@@ -81,14 +81,14 @@ void write_nodes(TextWriter& writer) {
 }
 
 // Both files hold their supports in the same lines.
-void write_support_lines(TextWriter& writer) {
+void write_support_lines(const Model& model, TextWriter& writer) {
     for (int i = 0; i < model.N_Fix; ++i) {
         const Fix& f = model.fix[i];
         writer.line(" %5d%c%1d%1d%1d111", f.no, comma, f.ix, f.iy, f.iz);
     }
 }
 
-void write_loads(TextWriter& writer) {
+void write_loads(const Model& model, TextWriter& writer) {
     writer.line(" %5d", model.N_Load);
     for (int i = 0; i < model.N_Load; ++i) {
         const Load& p = model.load[i];
@@ -98,7 +98,7 @@ void write_loads(TextWriter& writer) {
     }
 }
 
-void write_gra_nodes(TextWriter& writer) {
+void write_gra_nodes(const Model& model, TextWriter& writer) {
     writer.line("\"NODE\"");
     for (int i = 0; i < model.N_Node; ++i) {
         const Node& n = model.node[i];
@@ -106,7 +106,7 @@ void write_gra_nodes(TextWriter& writer) {
     }
 }
 
-void write_gra_members(TextWriter& writer) {
+void write_gra_members(const Model& model, TextWriter& writer) {
     writer.line("\"BEAM\"");
     for (int i = 0; i < model.N_Beam; ++i) {
         const Beam& b = model.beam[i];
@@ -115,7 +115,7 @@ void write_gra_members(TextWriter& writer) {
     }
 }
 
-void write_gra_sections(TextWriter& writer) {
+void write_gra_sections(const Model& model, TextWriter& writer) {
     const SizeTable& size = model.size;
     writer.line("\"SHAPE\"");
     for (int k = 0; k < model.N_Size; ++k) {
@@ -125,7 +125,7 @@ void write_gra_sections(TextWriter& writer) {
     }
 }
 
-void write_gra_materials(TextWriter& writer) {
+void write_gra_materials(const Model& model, TextWriter& writer) {
     const MatTable& mat = model.mat;
     writer.line("\"MAT\"");
     for (int k = 0; k < model.N_Mat; ++k) {
@@ -134,7 +134,7 @@ void write_gra_materials(TextWriter& writer) {
     }
 }
 
-void write_gra_loads(TextWriter& writer) {
+void write_gra_loads(const Model& model, TextWriter& writer) {
     writer.line("\"NLOAD\"");
     for (int i = 0; i < model.N_Load; ++i) {
         const Load& p = model.load[i];
@@ -153,34 +153,34 @@ int save_or_tell(const TextWriter& writer, const fs::path& path, const char* mes
 
 } // namespace
 
-int save_honegumi(const fs::path& path) {
+int save_honegumi(const Model& model, const fs::path& path) {
     spy("Enter save_honegumi()");
     TextWriter writer;
-    reserve_lines(writer);
+    reserve_lines(model, writer);
     write_levels(writer, model.Xval, model.N_X);
     write_levels(writer, model.Yval, model.N_Y);
     write_levels(writer, model.Zval, model.N_Z);
-    write_members(writer);
-    write_sections(writer);
-    write_materials(writer);
-    write_nodes(writer);
+    write_members(model, writer);
+    write_sections(model, writer);
+    write_materials(model, writer);
+    write_nodes(model, writer);
     writer.line(" %5d", model.N_Fix);
-    write_support_lines(writer);
-    write_loads(writer);
+    write_support_lines(model, writer);
+    write_loads(model, writer);
     return save_or_tell(writer, path, "Error: Unable to open BonFile");
 }
 
-int save_honegra(const fs::path& path) {
+int save_honegra(const Model& model, const fs::path& path) {
     spy("Enter save_honegra()");
     TextWriter writer;
-    reserve_lines(writer);
-    write_gra_nodes(writer);
+    reserve_lines(model, writer);
+    write_gra_nodes(model, writer);
     writer.line("\"FIX\"");
-    write_support_lines(writer);
-    write_gra_members(writer);
-    write_gra_sections(writer);
-    write_gra_materials(writer);
-    write_gra_loads(writer);
+    write_support_lines(model, writer);
+    write_gra_members(model, writer);
+    write_gra_sections(model, writer);
+    write_gra_materials(model, writer);
+    write_gra_loads(model, writer);
     return save_or_tell(writer, path, "Error: Unable to open GraFile");
 }
 

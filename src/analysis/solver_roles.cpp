@@ -164,9 +164,9 @@ bool InputReader::read_loads() {
 
 } // namespace
 
-int load_solver_roles() {
+int load_solver_roles(Model& model, const fs::path& work_dir) {
     model.N_Fix = model.N_Load = 0;
-    const auto bytes = read_file(work_file("FRAMESLV.IN"));
+    const auto bytes = read_file(work_file(work_dir, "FRAMESLV.IN"));
     if (!bytes) {
         return -1;
     }
@@ -181,8 +181,8 @@ int load_solver_roles() {
     return 0;
 }
 
-std::optional<SolverFrame> read_solver_frame() {
-    const auto bytes = read_file(work_file("FRAMESLV.IN"));
+std::optional<SolverFrame> read_solver_frame(const fs::path& work_dir) {
+    const auto bytes = read_file(work_file(work_dir, "FRAMESLV.IN"));
     if (!bytes) {
         return {};
     }
@@ -208,12 +208,12 @@ std::optional<SolverFrame> read_solver_frame() {
     return frame;
 }
 
-ResultRoles load_result_roles() {
-    if (load_solver_roles() < 0) {
+ResultRoles load_result_roles(Model& model, const Result& result, const fs::path& work_dir) {
+    if (load_solver_roles(model, work_dir) < 0) {
         return ResultRoles::missing;
     }
-    const auto frame = read_solver_frame();
-    if (frame && results_fit(frame->numbered, stored_results())) {
+    const auto frame = read_solver_frame(work_dir);
+    if (frame && results_fit(frame->numbered, stored_results(result))) {
         return ResultRoles::read;
     }
     model.N_Fix = model.N_Load = 0;

@@ -1,8 +1,10 @@
 // A solver input file read back: supports and loads, and the frame itself.
 #pragma once
 
+#include "analysis/result.h"
 #include "analysis/result_fit.h"
 #include "base/files.h"
+#include "model/model.h"
 
 #include <optional>
 #include <vector>
@@ -12,13 +14,13 @@ namespace kigumi {
 // Replaces the support and load tables by those of FRAMESLV.IN in the working directory. The file
 // may be in any form that the solver takes. 0, or -1 without a message when it is missing or
 // broken; the tables are then empty.
-int load_solver_roles();
+int load_solver_roles(Model& model, const fs::path& work_dir);
 
 // The same for the labels of result pictures when no model is loaded: only where the frame of
 // FRAMESLV.IN can be that of the result tables. The tables are empty but for `read`; `missing` is
 // said of a broken file, too.
 enum class ResultRoles { read, missing, of_other_frame };
-ResultRoles load_result_roles();
+ResultRoles load_result_roles(Model& model, const Result& result, const fs::path& work_dir);
 
 // What a person is told of ResultRoles::of_other_frame.
 constexpr const char* roles_of_other_frame =
@@ -36,6 +38,6 @@ struct SolverFrame {
 
 // The frame of FRAMESLV.IN in the working directory; nothing when the file is missing or broken, or
 // a member names no section or node of it.
-std::optional<SolverFrame> read_solver_frame();
+std::optional<SolverFrame> read_solver_frame(const fs::path& work_dir);
 
 } // namespace kigumi

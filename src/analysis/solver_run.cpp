@@ -15,8 +15,6 @@
 
 namespace kigumi {
 
-SolverSeams solver_seams{run_program, hundredths_of_day};
-
 namespace {
 
 constexpr const char* own_solver = "FRAMESLV.EXE";
@@ -33,13 +31,13 @@ constexpr const char* unfinished_files[] = {"frameslv.zl~", "frameslv.ls~", "fra
 constexpr std::size_t longest_complaint = 300; // bytes shown
 
 // Takes away what a run leaves in the working directory; false after a message when a file stays.
-bool remove_results() {
+bool remove_results(const fs::path& work_dir) {
     for (const auto& names : {std::span<const char* const>(result_files),
                               std::span<const char* const>(unfinished_files),
                               std::span<const char* const>(&complaint_file, 1)}) {
         for (const char* name : names) {
             std::error_code code;
-            fs::remove(work_file(name), code);
+            fs::remove(work_file(work_dir, name), code);
             if (code) {
                 show_message(text_format("前の解析結果%sを消せません", name));
                 return false;
@@ -50,10 +48,11 @@ bool remove_results() {
 }
 
 // Reads one of the result files and parses it by `parse` (text -> 0 or -1), with the two messages.
-template <class Parse> int read_result_file(const char* name, Parse parse) {
-    const auto text = read_file(work_file(name));
+template <class Parse>
+int read_result_file(const fs::path& work_dir, const char* name, Parse parse) {
+    const auto text = read_file(work_file(work_dir, name));
     if (!text) {
-        const std::string complaint = solver_complaint();
+        const std::string complaint = solver_complaint(work_dir);
         if (!complaint.empty()) {
             set_file_error(complaint);
         }
@@ -71,28 +70,30 @@ template <class Parse> int read_result_file(const char* name, Parse parse) {
 // What the last run left in the working directory, to be put back when a new one does not start.
 class EarlierResults {
   public:
-    EarlierResults() {
+    explicit EarlierResults(const fs::path& work_dir) : work_dir_(work_dir) {
         for (const char* name : result_files) {
-            files_.emplace_back(name, read_file(work_file(name)));
+            files_.emplace_back(name, read_file(work_file(work_dir_, name)));
         }
         clear_file_error();
     }
     void put_back() const {
         for (const auto& [name, bytes] : files_) {
             std::error_code ignored;
-            if (bytes && !fs::exists(work_file(name), ignored)) {
-                save_file(work_file(name), *bytes);
+            if (bytes && !fs::exists(work_file(work_dir_, name), ignored)) {
+                save_file(work_file(work_dir_, name), *bytes);
             }
         }
     }
 
   private:
+    fs::path work_dir_;
     std::vector<std::pair<const char*, std::optional<std::string>>> files_;
 };
 
 // A whole result file for the copy, or nothing after a message.
-std::optional<std::string> read_for_copy(const char* name, const char* unable_to_open) {
-    const fs::path path = work_file(name);
+std::optional<std::string> read_for_copy(const fs::path& work_dir, const char* name,
+                                         const char* unable_to_open) {
+    const fs::path path = work_file(work_dir, name);
     std::error_code code;
     const std::uintmax_t size = fs::file_size(path, code);
     if (code || !std::ifstream(path, std::ios::binary).is_open()) {
@@ -124,12 +125,12 @@ int hundredths_of_day() {
            static_cast<int>(rest);
 }
 
-bool is_own_solver(const fs::path& solver) {
-    return solver == work_file(own_solver);
+bool is_own_solver(const fs::path& work_dir, const fs::path& solver) {
+    return solver == work_file(work_dir, own_solver);
 }
 
-fs::path find_solver() {
-    for (const fs::path& path : {work_file(own_solver), program_dir() / bundled_solver}) {
+fs::path find_solver(const fs::path& work_dir) {
+    for (const fs::path& path : {work_file(work_dir, own_solver), program_dir() / bundled_solver}) {
         if (is_program(path)) {
             return path;
         }
@@ -137,7 +138,7 @@ fs::path find_solver() {
     return {};
 }
 
-bool can_analyse() {
+bool can_analyse(const Model& model) {
     const auto refused = [](const std::string& why) {
         show_message(why);
         return false;
@@ -159,13 +160,14 @@ bool can_analyse() {
     return true;
 }
 
-int run_solver(SolverOutcome& outcome, const KeepWaiting& keep_waiting) {
+int run_solver(const Model& model, const SolverSeams& solver_seams, const fs::path& work_dir,
+               SolverOutcome& outcome, const KeepWaiting& keep_waiting) {
     spy("Enter run_solver()");
     outcome = {};
-    if (save_honegumi(work_file("FRAMESLV.IN")) < 0) {
+    if (save_honegumi(model, work_file(work_dir, "FRAMESLV.IN")) < 0) {
         return -1;
     }
-    const fs::path solver = find_solver();
+    const fs::path solver = find_solver(work_dir);
     KeepWaiting asked;
     if (keep_waiting) {
         asked = [&] {
@@ -175,12 +177,12 @@ int run_solver(SolverOutcome& outcome, const KeepWaiting& keep_waiting) {
     }
     const int start = solver_seams.hundredths();
     if (!solver.empty()) {
-        const EarlierResults earlier;
-        if (!remove_results()) {
+        const EarlierResults earlier(work_dir);
+        if (!remove_results(work_dir)) {
             earlier.put_back();
             return -1;
         }
-        outcome.status = solver_seams.start(solver, work_dir(), asked);
+        outcome.status = solver_seams.start(solver, work_dir, asked);
         if (outcome.status < 0) {
             earlier.put_back();
         }
@@ -191,13 +193,13 @@ int run_solver(SolverOutcome& outcome, const KeepWaiting& keep_waiting) {
     }
     outcome.seconds = (solver_seams.hundredths() - start) * 0.01;
     if (outcome.stopped) {
-        remove_results();
+        remove_results(work_dir);
     }
     return 0;
 }
 
-std::string solver_complaint() {
-    const auto text = read_file(work_file(complaint_file));
+std::string solver_complaint(const fs::path& work_dir) {
+    const auto text = read_file(work_file(work_dir, complaint_file));
     clear_file_error();
     if (!text) {
         return {};
@@ -210,14 +212,14 @@ void show_solver_time(const SolverOutcome& outcome) {
     show_message(text_format("解析計算を終了しまし %7.2f sec", outcome.seconds));
 }
 
-int FrameSlv(ResultsOf whose) {
+int FrameSlv(Model& model, Result& result, const fs::path& work_dir, ResultsOf whose) {
     spy("Enter FrameSlv()");
     Levels levels;
     Listing listing;
     std::vector<Disp> disp;
-    if (read_result_file("frameslv.zlv",
+    if (read_result_file(work_dir, "frameslv.zlv",
                          [&](std::string_view text) { return parse_levels(text, levels); }) < 0 ||
-        read_result_file("frameslv.lst",
+        read_result_file(work_dir, "frameslv.lst",
                          [&](std::string_view text) { return parse_listing(text, listing); }) < 0) {
         return -1;
     }
@@ -232,29 +234,30 @@ int FrameSlv(ResultsOf whose) {
                                    listing.setuten.size(), disp.size()));
         return -1;
     };
-    if (read_result_file("frameslv.dsp", parse_disp) < 0) {
+    if (read_result_file(work_dir, "frameslv.dsp", parse_disp) < 0) {
         return -1;
     }
     if (whose == ResultsOf::this_model &&
-        !results_fit(model_frame(), {listing.setuten, listing.stress, disp})) {
+        !results_fit(model_frame(model), {listing.setuten, listing.stress, disp})) {
         return refuse("計算結果がこの骨組のものではありません");
     }
-    store_levels(levels);
-    store_listing(listing);
-    store_displacements(disp);
+    store_levels(model, levels);
+    store_listing(result, listing);
+    store_displacements(result, disp);
     return 0;
 }
 
-int save_results(const fs::path& path) {
+int save_results(const fs::path& work_dir, const fs::path& path) {
     spy("Enter save_results()");
     if (!can_save(path)) {
         return refuse("Error: Unable to open OutFile");
     }
-    const auto listing = read_for_copy("frameslv.lst", "Error: Unable to open LST_FILE");
+    const auto listing = read_for_copy(work_dir, "frameslv.lst", "Error: Unable to open LST_FILE");
     if (!listing) {
         return -1;
     }
-    const auto displacements = read_for_copy("frameslv.dsp", "Error: Unable to open DSP_FILE");
+    const auto displacements =
+        read_for_copy(work_dir, "frameslv.dsp", "Error: Unable to open DSP_FILE");
     if (!displacements) {
         return -1;
     }

@@ -2,6 +2,11 @@
 #pragma once
 
 #include "analysis/process.h"
+#include "analysis/result.h"
+#include "base/files.h"
+#include "model/model.h"
+
+#include <functional>
 
 namespace kigumi {
 
@@ -14,26 +19,26 @@ struct SolverOutcome {
 
 // What a run needs of the outside; tests put their own in place.
 struct SolverSeams {
-    int (*start)(const fs::path& program, const fs::path& folder, const KeepWaiting& keep_waiting);
-    int (*hundredths)(); // as hundredths_of_day
+    std::function<int(const fs::path& program, const fs::path& folder,
+                      const KeepWaiting& keep_waiting)>
+        start;                       // as run_program
+    std::function<int()> hundredths; // as hundredths_of_day
 };
-
-extern SolverSeams solver_seams;
 
 // Hundredths of a second since midnight, local time of day.
 int hundredths_of_day();
 
 // The solver to run: FRAMESLV.EXE in the working directory when that can be started, else the
 // bundled frameslv beside this program. An empty path when there is neither.
-fs::path find_solver();
+fs::path find_solver(const fs::path& work_dir);
 
 // True for the user's own solver, the one in the working directory.
-bool is_own_solver(const fs::path& solver);
+bool is_own_solver(const fs::path& work_dir, const fs::path& solver);
 
 // True when the model can be analysed and its results shown: members, at least one support and one
 // load, and no more nodes and members than the result tables hold. Else a message tells what is
 // missing.
-bool can_analyse();
+bool can_analyse(const Model& model);
 
 // Writes FRAMESLV.IN into the working directory, removes what an earlier run left there, starts the
 // solver and waits for it, without limit or as long as `keep_waiting` says. Reads the whole model.
@@ -42,11 +47,12 @@ bool can_analyse();
 // "前の解析結果%sを消せません" when a file of an earlier run could be taken for one of this run,
 // "Could not create process" when there is no solver or it does not start; in both of these what an
 // earlier run left is back. The exit status decides nothing here.
-int run_solver(SolverOutcome& outcome, const KeepWaiting& keep_waiting = {});
+int run_solver(const Model& model, const SolverSeams& solver_seams, const fs::path& work_dir,
+               SolverOutcome& outcome, const KeepWaiting& keep_waiting = {});
 
 // What the solver of the last run said of its failure (first line of frameslv.err, UTF-8); empty
 // when it said nothing.
-std::string solver_complaint();
+std::string solver_complaint(const fs::path& work_dir);
 
 // Shows "解析計算を終了しまし %7.2f sec".
 void show_solver_time(const SolverOutcome& outcome);
@@ -60,11 +66,12 @@ enum class ResultsOf { any_frame, this_model };
 // solver's complaint as its reason (file_error) where a file is missing, and both counts of nodes
 // where those of the last two files differ; all tables are then as before. Results that do not fit
 // where they should are refused with "計算結果がこの骨組のものではありません".
-int FrameSlv(ResultsOf whose = ResultsOf::any_frame);
+int FrameSlv(Model& model, Result& result, const fs::path& work_dir,
+             ResultsOf whose = ResultsOf::any_frame);
 
 // Copies frameslv.lst and, directly behind it, frameslv.dsp of the working directory into one file
 // (解析結果保存, .out). 0 after "解析結果を保存しました"; -1 after a message, an old file is then
 // whole.
-int save_results(const fs::path& path);
+int save_results(const fs::path& work_dir, const fs::path& path);
 
 } // namespace kigumi

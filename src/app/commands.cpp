@@ -11,11 +11,11 @@
 #include "files/jiku.h"
 #include "files/tegaki.h"
 #include "generate/generate.h"
-#include "geometry/perspective.h"
-#include "geometry/solid.h"
-#include "model/lookup.h"
+#include "model/model.h"
 #include "results/listing.h"
 #include "results/result_csv.h"
+#include "sight/perspective.h"
+#include "solid/solid.h"
 
 #include <chrono>
 #include <cstdio>
@@ -39,87 +39,97 @@ class Stopwatch {
     std::chrono::steady_clock::time_point since_ = std::chrono::steady_clock::now();
 };
 
-int write_win3d(const fs::path& path) {
-    return build_trio_file() < 0 ? -1 : save_win3d(path);
+int write_win3d(Project& project, const fs::path& path) {
+    return build_trio_file(project.model, project.solids, project.work_dir) < 0
+               ? -1
+               : save_win3d(project.solids, project.work_dir, path);
 }
 
 // The viewpoint picture as a drawing.
-int write_dxf(const fs::path& path, int colour) {
+int write_dxf(Project& project, const fs::path& path, int colour) {
     SegmentCanvas canvas;
     DrawArea area;
     area.xScreen = 1280;
     area.yScreen = 800;
-    if (build_trio_file() < 0 || draw_perspective(canvas, area) < 0) {
+    if (build_trio_file(project.model, project.solids, project.work_dir) < 0 ||
+        draw_perspective(project.view, project.solids, project.perspective, project.work_dir,
+                         canvas, area) < 0) {
         return -1;
     }
-    return make_dxf_file(path, colour);
+    return make_dxf_file(project.work_dir, path, colour);
 }
 
 // Analyses the model in the working directory and reads the results.
-int solve_model(double& seconds) {
-    if (is_own_solver(find_solver())) { // a program that did not come with this one
+int solve_model(Project& project, double& seconds) {
+    if (is_own_solver(project.work_dir,
+                      find_solver(project.work_dir))) { // a program that did not come with this one
         std::printf("計算プログラム: 作業フォルダの FRAMESLV.EXE\n");
     }
     std::fflush(stdout);
     SolverOutcome outcome;
     Stopwatch watch;
-    if (run_solver(outcome) < 0) {
+    if (run_solver(project.model, project.solver_seams, project.work_dir, outcome) < 0) {
         return -1;
     }
     seconds = watch.lap();
     if (outcome.status != 0) {
         std::error_code code;
-        const bool told = fs::exists(work_file("frameslv.err"), code);
+        const bool told = fs::exists(work_file(project.work_dir, "frameslv.err"), code);
         return refuse(told ? already_told
                            : text_format("解析に失敗しました（終了コード %d）", outcome.status));
     }
-    return FrameSlv(ResultsOf::this_model);
+    return FrameSlv(project.model, project.result, project.work_dir, ResultsOf::this_model);
 }
 
 } // namespace
 
 int run_generate(const GenerateOptions& options) {
-    if (set_parameters(options.settings) < 0 || make_unit() < 0) {
+    Project project;
+    if (set_parameters(project, options.settings) < 0 ||
+        make_unit(project.model, project.param, project.solids) < 0) {
         return -1;
     }
-    if (save_jiku_data(path_of(options.output), {options.dx, options.dy, options.dz}) < 0) {
+    if (save_jiku_data(project.model, path_of(options.output),
+                       {options.dx, options.dy, options.dz}) < 0) {
         return -1;
     }
     std::printf("軸ファイルを作製しました %s（節点 %d、部材 %d）\n", options.output.c_str(),
-                model.N_Node, model.N_Beam);
+                project.model.N_Node, project.model.N_Beam);
     return 0;
 }
 
 int run_info(const std::string& input) {
-    if (read_frame(input) < 0) {
+    Project project;
+    if (read_frame(project, input) < 0) {
         return -1;
     }
-    print_frame_info();
+    print_frame_info(project);
     return 0;
 }
 
 int run_convert(const std::string& input, const std::string& output,
                 const std::vector<RoleOption>& roles, int colour) {
+    Project project;
     const fs::path path = path_of(output);
     const std::string ending = ending_of(path);
     const auto write = [&]() {
         if (ending == ".jik") {
-            return save_jiku_data(path, {});
+            return save_jiku_data(project.model, path, {});
         }
         if (ending == ".bon") {
-            return save_honegumi(path);
+            return save_honegumi(project.model, path);
         }
         if (ending == ".ydu") {
-            return save_honegra(path);
+            return save_honegra(project.model, path);
         }
         if (ending == ".tgk") {
-            project_model();
-            for (int i = 0; i < model.N_Node; ++i) {
-                model.node[i].flag = 2; // in a sketch: place known
+            project_model(project.model, project.view);
+            for (int i = 0; i < project.model.N_Node; ++i) {
+                project.model.node[i].flag = 2; // in a sketch: place known
             }
-            return save_tegaki_data(path);
+            return save_tegaki_data(project.model, project.sketch_places, path);
         }
-        return ending == ".dxf" ? write_dxf(path, colour) : write_win3d(path);
+        return ending == ".dxf" ? write_dxf(project, path, colour) : write_win3d(project, path);
     };
     constexpr const char* endings[] = {".jik", ".bon", ".ydu", ".tgk", ".dxf", ".dat", ".w3d"};
     bool known = false;
@@ -131,7 +141,7 @@ int run_convert(const std::string& input, const std::string& output,
                                  output.c_str()));
         return wrong_usage;
     }
-    if (read_frame(input) < 0 || mark_roles(roles) < 0) {
+    if (read_frame(project, input) < 0 || mark_roles(project, roles) < 0) {
         return -1;
     }
     return write() < 0 ? -1 : 0;
@@ -139,58 +149,62 @@ int run_convert(const std::string& input, const std::string& output,
 
 int run_solve(const std::string& input, const std::string& dir,
               const std::vector<RoleOption>& roles) {
-    if (enter_dir(dir) < 0) {
+    Project project;
+    if (enter_dir(project, dir) < 0) {
         return -1;
     }
     Stopwatch watch;
-    if (read_frame(input) < 0 || mark_roles(roles) < 0) {
+    if (read_frame(project, input) < 0 || mark_roles(project, roles) < 0) {
         return -1;
     }
     const double reading = watch.lap();
     double solving = 0.0;
-    if (solve_model(solving) < 0) {
+    if (solve_model(project, solving) < 0) {
         return -1;
     }
     const double all = watch.lap();
-    print_frame_summary();
-    print_result_summary();
+    print_frame_summary(project);
+    print_result_summary(project);
     std::printf("時間 読込 %.3f 秒、解析 %.3f 秒、結果読込 %.3f 秒\n", reading, solving,
                 all - solving);
     return 0;
 }
 
 int run_listing(const std::string& dir, const std::string& csv, const std::string& output) {
-    if (use_result_dir(dir) < 0 || FrameSlv() < 0) {
+    Project project;
+    if (use_result_dir(project, dir) < 0 ||
+        FrameSlv(project.model, project.result, project.work_dir) < 0) {
         return -1;
     }
     if (csv.empty()) {
-        return save_listing(path_of(output));
+        return save_listing(project.result, path_of(output));
     }
     const std::map<std::string, const ResultTable*> tables = {
         {"members", &member_table()}, {"stress", &stress_table()}, {"heni", &displacement_table()}};
-    return save_result_csv(path_of(output), *tables.at(csv));
+    return save_result_csv(project.result, path_of(output), *tables.at(csv));
 }
 
 namespace {
 
 // One picture of the demonstration, from the results in the working directory.
-int draw_demo(const char* mode, const char* name, std::vector<std::string> labels) {
+int draw_demo(Project& project, const char* mode, const char* name,
+              std::vector<std::string> labels) {
     DrawOptions options;
-    options.dir = utf8_of(work_dir());
+    options.dir = utf8_of(project.work_dir);
     options.mode = mode;
-    options.output = utf8_of(work_file(name));
+    options.output = utf8_of(work_file(project.work_dir, name));
     options.labels = std::move(labels);
     options.width = 1600;
     options.height = 1200;
     return run_draw(options);
 }
 
-int draw_demo_pictures() {
+int draw_demo_pictures(Project& project) {
     for (const char* ending : {".png", ".svg"}) {
         const std::string force = std::string("axial-force") + ending;
         const std::string width = std::string("axial-force-width") + ending;
-        if (draw_demo("force", force.c_str(), {"fix"}) < 0 ||
-            draw_demo("width", width.c_str(), {}) < 0) {
+        if (draw_demo(project, "force", force.c_str(), {"fix"}) < 0 ||
+            draw_demo(project, "width", width.c_str(), {}) < 0) {
             return -1;
         }
     }
@@ -200,38 +214,40 @@ int draw_demo_pictures() {
 } // namespace
 
 int run_demo(const std::string& dir) {
-    if (enter_dir(dir.empty() ? "kigumi-demo" : dir) < 0) {
+    Project project;
+    if (enter_dir(project, dir.empty() ? "kigumi-demo" : dir) < 0) {
         return -1;
     }
     std::printf("8 × 8 のスペース床、２層、タイプⅡの柱、庇付\n");
     Stopwatch watch;
     GenerateOptions options;
     options.settings = {"NX=8", "NY=8", "SumiType=2", "N_Sou=2", "YaneMode=-1"};
-    options.output = utf8_of(work_file("demo.jik"));
+    options.output = utf8_of(work_file(project.work_dir, "demo.jik"));
     if (run_generate(options) < 0) {
         return -1;
     }
     const double generating = watch.lap();
     const std::string frame = options.output;
     constexpr float load = -200.0f; // kgf on every node of the top level
-    if (read_frame(frame) < 0 ||
-        mark_roles({{false, "bottom"}, {true, "top", 0.0f, 0.0f, load}}) < 0) {
+    if (read_frame(project, frame) < 0 ||
+        mark_roles(project, {{false, "bottom"}, {true, "top", 0.0f, 0.0f, load}}) < 0) {
         return -1;
     }
     const double reading = watch.lap();
     double solving = 0.0;
-    if (solve_model(solving) < 0) {
+    if (solve_model(project, solving) < 0) {
         return -1;
     }
     const double results = watch.lap() - solving;
-    print_frame_summary();
-    print_result_summary();
-    if (save_listing(work_file("results.txt")) < 0 || draw_demo_pictures() < 0) {
+    print_frame_summary(project);
+    print_result_summary(project);
+    if (save_listing(project.result, work_file(project.work_dir, "results.txt")) < 0 ||
+        draw_demo_pictures(project) < 0) {
         return -1;
     }
     std::printf("時間 生成 %.3f 秒、読込 %.3f 秒、解析 %.3f 秒、結果読込 %.3f 秒、図 %.3f 秒\n",
                 generating, reading, solving, results, watch.lap());
-    std::printf("ファイルは %s にあります\n", utf8_of(work_dir()).c_str());
+    std::printf("ファイルは %s にあります\n", utf8_of(project.work_dir).c_str());
     return 0;
 }
 

@@ -4,16 +4,16 @@
 #include "app/frame_input.h"
 #include "base/files.h"
 #include "base/message.h"
-#include "geometry/axis_picture.h"
-#include "geometry/perspective.h"
+#include "draw/model_picture.h"
+#include "draw/stroke_font.h"
 #include "results/displacement.h"
 #include "results/force_picture.h"
 #include "results/legend.h"
 #include "results/marukaku.h"
-#include "results/model_picture.h"
 #include "results/selection.h"
-#include "results/stroke_font.h"
-#include "ui/dialogs.h"
+#include "sight/perspective.h"
+#include "solid/axis_picture.h"
+#include "ui/kit/dialogs.h"
 #include "ui/picture/picture_file.h"
 #include "ui/result/legend_box.h"
 
@@ -54,8 +54,8 @@ QString title_of(const DrawOptions& options, const std::string& what) {
     return qt_text(what + "　" + (options.dir.empty() ? options.input : options.dir));
 }
 
-int draw_with_legend(const DrawOptions& options, const fs::path& path, const ResultView& shown,
-                     const PictureFunction& draw) {
+int draw_with_legend(const Project& project, const DrawOptions& options, const fs::path& path,
+                     const ResultView& shown, const PictureFunction& draw) {
     constexpr QSizeF usual(1280, 800); // pixels, for which the legend's letters are made
     const auto scale = static_cast<float>(options.scale);
     const auto draw_both = [&](PainterCanvas& canvas) {
@@ -63,7 +63,8 @@ int draw_with_legend(const DrawOptions& options, const fs::path& path, const Res
         if (status == 0 && wants_legend(options)) {
             const double enlarged = std::max(
                 1.0, std::min(options.width / usual.width(), options.height / usual.height()));
-            paint_legend(canvas, options.width, result_legend(shown, scale), enlarged);
+            paint_legend(canvas, options.width, result_legend(project.result, shown, scale),
+                         enlarged);
         }
         return status;
     };
@@ -78,11 +79,11 @@ DrawArea client_area(const DrawOptions& options) {
     return area;
 }
 
-void set_viewpoint(const DrawOptions& options) {
-    view.Rho = options.rho;
-    view.Theta = options.theta;
-    view.Phi = options.phi;
-    view.joints = options.joints ? 1 : 0;
+void set_viewpoint(Project& project, const DrawOptions& options) {
+    project.view.Rho = options.rho;
+    project.view.Theta = options.theta;
+    project.view.Phi = options.phi;
+    project.view.joints = options.joints ? 1 : 0;
 }
 
 void set_labels(const DrawOptions& options, ResultView& shown) {
@@ -92,7 +93,7 @@ void set_labels(const DrawOptions& options, ResultView& shown) {
     shown.label[label_loaded_nodes] = has_label(options, "load") ? 1 : 0;
 }
 
-int draw_results(const DrawOptions& options, const fs::path& path) {
+int draw_results(Project& project, const DrawOptions& options, const fs::path& path) {
     ResultView picture;
     picture.mode = result_mode(options.mode);
     picture.lower = options.low;
@@ -101,38 +102,44 @@ int draw_results(const DrawOptions& options, const fs::path& path) {
     picture.FAI = options.fai;
     picture.area = client_area(options);
     set_labels(options, picture);
-    if (picture.mode == mode_displaced && get_new_beam(static_cast<float>(options.scale)) < 0) {
+    if (picture.mode == mode_displaced &&
+        get_new_beam(project.result, static_cast<float>(options.scale)) < 0) {
         return -1;
     }
-    if (!fit_result(picture)) {
+    if (!fit_result(project.result, picture)) {
         return refuse("計算結果の部材がこの大きさの図に収まりません");
     }
-    return draw_with_legend(options, path, picture, [&picture](Canvas& canvas) {
-        return draw_result_picture(canvas, picture);
+    return draw_with_legend(project, options, path, picture, [&picture, &project](Canvas& canvas) {
+        return draw_result_picture(project.model, project.view, project.result, project.lettering,
+                                   canvas, picture);
     });
 }
 
 // Square and round bars by percent: all members, largest force first.
-int draw_solid_results(const DrawOptions& options, const fs::path& path) {
+int draw_solid_results(Project& project, const DrawOptions& options, const fs::path& path) {
     ResultView shown;
     shown.mode = mode_solids;
     shown.area = client_area(options);
     set_labels(options, shown);
-    std::vector<int> all(result.N_Stress);
+    std::vector<int> all(project.result.N_Stress);
     std::iota(all.begin(), all.end(), 0);
-    select_results(all);
-    const int status = make_marukaku(shown);
-    clear_selection();
+    select_results(project.result, all);
+    const int status =
+        make_marukaku(project.view, project.result, project.solids, project.work_dir, shown);
+    clear_selection(project.result);
     if (status < 0) {
         return -1;
     }
-    set_viewpoint(options);
+    set_viewpoint(project, options);
     shown.area = client_area(options);
-    return draw_with_legend(options, path, shown,
-                            [&shown](Canvas& canvas) { return draw_marukaku(canvas, shown); });
+    return draw_with_legend(project, options, path, shown, [&shown, &project](Canvas& canvas) {
+        return draw_marukaku(project.model, project.view, project.result, project.solids,
+                             project.perspective, project.lettering, project.work_dir, canvas,
+                             shown);
+    });
 }
 
-int draw_frame(const DrawOptions& options, const fs::path& path) {
+int draw_frame(Project& project, const DrawOptions& options, const fs::path& path) {
     DrawArea area = client_area(options);
     const auto save = [&](const char* what, const PictureFunction& draw) {
         return save_picture(path, options.width, options.height, draw, title_of(options, what));
@@ -141,18 +148,25 @@ int draw_frame(const DrawOptions& options, const fs::path& path) {
         ModelLabels labels;
         labels.node_names = has_label(options, "nodes");
         labels.member_numbers = has_label(options, "members");
-        return save("ワイヤモデル",
-                    [&](Canvas& canvas) { return draw_model_picture(canvas, area, labels); });
+        return save("ワイヤモデル", [&](Canvas& canvas) {
+            return draw_model_picture(project.model, project.view, project.lettering, canvas, area,
+                                      labels);
+        });
     }
-    if (build_trio_file() < 0) {
+    if (build_trio_file(project.model, project.solids, project.work_dir) < 0) {
         return -1;
     }
     if (options.mode == "axis") {
-        return save("軸モデル", [&area](Canvas& canvas) { return draw_axis_model(canvas, area); });
+        return save("軸モデル", [&area, &project](Canvas& canvas) {
+            return draw_axis_model(project.model, project.view, project.solids, project.work_dir,
+                                   canvas, area);
+        });
     }
-    set_viewpoint(options);
-    return save("視点座標モデル",
-                [&area](Canvas& canvas) { return draw_perspective(canvas, area); });
+    set_viewpoint(project, options);
+    return save("視点座標モデル", [&area, &project](Canvas& canvas) {
+        return draw_perspective(project.view, project.solids, project.perspective, project.work_dir,
+                                canvas, area);
+    });
 }
 
 int refuse_usage(std::string_view text) {
@@ -163,6 +177,7 @@ int refuse_usage(std::string_view text) {
 } // namespace
 
 int run_draw(const DrawOptions& options) {
+    Project project;
     const fs::path path = path_of(options.output);
     const bool of_frame = options.mode == "axis" || options.mode == "perspective" ||
                           (options.mode == "wire" && options.dir.empty());
@@ -175,31 +190,32 @@ int run_draw(const DrawOptions& options) {
     if (!is_picture_file(path)) {
         return refuse_usage(other_picture_format(path));
     }
-    if (!options.dir.empty() && use_result_dir(options.dir) < 0) {
+    if (!options.dir.empty() && use_result_dir(project, options.dir) < 0) {
         return -1;
     }
-    if (!options.input.empty() && read_frame(options.input) < 0) {
+    if (!options.input.empty() && read_frame(project, options.input) < 0) {
         return -1;
     }
-    if (!options.labels.empty() && load_stroke_font() < 0) {
+    if (!options.labels.empty() && load_stroke_font(project.lettering) < 0) {
         return -1;
     }
-    view.TAU = options.tau;
-    view.FAI = options.fai;
+    project.view.TAU = options.tau;
+    project.view.FAI = options.fai;
     if (of_frame) {
-        return draw_frame(options, path);
+        return draw_frame(project, options, path);
     }
-    if (FrameSlv() < 0) {
+    if (FrameSlv(project.model, project.result, project.work_dir) < 0) {
         return -1;
     }
     const bool wants_roles = has_label(options, "fix") || has_label(options, "load");
-    if (wants_roles && model.N_Fix == 0 && model.N_Load == 0 &&
-        load_result_roles() == ResultRoles::of_other_frame) {
+    if (wants_roles && project.model.N_Fix == 0 && project.model.N_Load == 0 &&
+        load_result_roles(project.model, project.result, project.work_dir) ==
+            ResultRoles::of_other_frame) {
         show_message(roles_of_other_frame);
     }
     clear_file_error(); // of a missing FRAMESLV.IN: no reason of what comes
-    return options.mode == "solid" ? draw_solid_results(options, path)
-                                   : draw_results(options, path);
+    return options.mode == "solid" ? draw_solid_results(project, options, path)
+                                   : draw_results(project, options, path);
 }
 
 } // namespace kigumi

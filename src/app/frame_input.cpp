@@ -5,23 +5,24 @@
 #include "files/jiku.h"
 #include "files/tegaki.h"
 #include "generate/param.h"
-#include "geometry/solid.h"
-#include "model/lookup.h"
+#include "model/roles.h"
+#include "model/sections.h"
 #include "model/select.h"
+#include "solid/solid.h"
 
 namespace kigumi {
 
 namespace {
 
 // One setting, NAME=VALUE.
-int set_one(const std::string& setting, bool& yane_said) {
+int set_one(Project& project, const std::string& setting, bool& yane_said) {
     const size_t equals = setting.find('=');
     if (equals == std::string::npos) {
         return refuse(text_format("%s: 名前=値 の形で指定してください", setting.c_str()));
     }
     const std::string name = setting.substr(0, equals);
     const std::string value = setting.substr(equals + 1);
-    switch (set_param(name, value)) {
+    switch (set_param(project.param, name, value)) {
     case SetParam::unknown_name:
         return refuse(text_format("%s: 知らないパラメータ名です", name.c_str()));
     case SetParam::not_a_number:
@@ -33,14 +34,14 @@ int set_one(const std::string& setting, bool& yane_said) {
     return 0;
 }
 
-int check_choices() {
-    if (param.SumiType < 0 || param.SumiType > 2) {
+int check_choices(const Project& project) {
+    if (project.param.SumiType < 0 || project.param.SumiType > 2) {
         return refuse("SumiType: 0、1、2 のどれかにしてください");
     }
-    if (param.N_Sou < 1 || param.N_Sou > 3) {
+    if (project.param.N_Sou < 1 || project.param.N_Sou > 3) {
         return refuse("N_Sou: 1、2、3 のどれかにしてください");
     }
-    if (param.YaneMode < -1 || param.YaneMode > 1) {
+    if (project.param.YaneMode < -1 || project.param.YaneMode > 1) {
         return refuse("YaneMode: -1、0、1 のどれかにしてください");
     }
     return 0;
@@ -48,44 +49,47 @@ int check_choices() {
 
 } // namespace
 
-int set_parameters(const std::vector<std::string>& settings) {
-    set_default_param();
-    param.N_Sou = 1;
+int set_parameters(Project& project, const std::vector<std::string>& settings) {
+    set_default_param(project.param);
+    project.param.N_Sou = 1;
     bool yane_said = false;
     for (const std::string& setting : settings) {
-        if (set_one(setting, yane_said) < 0) {
+        if (set_one(project, setting, yane_said) < 0) {
             return -1;
         }
     }
     if (!yane_said) {
-        param.YaneMode = param.SumiType == 0 ? 0 : -1;
+        project.param.YaneMode = project.param.SumiType == 0 ? 0 : -1;
     }
-    if (check_choices() < 0) {
+    if (check_choices(project) < 0) {
         return -1;
     }
-    const KihonChoice choice{param.SumiType, param.N_Sou - 1, yane_choice(param.YaneMode)};
+    const KihonChoice choice{project.param.SumiType, project.param.N_Sou - 1,
+                             yane_choice(project.param.YaneMode)};
     // A roof on three storeys is left out, so it closes off none of their heights.
-    if (choice.yane != 1 || param.N_Sou < 3) {
-        apply_yane_choice(choice.yane);
+    if (choice.yane != 1 || project.param.N_Sou < 3) {
+        apply_yane_choice(project.param, choice.yane);
     }
-    return check_param(choice);
+    return check_param(project.param, choice);
 }
 
-int read_frame(const std::string& input) {
+int read_frame(Project& project, const std::string& input) {
     std::string reasons;
     MessageSink outer = set_message_sink([&reasons](std::string_view text) {
         reasons += (reasons.empty() ? "" : " ") + std::string(text);
     });
-    reset_model();
-    reset_solids();
-    clear_points();
+    reset_model(project.model);
+    reset_solids(project.solids);
+    clear_points(project.solids);
     const bool drawn = ending_of(path_of(input)) == ".tgk";
     if (!drawn) {
-        forget_old_node();
+        forget_old_node(project.sketch_places);
     }
-    const int status = drawn ? load_tegaki_data(path_of(input)) : load_jiku_data(path_of(input));
-    const bool empty = status >= 0 && model.N_Beam == 0;
-    const bool rebuilt = status >= 0 && !empty && rebuild_tables() == 0;
+    const int status =
+        drawn ? load_tegaki_data(project.model, project.sketch_places, path_of(input))
+              : load_jiku_data(project.model, project.solids, project.work_dir, path_of(input));
+    const bool empty = status >= 0 && project.model.N_Beam == 0;
+    const bool rebuilt = status >= 0 && !empty && rebuild_tables(project.model) == 0;
     set_message_sink(std::move(outer));
     if (rebuilt) {
         if (!reasons.empty()) {
@@ -101,10 +105,10 @@ int read_frame(const std::string& input) {
     return refuse(text_format("%s（%s）", what, reasons.c_str()));
 }
 
-int mark_roles(const std::vector<RoleOption>& roles) {
-    std::vector<const RoleOption*> role_of(model.N_Node, nullptr);
+int mark_roles(Project& project, const std::vector<RoleOption>& roles) {
+    std::vector<const RoleOption*> role_of(project.model.N_Node, nullptr);
     for (const RoleOption& role : roles) {
-        const std::vector<int> nodes = select_nodes(role.selector);
+        const std::vector<int> nodes = select_nodes(project.model, role.selector);
         if (nodes.empty()) {
             return refuse(text_format("%s: 該当する節点がありません", role.selector.c_str()));
         }
@@ -112,16 +116,17 @@ int mark_roles(const std::vector<RoleOption>& roles) {
             role_of[at] = &role;
         }
     }
-    model.N_Fix = model.N_Load = 0;
-    for (int i = 0; i < model.N_Node; ++i) {
+    project.model.N_Fix = project.model.N_Load = 0;
+    for (int i = 0; i < project.model.N_Node; ++i) {
         const RoleOption* role = role_of[i];
-        Node& node = model.node[i];
+        Node& node = project.model.node[i];
         node.flag = role == nullptr ? role_plain : role->load ? role_loaded : role_fixed;
         if (role == nullptr) {
             continue;
         }
-        const int status = role->load ? append_load(node.no, role->fx, role->fy, role->fz)
-                                      : append_fix(node.no, 1, 1, 1);
+        const int status = role->load
+                               ? append_load(project.model, node.no, role->fx, role->fy, role->fz)
+                               : append_fix(project.model, node.no, 1, 1, 1);
         if (status < 0) {
             return -1;
         }
@@ -129,23 +134,23 @@ int mark_roles(const std::vector<RoleOption>& roles) {
     return 0;
 }
 
-int use_result_dir(const std::string& dir) {
+int use_result_dir(Project& project, const std::string& dir) {
     std::error_code code;
     if (!fs::is_directory(path_of(dir), code)) {
         return refuse(text_format("%s: フォルダがありません", dir.c_str()));
     }
-    work_dir() = fs::absolute(path_of(dir), code);
+    project.work_dir = fs::absolute(path_of(dir), code);
     return 0;
 }
 
-int enter_dir(const std::string& dir) {
+int enter_dir(Project& project, const std::string& dir) {
     std::error_code code;
     const fs::path folder = dir.empty() ? fs::current_path(code) : fs::absolute(path_of(dir), code);
     fs::create_directories(folder, code);
     if (!fs::is_directory(folder, code)) {
         return refuse(text_format("%s: フォルダを使えません", dir.c_str()));
     }
-    work_dir() = folder;
+    project.work_dir = folder;
     return 0;
 }
 

@@ -7,11 +7,11 @@
 #include "app/summary.h"
 #include "base/message.h"
 #include "files/jiku.h"
-#include "model/lookup.h"
+#include "model/members.h"
 #include "results/displacement.h"
 #include "results/force_picture.h"
 #include "results/result_search.h"
-#include "ui/dialogs.h"
+#include "ui/kit/dialogs.h"
 #include "ui/picture/painter_canvas.h"
 #include "ui/picture/table_printer.h"
 #include "ui/result/legend_box.h"
@@ -81,8 +81,8 @@ QString number(double value, int decimals) {
 }
 
 // Name of a node of the results by the model's number; empty when there is none.
-QString node_name(int no) {
-    const Setuten* node = find_setuten(no);
+QString node_name(const Project& project, int no) {
+    const Setuten* node = find_setuten(project.result, no);
     return node == nullptr ? QString() : qt_text(node->pname);
 }
 
@@ -135,17 +135,17 @@ QString section_name(const CrossSection& section) {
     return number(section.haba, 1) + " × " + number(section.atumi, 1);
 }
 
-void add_timber(TablePrinter& pages, const Source& source) {
+void add_timber(const Project& project, TablePrinter& pages, const Source& source) {
     pages.add_heading("材積");
     if (!source.input.isEmpty()) {
         std::map<int, Timber> kinds;
-        for (const KindTotal& each : kind_totals()) {
+        for (const KindTotal& each : kind_totals(project)) {
             kinds[each.kind] = {each.count, each.length, each.volume};
         }
         pages.add_table(timber_table("区分", kinds, [](int kind) { return kind_name(kind); }));
         std::map<CrossSection, Timber> sections;
-        for (int i = 0; i < model.N_Beam; ++i) {
-            const Beam& beam = model.beam[i];
+        for (int i = 0; i < project.model.N_Beam; ++i) {
+            const Beam& beam = project.model.beam[i];
             sections[{beam.haba, beam.atumi}].add(beam_length(beam), beam_volume(beam) * cm3_a_m3);
         }
         pages.add_table(timber_table("断面 巾 × 厚み (cm)", sections, section_name));
@@ -176,11 +176,12 @@ QString member_text(const Stress* member) {
 }
 
 // The member of the largest force of one sign, or null.
-const Stress* largest_member(bool tension) {
-    const auto end = result.stress.begin() + result.N_Stress;
-    const auto found = std::find_if(result.stress.begin(), end, [tension](const Stress& member) {
-        return tension ? member.force > 0.0f : member.force < 0.0f;
-    });
+const Stress* largest_member(const Project& project, bool tension) {
+    const auto end = project.result.stress.begin() + project.result.N_Stress;
+    const auto found =
+        std::find_if(project.result.stress.begin(), end, [tension](const Stress& member) {
+            return tension ? member.force > 0.0f : member.force < 0.0f;
+        });
     return found == end ? nullptr : &*found;
 }
 
@@ -188,10 +189,10 @@ struct Bounds {
     float low[3], high[3];
 };
 
-Bounds result_bounds() {
+Bounds result_bounds(const Project& project) {
     Bounds bounds{};
-    for (int i = 0; i < result.N_Setuten; ++i) {
-        const Setuten& node = result.setuten[i];
+    for (int i = 0; i < project.result.N_Setuten; ++i) {
+        const Setuten& node = project.result.setuten[i];
         const float at[3] = {node.x, node.y, node.z};
         for (int axis = 0; axis < 3; ++axis) {
             bounds.low[axis] = i == 0 ? at[axis] : std::min(bounds.low[axis], at[axis]);
@@ -201,15 +202,15 @@ Bounds result_bounds() {
     return bounds;
 }
 
-void add_summary(TablePrinter& pages, const Source& source) {
-    std::vector<Row> rows = {{"計算結果のフォルダ", qt_path(work_dir().filename())}};
+void add_summary(const Project& project, TablePrinter& pages, const Source& source) {
+    std::vector<Row> rows = {{"計算結果のフォルダ", qt_path(project.work_dir.filename())}};
     rows.push_back({"軸データ", source.input.isEmpty() ? "指定なし" : source.input});
-    rows.push_back({"節点", QString::number(result.N_Setuten)});
-    rows.push_back({"部材", QString::number(result.N_Stress)});
+    rows.push_back({"節点", QString::number(project.result.N_Setuten)});
+    rows.push_back({"部材", QString::number(project.result.N_Stress)});
     if (!source.input.isEmpty()) {
-        rows.push_back({"断面の種類", QString::number(cross_sections().size())});
+        rows.push_back({"断面の種類", QString::number(cross_sections(project.model).size())});
     }
-    const Bounds bounds = result_bounds();
+    const Bounds bounds = result_bounds(project);
     constexpr const char* axes[] = {"X の範囲", "Y の範囲", "Z の範囲"};
     for (int axis = 0; axis < 3; ++axis) {
         rows.push_back({axes[axis], QString("%1 ～ %2 cm")
@@ -217,13 +218,13 @@ void add_summary(TablePrinter& pages, const Source& source) {
                                         .arg(bounds.high[axis], 0, 'f', 1)});
     }
     if (source.roles) {
-        rows.push_back({"固定節点", QString::number(model.N_Fix)});
-        rows.push_back({"荷重節点", QString::number(model.N_Load)});
+        rows.push_back({"固定節点", QString::number(project.model.N_Fix)});
+        rows.push_back({"荷重節点", QString::number(project.model.N_Load)});
     }
-    rows.push_back({"最大引張", member_text(largest_member(true))});
-    rows.push_back({"最大圧縮", member_text(largest_member(false))});
-    if (result.N_Setuten > 0) {
-        const Disp& disp = result.disp[0];
+    rows.push_back({"最大引張", member_text(largest_member(project, true))});
+    rows.push_back({"最大圧縮", member_text(largest_member(project, false))});
+    if (project.result.N_Setuten > 0) {
+        const Disp& disp = project.result.disp[0];
         rows.push_back({"最大変位", QString("%1 cm　節点 %2（%3）")
                                         .arg(disp.mag, 0, 'f', 4)
                                         .arg(disp.old_no)
@@ -233,37 +234,37 @@ void add_summary(TablePrinter& pages, const Source& source) {
     pages.add_table(text_table({words("項目"), words("内容")}, std::move(rows)));
 }
 
-void add_supports(TablePrinter& pages) {
+void add_supports(const Project& project, TablePrinter& pages) {
     constexpr size_t beside = 4;
     std::vector<Row> records;
-    for (int i = 0; i < model.N_Fix; ++i) {
-        const Fix& fix = model.fix[i];
+    for (int i = 0; i < project.model.N_Fix; ++i) {
+        const Fix& fix = project.model.fix[i];
         QString held;
         held += fix.ix != 0 ? "x " : "";
         held += fix.iy != 0 ? "y " : "";
         held += fix.iz != 0 ? "z" : "";
-        records.push_back(
-            {QString::number(fix.no), node_name(fix.no), held.isEmpty() ? "なし" : held.trimmed()});
+        records.push_back({QString::number(fix.no), node_name(project, fix.no),
+                           held.isEmpty() ? "なし" : held.trimmed()});
     }
     pages.add_heading("支点");
-    pages.add_text(QString("固定節点 %1 個。拘束は動かない方向です。").arg(model.N_Fix));
+    pages.add_text(QString("固定節点 %1 個。拘束は動かない方向です。").arg(project.model.N_Fix));
     if (!records.empty()) {
         pages.add_table(
             text_table_beside({numbers("節点"), words("節点名"), words("拘束")}, records, beside));
     }
 }
 
-void add_loads(TablePrinter& pages) {
+void add_loads(const Project& project, TablePrinter& pages) {
     constexpr size_t beside = 2;
     using Force = std::array<float, 3>;
     std::map<Force, int> groups;
     double total[3] = {};
     std::vector<Row> records;
-    for (int i = 0; i < model.N_Load; ++i) {
-        const Load& load = model.load[i];
+    for (int i = 0; i < project.model.N_Load; ++i) {
+        const Load& load = project.model.load[i];
         const Force force = {load.fx, load.fy, load.fz};
         ++groups[force];
-        Row record = {QString::number(load.no), node_name(load.no)};
+        Row record = {QString::number(load.no), node_name(project, load.no)};
         for (size_t axis = 0; axis < force.size(); ++axis) {
             total[axis] += static_cast<double>(force[axis]);
             record.push_back(number(force[axis], 1));
@@ -273,7 +274,7 @@ void add_loads(TablePrinter& pages) {
     pages.add_heading("荷重");
     pages.add_text(
         QString("荷重節点 %1 個。合計 FX %2 kgf、FY %3 kgf、FZ %4 kgf。自重は含みません。")
-            .arg(model.N_Load)
+            .arg(project.model.N_Load)
             .arg(total[0], 0, 'f', 1)
             .arg(total[1], 0, 'f', 1)
             .arg(total[2], 0, 'f', 1));
@@ -300,48 +301,51 @@ void add_loads(TablePrinter& pages) {
                                       records, beside));
 }
 
-void add_picture(TablePrinter& pages, const QString& heading, int mode, float scale) {
+void add_picture(Project& project, TablePrinter& pages, const QString& heading, int mode,
+                 float scale) {
     ResultView shown;
     shown.mode = mode;
     shown.area.xScreen = picture_size.width();
     shown.area.yScreen = picture_size.height();
     pages.add_heading(heading);
-    if (!fit_result(shown)) {
+    if (!fit_result(project.result, shown)) {
         pages.add_text("この骨組は図に収まりません。");
         return;
     }
-    pages.add_picture(picture_size, [shown, scale](PainterCanvas& canvas) mutable {
-        if (draw_result_picture(canvas, shown) < 0) {
+    pages.add_picture(picture_size, [shown, scale, &project](PainterCanvas& canvas) mutable {
+        if (draw_result_picture(project.model, project.view, project.result, project.lettering,
+                                canvas, shown) < 0) {
             return -1;
         }
-        paint_legend(canvas, picture_size.width(), result_legend(shown, scale), legend_scale);
+        paint_legend(canvas, picture_size.width(), result_legend(project.result, shown, scale),
+                     legend_scale);
         return 0;
     });
 }
 
 // The largest magnification at which the displacements stay a small part of the frame's size.
-float displacement_scale() {
+float displacement_scale(const Project& project) {
     constexpr double part = 0.05;
-    const Bounds bounds = result_bounds();
+    const Bounds bounds = result_bounds(project);
     const double size = std::hypot(bounds.high[0] - bounds.low[0], bounds.high[1] - bounds.low[1],
                                    bounds.high[2] - bounds.low[2]);
     for (const float scale : {10.0f, 5.0f}) {
-        if (scale * static_cast<double>(result.disp[0].mag) <= part * size) {
+        if (scale * static_cast<double>(project.result.disp[0].mag) <= part * size) {
             return scale;
         }
     }
     return 1.0f;
 }
 
-void add_pictures(TablePrinter& pages) {
-    add_picture(pages, "軸力図（太さ色分）", mode_width, 1.0f);
-    const float scale = displacement_scale();
-    if (get_new_beam(scale) < 0) {
+void add_pictures(Project& project, TablePrinter& pages) {
+    add_picture(project, pages, "軸力図（太さ色分）", mode_width, 1.0f);
+    const float scale = displacement_scale(project);
+    if (get_new_beam(project.result, scale) < 0) {
         pages.add_heading("変位図");
         pages.add_text("部材の端の変位が見つからないため、変位図は作れません。");
         return;
     }
-    add_picture(pages, QString("変位図（%1 倍）").arg(scale), mode_displaced, scale);
+    add_picture(project, pages, QString("変位図（%1 倍）").arg(scale), mode_displaced, scale);
 }
 
 std::vector<int> first_rows(int rows) {
@@ -350,15 +354,15 @@ std::vector<int> first_rows(int rows) {
     return first;
 }
 
-void add_largest(TablePrinter& pages) {
-    const ResultSheet members(member_table());
+void add_largest(const Project& project, TablePrinter& pages) {
+    const ResultSheet members(project.result, member_table());
     pages.add_heading(QString("軸力の大きい部材（%1 本まで）").arg(largest_shown));
     pages.add_text("引張が正です。最大値比は、絶対値の最大の軸力に対する割合です。");
     pages.add_table(printed_rows(members, first_rows(members.rows()), leading_member_columns));
 
-    const ResultSheet stresses(stress_table());
-    const std::vector<double> largest =
-        largest_magnitudes(stress_table(), all_rows(stress_table()));
+    const ResultSheet stresses(project.result, stress_table());
+    const std::vector<double> largest = largest_magnitudes(
+        project.result, stress_table(), all_rows(project.result, stress_table()));
     std::vector<Row> rows;
     for (int column = 0; column < stresses.columns(); ++column) {
         const ResultColumn& value = stresses.column(column);
@@ -366,7 +370,8 @@ void add_largest(TablePrinter& pages) {
             continue;
         }
         int row = 0;
-        while (std::fabs(value.number(row)) < largest[static_cast<size_t>(column)]) {
+        while (std::fabs(value.number(project.result, row)) <
+               largest[static_cast<size_t>(column)]) {
             ++row;
         }
         rows.push_back({value.heading, qt_text(stresses.text(row, 1)),
@@ -378,32 +383,32 @@ void add_largest(TablePrinter& pages) {
         {words("応力"), words("I 節点名"), words("J 節点名"), numbers("部材番号"), numbers("値")},
         std::move(rows)));
 
-    const ResultSheet displacements(displacement_table());
+    const ResultSheet displacements(project.result, displacement_table());
     pages.add_heading(QString("変位の大きい節点（%1 個まで）").arg(largest_shown));
     pages.add_table(printed_rows(displacements, first_rows(displacements.rows())));
 }
 
-int read_source(const ReportOptions& options, Source& source) {
+int read_source(Project& project, const ReportOptions& options, Source& source) {
     if (!options.input.empty()) {
-        if (read_frame(options.input) < 0) {
+        if (read_frame(project, options.input) < 0) {
             return -1;
         }
         source.input = qt_path(path_of(options.input).filename());
     }
-    if (FrameSlv() < 0) {
+    if (FrameSlv(project.model, project.result, project.work_dir) < 0) {
         return -1;
     }
-    if (result.N_Stress == 0) {
+    if (project.result.N_Stress == 0) {
         return refuse("計算結果に部材がありません");
     }
-    if (!options.input.empty() && !results_are_of_model()) {
+    if (!options.input.empty() && !results_are_of_model(project.model, project.result)) {
         return refuse(text_format("%s: この計算結果の骨組ではありません", options.input.c_str()));
     }
-    source.frame = read_solver_frame();
-    if (source.frame && !results_fit(source.frame->numbered, stored_results())) {
+    source.frame = read_solver_frame(project.work_dir);
+    if (source.frame && !results_fit(source.frame->numbered, stored_results(project.result))) {
         source.frame.reset();
     }
-    source.roles = source.frame && load_solver_roles() == 0;
+    source.roles = source.frame && load_solver_roles(project.model, project.work_dir) == 0;
     clear_file_error(); // of a missing FRAMESLV.IN: no reason of what comes
     return 0;
 }
@@ -411,29 +416,30 @@ int read_source(const ReportOptions& options, Source& source) {
 } // namespace
 
 int run_report(const ReportOptions& options) {
+    Project project;
     if (ending_of(path_of(options.output)) != ".pdf") {
         show_message(text_format("%s: 報告書の形式は .pdf です", options.output.c_str()));
         return wrong_usage;
     }
     Source source;
-    if (use_result_dir(options.dir) < 0 || read_source(options, source) < 0) {
+    if (use_result_dir(project, options.dir) < 0 || read_source(project, options, source) < 0) {
         return -1;
     }
     if (QFontDatabase::families(QFontDatabase::Japanese).isEmpty()) {
         show_message("日本語のフォントがないため、報告書の文字が正しく出ません");
     }
-    TablePrinter pages("構造解析報告書", qt_path(work_dir().filename()));
-    add_summary(pages, source);
-    add_timber(pages, source);
+    TablePrinter pages("構造解析報告書", qt_path(project.work_dir.filename()));
+    add_summary(project, pages, source);
+    add_timber(project, pages, source);
     if (source.roles) {
-        add_supports(pages);
-        add_loads(pages);
+        add_supports(project, pages);
+        add_loads(project, pages);
     } else {
         pages.add_heading("支点と荷重");
         pages.add_text("この結果の FRAMESLV.IN がフォルダにないため、支点と荷重は出せません。");
     }
-    add_pictures(pages);
-    add_largest(pages);
+    add_pictures(project, pages);
+    add_largest(project, pages);
     return pages.save_pdf(path_of(options.output));
 }
 

@@ -2,7 +2,8 @@
 
 #include "analysis/result.h"
 #include "files/jiku.h"
-#include "model/lookup.h"
+#include "model/members.h"
+#include "model/nodes.h"
 
 #include <algorithm>
 #include <cstdio>
@@ -15,26 +16,26 @@ namespace {
 constexpr double cm_a_metre = 100.0;
 
 // Category of the member at position i: its own, or that of the label before it in the file read.
-int known_kind(int i) {
-    const int kind = model.beam[i].kind;
-    const std::vector<int>& labels = jiku_label_kinds();
-    if (kind == kind_none && static_cast<int>(labels.size()) == model.N_Beam) {
+int known_kind(const Project& project, int i) {
+    const int kind = project.model.beam[i].kind;
+    const std::vector<int>& labels = jiku_label_kinds(project.model);
+    if (kind == kind_none && static_cast<int>(labels.size()) == project.model.N_Beam) {
         return labels[i];
     }
     return kind >= 0 && kind < kind_count ? kind : static_cast<int>(kind_none);
 }
 
-void print_kinds() {
+void print_kinds(const Project& project) {
     double total = 0.0;
-    for (const KindTotal& each : kind_totals()) {
+    for (const KindTotal& each : kind_totals(project)) {
         std::printf("  %5d 本 %9.3f m3  %s\n", each.count, each.volume, kind_name(each.kind));
         total += each.volume;
     }
     std::printf("材積 %.3f m3\n", total);
 }
 
-template <size_t Size>
-void print_levels(const char* name, const std::array<float, Size>& levels, int count) {
+template <int Size>
+void print_levels(const char* name, const Table<float, Size>& levels, int count) {
     std::printf("%s %d:", name, count);
     for (int i = 0; i < count; ++i) {
         std::printf(" %g", levels[i]);
@@ -42,8 +43,8 @@ void print_levels(const char* name, const std::array<float, Size>& levels, int c
     std::printf("\n");
 }
 
-void print_bounds() {
-    const auto& [low, high] = node_extent();
+void print_bounds(const Project& project) {
+    const auto& [low, high] = node_extent(project.model);
     std::printf("範囲 x %g .. %g  y %g .. %g  z %g .. %g cm\n", low[0], high[0], low[1], high[1],
                 low[2], high[2]);
 }
@@ -59,11 +60,11 @@ void print_member(const char* what, const Stress* member) {
 
 } // namespace
 
-std::vector<KindTotal> kind_totals() {
+std::vector<KindTotal> kind_totals(const Project& project) {
     std::vector<KindTotal> totals(kind_count);
-    for (int i = 0; i < model.N_Beam; ++i) {
-        const Beam& beam = model.beam[i];
-        KindTotal& total = totals[static_cast<size_t>(known_kind(i))];
+    for (int i = 0; i < project.model.N_Beam; ++i) {
+        const Beam& beam = project.model.beam[i];
+        KindTotal& total = totals[static_cast<size_t>(known_kind(project, i))];
         ++total.count;
         total.length += beam_length(beam) / cm_a_metre;
         total.volume += beam_volume(beam);
@@ -75,26 +76,28 @@ std::vector<KindTotal> kind_totals() {
     return totals;
 }
 
-void print_frame_info() {
-    std::printf("節点 %d\n部材 %d\n断面 %d\n", model.N_Node, model.N_Beam, model.N_Size);
-    print_kinds();
-    print_levels("X レベル", model.Xval, model.N_X);
-    print_levels("Y レベル", model.Yval, model.N_Y);
-    print_levels("Z レベル", model.Zval, model.N_Z);
-    print_bounds();
+void print_frame_info(const Project& project) {
+    std::printf("節点 %d\n部材 %d\n断面 %d\n", project.model.N_Node, project.model.N_Beam,
+                project.model.N_Size);
+    print_kinds(project);
+    print_levels("X レベル", project.model.Xval, project.model.N_X);
+    print_levels("Y レベル", project.model.Yval, project.model.N_Y);
+    print_levels("Z レベル", project.model.Zval, project.model.N_Z);
+    print_bounds(project);
 }
 
-void print_frame_summary() {
-    std::printf("節点 %d、部材 %d、断面 %d、固定節点 %d、荷重節点 %d\n", model.N_Node, model.N_Beam,
-                model.N_Size, model.N_Fix, model.N_Load);
-    print_kinds();
+void print_frame_summary(const Project& project) {
+    std::printf("節点 %d、部材 %d、断面 %d、固定節点 %d、荷重節点 %d\n", project.model.N_Node,
+                project.model.N_Beam, project.model.N_Size, project.model.N_Fix,
+                project.model.N_Load);
+    print_kinds(project);
 }
 
-void print_result_summary() {
+void print_result_summary(const Project& project) {
     const Stress* tension = nullptr;
     const Stress* compression = nullptr;
-    for (int i = 0; i < result.N_Stress; ++i) {
-        const Stress& member = result.stress[i];
+    for (int i = 0; i < project.result.N_Stress; ++i) {
+        const Stress& member = project.result.stress[i];
         if (member.force > 0.0f && (tension == nullptr || member.force > tension->force)) {
             tension = &member;
         }
@@ -104,8 +107,8 @@ void print_result_summary() {
     }
     print_member("最大引張", tension);
     print_member("最大圧縮", compression);
-    if (result.N_Setuten > 0) {
-        const Disp& disp = result.disp[0];
+    if (project.result.N_Setuten > 0) {
+        const Disp& disp = project.result.disp[0];
         std::printf("最大変位 %.4f cm  節点 %d（%.9s） x %.4f y %.4f z %.4f\n", disp.mag,
                     disp.old_no, disp.name, disp.disp_x, disp.disp_y, disp.disp_z);
     }

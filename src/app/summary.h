@@ -1,6 +1,8 @@
 // What the commands print of a frame and of its results.
 #pragma once
 
+#include "project/project.h"
+
 #include <vector>
 
 namespace kigumi {
@@ -15,15 +17,15 @@ struct KindTotal {
 
 // The categories that the model has, in their order. A member of no category counts to that of the
 // label before it in the axis data file read.
-std::vector<KindTotal> kind_totals();
+std::vector<KindTotal> kind_totals(const Project& project);
 
 // Prints counts, levels, bounds and timber volume of the model, members also by category.
-void print_frame_info();
+void print_frame_info(const Project& project);
 
 // Prints the members by category with their timber volume, nodes, supports and loads.
-void print_frame_summary();
+void print_frame_summary(const Project& project);
 
 // Prints the largest tension, compression and displacement of the results.
-void print_result_summary();
+void print_result_summary(const Project& project);
 
 } // namespace kigumi

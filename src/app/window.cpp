@@ -1,8 +1,9 @@
 #include "app/window.h"
 
 #include "base/message.h"
-#include "ui/dialogs.h"
-#include "ui/main_form.h"
+#include "ui/kit/dialogs.h"
+#include "ui/kit/session.h"
+#include "ui/main/main_form.h"
 
 #include <QApplication>
 #include <QLibraryInfo>
@@ -10,6 +11,7 @@
 #include <QTranslator>
 
 #include <clocale>
+#include <memory>
 
 namespace kigumi {
 
@@ -46,7 +48,8 @@ int run_window(int argc, char** argv) {
     }
     QApplication::setApplicationName("kigumi");
     show_messages_in_boxes();
-    TMainForm window;
+    const auto session = std::make_unique<Session>();
+    TMainForm window(*session);
     window.show();
     return QApplication::exec();
 }

@@ -67,7 +67,7 @@ std::string to_cp932(std::string_view utf8) {
     if (is_ascii(utf8)) {
         return std::string(utf8);
     }
-    static Converter converter("CP932", "UTF-8");
+    thread_local Converter converter("CP932", "UTF-8");
     std::string out;
     while (!utf8.empty()) {
         size_t used = 0;
@@ -85,7 +85,7 @@ std::optional<std::string> from_cp932(std::string_view bytes) {
     if (is_ascii(bytes)) {
         return std::string(bytes);
     }
-    static Converter converter("UTF-8", "CP932");
+    thread_local Converter converter("UTF-8", "CP932");
     std::string out;
     size_t used = 0;
     if (!converter.usable() || !converter.convert(bytes, out, used)) {

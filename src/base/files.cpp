@@ -14,7 +14,7 @@ namespace kigumi {
 namespace {
 
 std::string& error_text() {
-    static std::string text;
+    thread_local std::string text;
     return text;
 }
 
@@ -62,16 +62,13 @@ bool is_write_protected(const fs::file_status& status) {
 
 } // namespace
 
-fs::path& work_dir() {
-    static fs::path folder = [] {
-        std::error_code ignored;
-        return fs::current_path(ignored);
-    }();
-    return folder;
+fs::path current_dir() {
+    std::error_code ignored;
+    return fs::current_path(ignored);
 }
 
-fs::path work_file(std::string_view name) {
-    return work_dir() / path_of(name);
+fs::path work_file(const fs::path& work_dir, std::string_view name) {
+    return work_dir / path_of(name);
 }
 
 fs::path path_of(std::string_view utf8) {

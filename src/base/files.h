@@ -13,11 +13,12 @@ namespace kigumi {
 
 namespace fs = std::filesystem;
 
-// The folder of the fixed file names (FRAMESLV.IN, TRIO.DAT, ...). The current directory at start.
-fs::path& work_dir();
+// The current directory; empty when it has gone.
+fs::path current_dir();
 
-// `name` in the working directory.
-fs::path work_file(std::string_view name);
+// `name` in the working directory `work_dir`, the folder of the fixed file names (FRAMESLV.IN,
+// TRIO.DAT, ...).
+fs::path work_file(const fs::path& work_dir, std::string_view name);
 
 // Opens `path` as UTF-8 whatever the platform's own encoding is.
 fs::path path_of(std::string_view utf8);

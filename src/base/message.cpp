@@ -8,7 +8,7 @@ namespace kigumi {
 namespace {
 
 MessageSink& current_sink() {
-    static MessageSink sink;
+    thread_local MessageSink sink;
     return sink;
 }
 

@@ -1,7 +1,7 @@
 #include "export/dxf.h"
 
 #include "base/message.h"
-#include "geometry/segment_file.h"
+#include "draw/segment_file.h"
 #include "trace/spy.h"
 
 #include <cmath>
@@ -136,9 +136,9 @@ void write_segments(TextWriter& out, std::span<const Segment> segments, float sc
 
 } // namespace
 
-int make_dxf_file(const fs::path& path, int colour) {
+int make_dxf_file(const fs::path& work_dir, const fs::path& path, int colour) {
     spy("Enter make_dxf_file()");
-    const auto file = read_segment_file();
+    const auto file = read_segment_file(work_dir);
     if (!file) {
         show_message("Error: Unable to open TEMP_FILE");
         return -1;

@@ -14,6 +14,6 @@ constexpr int dxf_colour_default = 2;
 // black. Lengths are cm, or 1/1000 cm throughout when an edge of the picture's world window lies
 // within 0.1 of zero. 0, or -1 after the message "Error: Unable to open TEMP_FILE" or
 // "Error: Unable to open DXF_FILE"; no file, or the old one, is left then.
-int make_dxf_file(const fs::path& path, int colour);
+int make_dxf_file(const fs::path& work_dir, const fs::path& path, int colour);
 
 } // namespace kigumi

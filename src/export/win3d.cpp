@@ -1,17 +1,16 @@
 #include "export/win3d.h"
 
 #include "base/message.h"
-#include "geometry/solid.h"
+#include "solid/solid.h"
 #include "trace/spy.h"
 
 namespace kigumi {
 
-int save_win3d(const fs::path& path) {
-    follow_model();
+int save_win3d(Solids& solids, const fs::path& work_dir, const fs::path& path) {
     spy("N_CHOUTEN %5d N_Trio %5d", static_cast<int>(solids.points.size()), solids.n_trio);
     std::span<const Trio> records;
     if (solids.n_trio > 0) {
-        const auto read = read_trio_file();
+        const auto read = read_trio_file(solids, work_dir);
         if (!read) {
             show_message("Error: Unable to open TRIO_FILE 04");
             return -1;

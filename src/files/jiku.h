@@ -3,6 +3,7 @@
 
 #include "base/files.h"
 #include "model/model.h"
+#include "solid/solid.h"
 
 #include <vector>
 
@@ -15,21 +16,21 @@ struct Shift {
 
 // Writes all members in table order, with a label before each group of one category and the volume
 // of each group (全データ変換). 0, or -1 after the message "Error: Unable to open JIKU_FILE".
-int save_jiku_data(const fs::path& path, const Shift& shift);
+int save_jiku_data(const Model& model, const fs::path& path, const Shift& shift);
 
 // Writes only the members at these positions, as member lines and 999.
-int save_jiku_selection(const fs::path& path, const std::vector<int>& positions,
+int save_jiku_selection(const Model& model, const fs::path& path, const std::vector<int>& positions,
                         const Shift& shift);
 
 // Appends the members of an axis data file to the model, finding or adding their nodes, widens the
 // model bounds and writes the volume summary Youseki.dat into the working directory. The number of
 // members read, or -1: after a message when a line is wrong (the members before it stay), without
 // one when the file cannot be opened (file_error says why, or in which line the file is wrong).
-int load_jiku_data(const fs::path& path);
+int load_jiku_data(Model& model, Solids& solids, const fs::path& work_dir, const fs::path& path);
 
 // Category told by the group label before each member of the file read last (kind_none where there
 // was none), by member position; `Beam::kind` of members read stays 0.
-const std::vector<int>& jiku_label_kinds();
+const std::vector<std::int32_t>& jiku_label_kinds(const Model& model);
 
 // Timber of a member, m³: its length × width × thickness.
 double beam_volume(const Beam& beam);

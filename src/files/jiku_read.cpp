@@ -5,8 +5,8 @@
 #include "base/scan.h"
 #include "files/jiku.h"
 #include "generate/generate.h"
-#include "geometry/solid.h"
-#include "model/lookup.h"
+#include "model/members.h"
+#include "solid/solid.h"
 #include "trace/spy.h"
 
 #include <algorithm>
@@ -31,8 +31,8 @@ struct Height {
 class HeightTable {
   public:
     void add(float height, double volume);
-    // Writes Youseki.dat into the working directory.
-    void save();
+    // Writes Youseki.dat into the working directory, for this number of members.
+    void save(const fs::path& work_dir, int members);
 
   private:
     // Heights closer than this are one.
@@ -70,13 +70,13 @@ void HeightTable::add(float height, double volume) {
     heights_[first].volume += volume;
 }
 
-void HeightTable::save() {
+void HeightTable::save(const fs::path& work_dir, int members) {
     std::stable_sort(heights_.begin(), heights_.end(),
                      [](const Height& a, const Height& b) { return a.height < b.height; });
     // Deliberate: this file alone ends its lines in LF.
     TextWriter out;
-    out.text(text_format("   部材総数 %5d 高さ区分数 %d\n", model.N_Beam,
-                         static_cast<int>(heights_.size())));
+    out.text(
+        text_format("   部材総数 %5d 高さ区分数 %d\n", members, static_cast<int>(heights_.size())));
     out.text("    No    高さ   部材数 容積　積算値\n");
     double sum = 0.0;
     int no = 0;
@@ -86,14 +86,9 @@ void HeightTable::save() {
                              height.volume, sum));
     }
     // Every reading makes it again, so nobody waits for the disk.
-    if (save_file(work_file("Youseki.dat"), out.bytes(), false) < 0) {
+    if (save_file(work_file(work_dir, "Youseki.dat"), out.bytes(), false) < 0) {
         show_message("Error: Unable to open YOUSEKI_FILE");
     }
-}
-
-std::vector<int>& label_kinds() {
-    static std::vector<int> kinds;
-    return kinds;
 }
 
 bool is_blank(char c) {
@@ -112,8 +107,9 @@ std::string_view without_blanks(std::string_view line) {
 
 class Reader {
   public:
-    explicit Reader(std::string_view bytes) : lines_(bytes) {}
-    int read();
+    Reader(Model& model, Solids& solids, std::string_view bytes)
+        : model_(model), solids_(solids), lines_(bytes) {}
+    int read(const fs::path& work_dir);
 
   private:
     enum class Outcome { go_on, end, failed };
@@ -129,13 +125,15 @@ class Reader {
         return false;
     }
 
+    Model& model_;
+    Solids& solids_;
     LineReader lines_;
     HeightTable heights_;
     int group_ = kind_none;
 };
 
-int Reader::read() {
-    label_kinds().assign(model.N_Beam, kind_none);
+int Reader::read(const fs::path& work_dir) {
+    model_.label_kinds.assign(model_.N_Beam, kind_none);
     std::string_view line;
     Outcome outcome = Outcome::go_on;
     while (outcome == Outcome::go_on && lines_.next(line)) {
@@ -145,12 +143,12 @@ int Reader::read() {
         set_file_error(text_format("%d 行目", lines_.number()));
         return -1;
     }
-    if (model.N_Beam == 0) {
+    if (model_.N_Beam == 0) {
         show_message("部材の行がありません");
         return -1;
     }
-    heights_.save();
-    return model.N_Beam;
+    heights_.save(work_dir, model_.N_Beam);
+    return model_.N_Beam;
 }
 
 Reader::Outcome Reader::take(std::string_view line) {
@@ -211,12 +209,12 @@ int Reader::add_member(std::string_view line) {
         refuse("座標 6 個と巾・厚みの数値が必要です");
         return -1;
     }
-    const int at = append_beam({value[0], value[1], value[2]}, {value[3], value[4], value[5]},
-                               value[6], value[7], kind_none, 0);
+    const int at = append_beam(model_, {value[0], value[1], value[2]},
+                               {value[3], value[4], value[5]}, value[6], value[7], kind_none, 0);
     if (at >= 0) {
-        widen_bounds(value[0], value[1], value[2]);
-        widen_bounds(value[3], value[4], value[5]);
-        label_kinds().push_back(group_);
+        widen_bounds(model_, value[0], value[1], value[2]);
+        widen_bounds(model_, value[3], value[4], value[5]);
+        model_.label_kinds.push_back(group_);
     }
     return at;
 }
@@ -226,7 +224,7 @@ bool Reader::add_straight(std::string_view line) {
     if (at < 0) {
         return false;
     }
-    const Beam& beam = model.beam[at];
+    const Beam& beam = model_.beam[at];
     const double mean = (static_cast<double>(beam.zs) + beam.zl) * 0.5;
     heights_.add(round_once(mean), beam_volume(beam));
     return true;
@@ -238,24 +236,24 @@ bool Reader::add_round(std::string_view line) {
     if (at < 0) {
         return false;
     }
-    const Beam& beam = model.beam[at];
-    return make_enchu2(beam.xs, beam.ys, beam.zs, beam.xl, beam.yl, beam.zl, beam.haba * 0.5f,
-                       beam.atumi) >= 0;
+    const Beam& beam = model_.beam[at];
+    return make_enchu2(solids_, beam.xs, beam.ys, beam.zs, beam.xl, beam.yl, beam.zl,
+                       beam.haba * 0.5f, beam.atumi) >= 0;
 }
 
 bool Reader::expand_unit(std::string_view line) {
-    if (bunkai_shazai(line) < 0) {
+    if (bunkai_shazai(model_, solids_, line) < 0) {
         return false;
     }
-    while (static_cast<int>(label_kinds().size()) < model.N_Beam) {
-        label_kinds().push_back(model.beam[label_kinds().size()].kind);
+    while (static_cast<int>(model_.label_kinds.size()) < model_.N_Beam) {
+        model_.label_kinds.push_back(model_.beam[model_.label_kinds.size()].kind);
     }
     return true;
 }
 
 } // namespace
 
-int load_jiku_data(const fs::path& path) {
+int load_jiku_data(Model& model, Solids& solids, const fs::path& work_dir, const fs::path& path) {
     spy("Enter load_jiku_data()");
     const auto bytes = read_file(path);
     if (!bytes) {
@@ -266,11 +264,11 @@ int load_jiku_data(const fs::path& path) {
     if (text.starts_with(utf8_mark)) {
         text.remove_prefix(utf8_mark.size());
     }
-    return Reader(text).read();
+    return Reader(model, solids, text).read(work_dir);
 }
 
-const std::vector<int>& jiku_label_kinds() {
-    return label_kinds();
+const std::vector<std::int32_t>& jiku_label_kinds(const Model& model) {
+    return model.label_kinds;
 }
 
 } // namespace kigumi

@@ -52,7 +52,7 @@ double beam_volume(const Beam& beam) {
     return volume_of(shifted(beam, {}), beam);
 }
 
-int save_jiku_data(const fs::path& path, const Shift& shift) {
+int save_jiku_data(const Model& model, const fs::path& path, const Shift& shift) {
     spy("Enter save_jiku_data()");
     TextWriter out;
     out.reserve(usual_line * static_cast<size_t>(model.N_Beam));
@@ -82,7 +82,7 @@ int save_jiku_data(const fs::path& path, const Shift& shift) {
     return save(out, path);
 }
 
-int save_jiku_selection(const fs::path& path, const std::vector<int>& positions,
+int save_jiku_selection(const Model& model, const fs::path& path, const std::vector<int>& positions,
                         const Shift& shift) {
     spy("Enter save_jiku_selection()");
     TextWriter out;

@@ -3,7 +3,7 @@
 #include "base/codepage.h"
 #include "base/message.h"
 #include "base/scan.h"
-#include "model/lookup.h"
+#include "model/nodes.h"
 #include "model/sketch.h"
 
 #include <algorithm>
@@ -12,22 +12,13 @@
 
 namespace kigumi {
 
-int OnSaveOld = 0;
-
 namespace {
 
-std::array<SheetPoint, node_capacity> old_node;
-int N_OldNode = 0;
-
-SheetPoint sheet_point(int position) {
-    if (OnSaveOld == 1 && position < N_OldNode) {
-        return old_node[position];
+SheetPoint sheet_point(const Model& model, const SketchPlaces& sketch_places, int position) {
+    if (sketch_places.OnSaveOld == 1 && position < sketch_places.N_OldNode) {
+        return sketch_places.old_node[position];
     }
     return {model.node[position].X, model.node[position].Y};
-}
-
-bool names_a_node(int no) {
-    return no >= 1 && no <= model.N_Node;
 }
 
 int refuse_open() {
@@ -37,46 +28,46 @@ int refuse_open() {
 
 } // namespace
 
-void save_old_node() {
-    N_OldNode = 0;
-    OnSaveOld = model.N_Node > 0 ? 1 : OnSaveOld;
-    append_old_node();
+void save_old_node(const Model& model, SketchPlaces& sketch_places) {
+    sketch_places.N_OldNode = 0;
+    sketch_places.OnSaveOld = model.N_Node > 0 ? 1 : sketch_places.OnSaveOld;
+    append_old_node(model, sketch_places);
 }
 
-void append_old_node() {
-    if (OnSaveOld == 0) {
+void append_old_node(const Model& model, SketchPlaces& sketch_places) {
+    if (sketch_places.OnSaveOld == 0) {
         return;
     }
-    for (int i = N_OldNode; i < model.N_Node; ++i) {
-        old_node[i] = {model.node[i].X, model.node[i].Y};
+    for (int i = sketch_places.N_OldNode; i < model.N_Node; ++i) {
+        sketch_places.old_node[i] = {model.node[i].X, model.node[i].Y};
     }
-    N_OldNode = model.N_Node;
+    sketch_places.N_OldNode = model.N_Node;
 }
 
-void load_old_node() {
-    if (OnSaveOld == 0) {
+void load_old_node(Model& model, const SketchPlaces& sketch_places) {
+    if (sketch_places.OnSaveOld == 0) {
         return;
     }
-    for (int i = 0; i < std::min<int>(N_OldNode, model.N_Node); ++i) {
-        model.node[i].X = old_node[i].X;
-        model.node[i].Y = old_node[i].Y;
+    for (int i = 0; i < std::min<int>(sketch_places.N_OldNode, model.N_Node); ++i) {
+        model.node[i].X = sketch_places.old_node[i].X;
+        model.node[i].Y = sketch_places.old_node[i].Y;
     }
     for (int i = 0; i < model.N_Beam; ++i) {
         Beam& beam = model.beam[i];
-        if (names_a_node(beam.noi)) {
+        if (names_a_node(model, beam.noi)) {
             beam.XS = model.node[position_of(beam.noi)].X;
             beam.YS = model.node[position_of(beam.noi)].Y;
         }
-        if (names_a_node(beam.noj)) {
+        if (names_a_node(model, beam.noj)) {
             beam.XL = model.node[position_of(beam.noj)].X;
             beam.YL = model.node[position_of(beam.noj)].Y;
         }
     }
 }
 
-void forget_old_node() {
-    N_OldNode = 0;
-    OnSaveOld = 0;
+void forget_old_node(SketchPlaces& sketch_places) {
+    sketch_places.N_OldNode = 0;
+    sketch_places.OnSaveOld = 0;
 }
 
 namespace {
@@ -93,7 +84,7 @@ int refuse_name(const char* what, int no, const char* id) {
     return -1;
 }
 
-int check_names() {
+int check_names(const Model& model) {
     for (int i = 0; i < model.N_Node; ++i) {
         if (!is_writable(model.node[i].id)) {
             return refuse_name("節点", model.node[i].no, model.node[i].id);
@@ -108,19 +99,24 @@ int check_names() {
     return 0;
 }
 
-void write_node(TextWriter& file, int i) {
+void write_node(const Model& model, const SketchPlaces& sketch_places, TextWriter& file, int i) {
     const Node& node = model.node[i];
-    const SheetPoint at = sheet_point(i);
+    const SheetPoint at = sheet_point(model, sketch_places, i);
     file.line(" %d \"%s\" %f %f %f %f %f %d", node.no, node.id, node.x, node.y, node.z, at.X, at.Y,
               node.flag);
 }
 
-void write_beam(TextWriter& file, const Beam& beam) {
+void write_beam(const Model& model, const SketchPlaces& sketch_places, TextWriter& file,
+                const Beam& beam) {
     SheetPoint start = {beam.XS, beam.YS};
     SheetPoint end = {beam.XL, beam.YL};
-    if (OnSaveOld == 1) {
-        start = names_a_node(beam.noi) ? sheet_point(position_of(beam.noi)) : start;
-        end = names_a_node(beam.noj) ? sheet_point(position_of(beam.noj)) : end;
+    if (sketch_places.OnSaveOld == 1) {
+        start = names_a_node(model, beam.noi)
+                    ? sheet_point(model, sketch_places, position_of(beam.noi))
+                    : start;
+        end = names_a_node(model, beam.noj)
+                  ? sheet_point(model, sketch_places, position_of(beam.noj))
+                  : end;
     }
     file.line(" %d \"%s\" \"%s\" %d %d %f %f %f %f %f %f %d %d %f %f %f %f %f %f %d", beam.no,
               beam.idi, beam.idj, beam.noi, beam.noj, beam.xs, beam.ys, beam.zs, beam.xl, beam.yl,
@@ -130,18 +126,19 @@ void write_beam(TextWriter& file, const Beam& beam) {
 
 } // namespace
 
-int save_tegaki_data(const fs::path& file_name) {
-    if (check_names() < 0) {
+int save_tegaki_data(const Model& model, const SketchPlaces& sketch_places,
+                     const fs::path& file_name) {
+    if (check_names(model) < 0) {
         return -1;
     }
     TextWriter file;
     file.line(" %5d", model.N_Node);
     for (int i = 0; i < model.N_Node; ++i) {
-        write_node(file, i);
+        write_node(model, sketch_places, file, i);
     }
     file.line(" %5d", model.N_Beam);
     for (int i = 0; i < model.N_Beam; ++i) {
-        write_beam(file, model.beam[i]);
+        write_beam(model, sketch_places, file, model.beam[i]);
     }
     return file.save(file_name) < 0 ? refuse_open() : 0;
 }
@@ -277,7 +274,7 @@ bool TegakiReader::read() {
 
 } // namespace
 
-int load_tegaki_data(const fs::path& file_name) {
+int load_tegaki_data(Model& model, SketchPlaces& sketch_places, const fs::path& file_name) {
     std::optional<std::string> bytes = read_file(file_name);
     if (!bytes) {
         return refuse_open();
@@ -293,15 +290,15 @@ int load_tegaki_data(const fs::path& file_name) {
                                  reader.fault()));
         return -1;
     }
-    reset_model();
+    reset_model(model);
     std::copy(reader.nodes().begin(), reader.nodes().end(), model.node.begin());
     std::copy(reader.beams().begin(), reader.beams().end(), model.beam.begin());
     model.N_Node = static_cast<std::int32_t>(reader.nodes().size());
     model.N_Beam = static_cast<std::int32_t>(reader.beams().size());
-    forget_node_index();
-    forget_old_node();
-    OnSaveOld = 1;
-    append_old_node();
+    forget_node_index(model);
+    forget_old_node(sketch_places);
+    sketch_places.OnSaveOld = 1;
+    append_old_node(model, sketch_places);
     return 0;
 }
 

@@ -1,7 +1,7 @@
 // Appending generated members.
 #pragma once
 
-#include "model/lookup.h"
+#include "model/model.h"
 
 namespace kigumi {
 
@@ -12,11 +12,11 @@ struct FramePoint {
 
 // Appends a generated member of width `haba` and thickness `atumi`, cm, with its trace line. 0, or
 // -1 when a table is full.
-int emit_beam(FramePoint start, FramePoint end, float haba, float atumi, int kind);
+int emit_beam(Model& model, FramePoint start, FramePoint end, float haba, float atumi, int kind);
 
 // The same for a square member.
-inline int emit_beam(FramePoint start, FramePoint end, float width, int kind) {
-    return emit_beam(start, end, width, width, kind);
+inline int emit_beam(Model& model, FramePoint start, FramePoint end, float width, int kind) {
+    return emit_beam(model, start, end, width, width, kind);
 }
 
 } // namespace kigumi

@@ -6,6 +6,8 @@
 #pragma once
 
 #include "generate/param.h"
+#include "model/model.h"
+#include "solid/solid.h"
 
 #include <string>
 #include <string_view>
@@ -16,32 +18,32 @@ namespace kigumi {
 // without columns), 1 to 3 quarters of the column, 4 bottom chords (zb), 5 top chords (zt). The one
 // place where z is computed: storeys share nodes to the bit. Without columns the heights are
 // ignored and levels 0 to 4 of storey 1 are `Lowest`.
-float storey_level(int storey, int level);
+float storey_level(const Param& param, int storey, int level);
 constexpr int levels_a_storey = 6;
 
 // m half pitches: m·T·0.5, cm.
-float half_pitch(int m);
+float half_pitch(const Param& param, int m);
 
-int make_hashira(); // four corner posts; restarts the members at 0
-int make_waku();    // perimeter frame at both levels, in half pitches
-int make_genzai();  // chords: top lines through the cell centres, bottom lines on the boundaries
-int make_shazai();  // four diagonals a cell, top centre to bottom corners
-int make_sujikai(); // braces in the four perimeter faces
-int make_gaichu();  // outer columns under each corner, type I or II; sets GaichuStart, GaichuEnd
-int make_2kai();    // copies storey 1 to storey 2
-int make_3kai();    // copies storey 1 to storeys 2 and 3
-int make_terrace(); // eaves around the top floor
-int make_yane2();   // roof: hip (YaneType 1) or gable (2)
-
-// Member counts when make_gaichu started and ended: the outer columns are the members between.
-extern int GaichuStart, GaichuEnd;
+int make_hashira(Model& model, const Param& param); // four corner posts; restarts the members at 0
+int make_waku(Model& model, const Param& param); // perimeter frame at both levels, in half pitches
+int make_genzai(Model& model, const Param& param); // chords: top lines through the cell centres,
+                                                   // bottom lines on the boundaries
+int make_shazai(Model& model,
+                const Param& param); // four diagonals a cell, top centre to bottom corners
+int make_sujikai(Model& model, const Param& param); // braces in the four perimeter faces
+int make_gaichu(Model& model, const Param& param); // outer columns under each corner, type I or II;
+                                                   // sets model.GaichuStart, model.GaichuEnd
+int make_2kai(Model& model, const Param& param);   // copies storey 1 to storey 2
+int make_3kai(Model& model, const Param& param);   // copies storey 1 to storeys 2 and 3
+int make_terrace(Model& model, const Param& param); // eaves around the top floor
+int make_yane2(Model& model, const Param& param);   // roof: hip (YaneType 1) or gable (2)
 
 // Runs the generators in their fixed order on an empty model, then sort_node and make_men. 0, or -1
 // when a storey generator failed; the model then holds the members made so far.
-int make_unit();
+int make_unit(Model& model, const Param& param, Solids& solids);
 
 // Expands one unit line of an axis data file ("2 nx ny T D ...") into members with flag 0 and
 // widens the model bounds. -1 with a message when the line is malformed or a table is full.
-int bunkai_shazai(std::string_view line);
+int bunkai_shazai(Model& model, Solids& solids, std::string_view line);
 
 } // namespace kigumi

@@ -12,9 +12,7 @@
 
 namespace kigumi {
 
-Param param;
-
-void set_default_param() {
+void set_default_param(Param& param) {
     param = Param{};
 }
 
@@ -26,7 +24,7 @@ int yane_mode(int choice) {
     return choice == 2 ? -1 : choice;
 }
 
-void apply_yane_choice(int choice) {
+void apply_yane_choice(Param& param, int choice) {
     param.YaneMode = yane_mode(choice);
     if (choice != 1) {
         param.YaneHashira = 0.0f;
@@ -42,7 +40,7 @@ void apply_yane_choice(int choice) {
 namespace {
 
 // Overall height by storeys and what stands on top, cm. False when the choice leaves it as it was.
-bool overall_height(const KihonChoice& choice, float& height) {
+bool overall_height(const Param& param, const KihonChoice& choice, float& height) {
     const double L = param.Lowest;
     const double D = param.TukaAtumi;
     const double one = L + param.HashiraHeight1 + D;
@@ -68,7 +66,7 @@ constexpr float shortest_length = 0.001f; // cm
 constexpr float farthest_place = 1.0e7f;  // cm
 
 // Numbers from which no frame of any sense comes, whatever the choices.
-int check_dimensions() {
+int check_dimensions(const Param& param) {
     if (param.NX < 1 || param.NY < 1) {
         return refuse("束数は 1 以上にしてください");
     }
@@ -93,15 +91,15 @@ int check_dimensions() {
 }
 
 // True when levels and half pitches stay apart as they are stored.
-bool places_stay_apart(int storeys) {
+bool places_stay_apart(const Param& param, int storeys) {
     const int last = 2 * std::max(param.NX, param.NY) + 1; // with the eave tip
-    if (!(half_pitch(1) >= shortest_length && half_pitch(last) <= farthest_place)) {
+    if (!(half_pitch(param, 1) >= shortest_length && half_pitch(param, last) <= farthest_place)) {
         return false;
     }
     for (int storey = 1; storey <= storeys; ++storey) {
         for (int level = param.SouMode == 1 ? 1 : 5; level < levels_a_storey; ++level) {
-            const float z = storey_level(storey, level);
-            if (!(z - storey_level(storey, level - 1) >= shortest_length &&
+            const float z = storey_level(param, storey, level);
+            if (!(z - storey_level(param, storey, level - 1) >= shortest_length &&
                   std::fabs(z) <= farthest_place)) {
                 return false;
             }
@@ -110,18 +108,18 @@ bool places_stay_apart(int storeys) {
     return true;
 }
 
-int check_places() {
+int check_places(const Param& param) {
     const int storeys =
         param.SouMode == 1 && (param.N_Sou == 2 || param.N_Sou == 3) ? param.N_Sou : 1;
-    if (!places_stay_apart(storeys)) {
+    if (!places_stay_apart(param, storeys)) {
         return refuse("寸法が大きすぎるか小さすぎるため、節点の位置を区別できません");
     }
     return 0;
 }
 
 // A frame larger than the model's tables is refused before anything is made.
-int check_capacity() {
-    const FrameSize size = predict_frame_size();
+int check_capacity(const Param& param) {
+    const FrameSize size = predict_frame_size(param);
     if (size.levels_x > level_capacity || size.levels_y > level_capacity) {
         return refuse(text_format("座標の種類が多すぎます（X %lld、Y %lld、それぞれ最大 %d）",
                                   size.levels_x, size.levels_y, level_capacity)
@@ -142,7 +140,7 @@ int check_capacity() {
 
 } // namespace
 
-int check_param(const KihonChoice& choice) {
+int check_param(Param& param, const KihonChoice& choice) {
     if (choice.hashira >= 1) {
         const int storeys = choice.kaisou + 1;
         if (!(param.HashiraHeight1 > 0.0f)) {
@@ -166,20 +164,20 @@ int check_param(const KihonChoice& choice) {
         return refuse("屋根形状が指定されていない");
     }
     float height = 0.0f;
-    if (overall_height(choice, height)) {
+    if (overall_height(param, choice, height)) {
         param.Takasa = height;
     }
-    if (check_dimensions() < 0 || check_capacity() < 0 || check_places() < 0) {
+    if (check_dimensions(param) < 0 || check_capacity(param) < 0 || check_places(param) < 0) {
         return -1;
     }
     const bool roof_is_built = choice.yane == 1 && (choice.kaisou == 0 || choice.kaisou == 1);
-    if (const char* fault = roof_is_built ? find_roof_fault() : nullptr) {
+    if (const char* fault = roof_is_built ? find_roof_fault(param) : nullptr) {
         return refuse(fault);
     }
     return 0;
 }
 
-FrameSize predict_frame_size() {
+FrameSize predict_frame_size(const Param& param) {
     // Far beyond every table, and small enough to be multiplied.
     constexpr std::int32_t most_cells = 1'000'000;
     const long long nx = std::min(param.NX, most_cells);
@@ -209,7 +207,7 @@ FrameSize predict_frame_size() {
         size.levels_x += 2;
         size.levels_y += 2;
     } else if (param.YaneMode == 1 && storeys < 3) {
-        const long long roof = predict_roof_beams();
+        const long long roof = predict_roof_beams(param);
         size.beams += roof;
         size.nodes += roof;
     }
@@ -265,7 +263,7 @@ constexpr FloatField float_fields[] = {
 
 } // namespace
 
-SetParam set_param(std::string_view name, std::string_view value) {
+SetParam set_param(Param& param, std::string_view name, std::string_view value) {
     for (const IntField& field : int_fields) {
         if (name == field.name) {
             return parse_number(value, param.*field.field) ? SetParam::done

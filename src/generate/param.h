@@ -44,10 +44,8 @@ struct Param {
     float MoyaAtumi = 12.0f;
 };
 
-extern Param param;
-
 // All parameters to their defaults; what the basic unit window does each time it is created.
-void set_default_param();
+void set_default_param(Param& param);
 
 // The choices of the dialog's three radio groups, as item positions; -1 is no choice.
 struct KihonChoice {
@@ -62,22 +60,22 @@ int yane_mode(int choice);
 
 // What choosing an item of YaneGroup does to the parameters: the mode, the heights that a frame
 // without a roof does not have, and the storeys that a roof closes off.
-void apply_yane_choice(int choice);
+void apply_yane_choice(Param& param, int choice);
 
 // The check of the basic data dialog, over the numbers that stand in `param`: sets SumiType,
 // SouMode and Takasa. 0, or -1 after a message. Dimensions from which no frame can be made, and
 // frames that would not fit the model's tables, are refused last.
-int check_param(const KihonChoice& choice);
+int check_param(Param& param, const KihonChoice& choice);
 
 // Number of members, nodes (at most) and grid levels that make_unit would make.
 struct FrameSize {
     long long beams, nodes;
     long long levels_x, levels_y;
 };
-FrameSize predict_frame_size();
+FrameSize predict_frame_size(const Param& param);
 
 // Sets the parameter of this name (NX, TukaHaba, N_Sou, ...) from text.
 enum class SetParam { done, unknown_name, not_a_number };
-SetParam set_param(std::string_view name, std::string_view value);
+SetParam set_param(Param& param, std::string_view name, std::string_view value);
 
 } // namespace kigumi

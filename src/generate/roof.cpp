@@ -35,10 +35,11 @@ bool is_vertical(const Beam& beam) {
 
 // The places of the outer columns that carry the first floor, as they stand in the model. Columns
 // that coincide count once.
-std::vector<PlanPlace> find_columns() {
-    const float carried = storey_level(1, 4);
+std::vector<PlanPlace> find_columns(const Model& model, const Param& param) {
+    const float carried = storey_level(param, 1, 4);
     std::vector<PlanPlace> places;
-    for (int i = std::max(GaichuStart, 0); i < std::min<int>(GaichuEnd, model.N_Beam); ++i) {
+    for (int i = std::max(model.GaichuStart, 0); i < std::min<int>(model.GaichuEnd, model.N_Beam);
+         ++i) {
         const Beam& beam = model.beam[i];
         if (beam.kind == kind_column && is_vertical(beam) &&
             same_float(std::max(beam.zs, beam.zl), carried)) {
@@ -254,24 +255,24 @@ int make_frame(const RoofSurface& surface, const std::vector<PlanPlace>& columns
     return made ? 0 : -1;
 }
 
-int emit_roof_beam(FramePoint start, FramePoint end, int kind) {
+int emit_roof_beam(Model& model, const Param& param, FramePoint start, FramePoint end, int kind) {
     switch (kind) {
     case kind_roof_post:
-        return emit_beam(start, end, param.YaneHashiraHaba, kind);
+        return emit_beam(model, start, end, param.YaneHashiraHaba, kind);
     case kind_girder:
-        return emit_beam(start, end, param.KetaHaba, param.KetaAtumi, kind);
+        return emit_beam(model, start, end, param.KetaHaba, param.KetaAtumi, kind);
     case kind_hip:
-        return emit_beam(start, end, param.SumiGashoHaba, param.SumiGashoAtumi, kind);
+        return emit_beam(model, start, end, param.SumiGashoHaba, param.SumiGashoAtumi, kind);
     case kind_rafter:
-        return emit_beam(start, end, param.HiraGashoHaba, param.HiraGashoAtumi, kind);
+        return emit_beam(model, start, end, param.HiraGashoHaba, param.HiraGashoAtumi, kind);
     case kind_angle:
-        return emit_beam(start, end, param.HiuchiHaba, param.HiuchiAtumi, kind);
+        return emit_beam(model, start, end, param.HiuchiHaba, param.HiuchiAtumi, kind);
     default:
-        return emit_beam(start, end, param.MoyaHaba, param.MoyaAtumi, kind);
+        return emit_beam(model, start, end, param.MoyaHaba, param.MoyaAtumi, kind);
     }
 }
 
-const char* find_section_fault() {
+const char* find_section_fault(const Param& param) {
     const float sizes[] = {param.YaneHashiraHaba, param.KetaHaba,       param.KetaAtumi,
                            param.SumiGashoHaba,   param.SumiGashoAtumi, param.HiraGashoHaba,
                            param.HiraGashoAtumi,  param.HiuchiHaba,     param.HiuchiAtumi,
@@ -283,7 +284,7 @@ const char* find_section_fault() {
 
 } // namespace
 
-const char* find_roof_fault() {
+const char* find_roof_fault(const Param& param) {
     if (param.YaneType != 1 && param.YaneType != 2) {
         return "屋根形式は 1（寄棟）か 2（切妻）にしてください";
     }
@@ -300,20 +301,20 @@ const char* find_roof_fault() {
     if (!(param.YaneTakasa > 0.0f)) {
         return "屋根高さは 0 より大きくしてください";
     }
-    const RoofSurface surface;
+    const RoofSurface surface(param);
     const int depth = surface.depth();
     if (!(surface.level(1) > surface.level(0)) ||
         !(surface.level(depth) > surface.level(depth - 1))) {
         return "屋根高さが小さすぎます";
     }
-    return find_section_fault();
+    return find_section_fault(param);
 }
 
-long long predict_roof_beams() {
-    if (find_roof_fault() != nullptr) {
+long long predict_roof_beams(const Param& param) {
+    if (find_roof_fault(param) != nullptr) {
         return 0;
     }
-    const RoofSurface surface;
+    const RoofSurface surface(param);
     long long count = 0;
     make_frame(surface, expect_columns(surface), [&count](FramePoint, FramePoint, int) {
         ++count;
@@ -322,19 +323,22 @@ long long predict_roof_beams() {
     return count;
 }
 
-int make_yane2() {
+int make_yane2(Model& model, const Param& param) {
     spy("Enter make_yane2()");
-    if (const char* fault = find_roof_fault()) {
+    if (const char* fault = find_roof_fault(param)) {
         show_message(fault);
         return -1;
     }
-    const RoofSurface surface;
-    const std::vector<PlanPlace> columns = find_columns();
+    const RoofSurface surface(param);
+    const std::vector<PlanPlace> columns = find_columns(model, param);
     if (columns.empty() && !surface.on_floor()) {
         show_message("屋根柱の下の柱が見つかりません");
         return -1;
     }
-    return make_frame(surface, columns, emit_roof_beam);
+    return make_frame(surface, columns,
+                      [&model, &param](FramePoint start, FramePoint end, int kind) {
+                          return emit_roof_beam(model, param, start, end, kind);
+                      });
 }
 
 } // namespace kigumi

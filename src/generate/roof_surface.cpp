@@ -22,10 +22,10 @@ std::vector<int> grid_lines(int extent, bool ridge) {
 
 } // namespace
 
-RoofSurface::RoofSurface()
-    : hip_(param.YaneType == 1), ridge_along_x_(param.NX >= param.NY), extent_x_(2 * param.NX),
-      extent_y_(2 * param.NY), depth_(std::min(param.NX, param.NY)),
-      floor_level_(storey_level(param.N_Sou, 5)) {
+RoofSurface::RoofSurface(const Param& param)
+    : param_(param), hip_(param.YaneType == 1), ridge_along_x_(param.NX >= param.NY),
+      extent_x_(2 * param.NX), extent_y_(2 * param.NY), depth_(std::min(param.NX, param.NY)),
+      floor_level_(storey_level(param, param.N_Sou, 5)) {
     const bool pyramid = hip_ && extent_x_ == extent_y_;
     lines_x_ = grid_lines(extent_x_, pyramid || !ridge_along_x_);
     lines_y_ = grid_lines(extent_y_, pyramid || ridge_along_x_);
@@ -54,14 +54,14 @@ std::vector<int> RoofSurface::cut(bool along_x, int from, int to) const {
 }
 
 float RoofSurface::level(int steps) const {
-    const double rise = static_cast<double>(param.YaneTakasa) * steps / depth_;
-    return round_once(static_cast<double>(floor_level_) + param.YaneHashira + rise);
+    const double rise = static_cast<double>(param_.YaneTakasa) * steps / depth_;
+    return round_once(static_cast<double>(floor_level_) + param_.YaneHashira + rise);
 }
 
 FramePoint RoofSurface::point(RoofSide side, int along, int inwards, float z) const {
     const int across = side.far ? extent(!side.along_x) - inwards : inwards;
-    return side.along_x ? FramePoint{half_pitch(along), half_pitch(across), z}
-                        : FramePoint{half_pitch(across), half_pitch(along), z};
+    return side.along_x ? FramePoint{half_pitch(param_, along), half_pitch(param_, across), z}
+                        : FramePoint{half_pitch(param_, across), half_pitch(param_, along), z};
 }
 
 FramePoint RoofSurface::surface_point(RoofSide side, int along, int inwards) const {

@@ -7,6 +7,7 @@
 #pragma once
 
 #include "generate/emit.h"
+#include "generate/param.h"
 
 #include <vector>
 
@@ -19,10 +20,10 @@ struct RoofSide {
 };
 constexpr RoofSide roof_sides[] = {{true, false}, {true, true}, {false, false}, {false, true}};
 
-// The surface for the parameters in `param` at the time of making.
+// The surface for these parameters, which live longer than it.
 class RoofSurface {
   public:
-    RoofSurface();
+    explicit RoofSurface(const Param& param);
 
     bool hip() const { return hip_; }
     bool ridge_along_x() const { return ridge_along_x_; }
@@ -55,6 +56,7 @@ class RoofSurface {
   private:
     int steps_at(int x, int y) const;
 
+    const Param& param_;
     bool hip_;
     bool ridge_along_x_;
     int extent_x_, extent_y_;

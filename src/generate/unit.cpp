@@ -1,15 +1,15 @@
 // The generation driver.
 #include "base/message.h"
 #include "generate/generate.h"
-#include "geometry/solid.h"
-#include "model/lookup.h"
+#include "model/nodes.h"
+#include "solid/solid.h"
 #include "trace/spy.h"
 
 namespace kigumi {
 
 namespace {
 
-void trace_param() {
+void trace_param(const Param& param) {
     spy("NX %5d", param.NX);
     spy("NY %5d", param.NY);
     spy("TukaHaba %12.5e", param.TukaHaba);
@@ -22,9 +22,9 @@ void trace_param() {
     spy("SouMode %5d N_Sou %5d YaneMode %5d", param.SouMode, param.N_Sou, param.YaneMode);
 }
 
-int make_floor() {
+int make_floor(Model& model, const Param& param) {
     struct Step {
-        int (*run)();
+        int (*run)(Model& model, const Param& param);
         const char* passed;
     };
     constexpr Step steps[] = {
@@ -33,7 +33,7 @@ int make_floor() {
         {make_sujikai, "Pass make_sujikai()"},
     };
     for (const Step& step : steps) {
-        if (step.run() < 0) {
+        if (step.run(model, param) < 0) {
             return -1;
         }
         spy(step.passed);
@@ -41,9 +41,9 @@ int make_floor() {
     return 0;
 }
 
-int make_top() {
+int make_top(Model& model, const Param& param) {
     if (param.YaneMode == -1) {
-        return make_terrace();
+        return make_terrace(model, param);
     }
     if (param.YaneMode != 1) {
         return 0;
@@ -53,38 +53,39 @@ int make_top() {
         spy("３層屋根付は含まれません");
         return 0;
     }
-    return param.N_Sou == 1 || param.N_Sou == 2 ? make_yane2() : 0;
+    return param.N_Sou == 1 || param.N_Sou == 2 ? make_yane2(model, param) : 0;
 }
 
-int make_storeys() {
-    if (make_gaichu() < 0) {
+int make_storeys(Model& model, const Param& param) {
+    if (make_gaichu(model, param) < 0) {
         return -1;
     }
-    if (param.N_Sou == 2 && make_2kai() < 0) {
+    if (param.N_Sou == 2 && make_2kai(model, param) < 0) {
         return -1;
     }
-    if (param.N_Sou == 3 && make_3kai() < 0) {
+    if (param.N_Sou == 3 && make_3kai(model, param) < 0) {
         return -1;
     }
-    return make_top();
+    return make_top(model, param);
 }
 
 } // namespace
 
-int make_unit() {
-    trace_param();
-    reset_model();
-    clear_points();
-    if (make_floor() < 0) {
+int make_unit(Model& model, const Param& param, Solids& solids) {
+    trace_param(param);
+    reset_model(model);
+    reset_solids(solids);
+    clear_points(solids);
+    if (make_floor(model, param) < 0) {
         return -1;
     }
-    if (param.SouMode == 1 && make_storeys() < 0) {
+    if (param.SouMode == 1 && make_storeys(model, param) < 0) {
         return -1;
     }
-    if (sort_node() < 0) {
+    if (sort_node(model) < 0) {
         return -1;
     }
-    make_men();
+    make_men(model, solids);
     return 0;
 }
 

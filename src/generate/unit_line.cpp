@@ -3,8 +3,8 @@
 #include "base/message.h"
 #include "base/scan.h"
 #include "generate/generate.h"
-#include "geometry/solid.h"
-#include "model/lookup.h"
+#include "model/members.h"
+#include "solid/solid.h"
 #include "trace/spy.h"
 
 namespace kigumi {
@@ -45,7 +45,8 @@ struct UnitLine {
 // Emits the members of one block.
 class Block {
   public:
-    explicit Block(const UnitLine& unit) : unit_(unit) {}
+    Block(Model& model, Solids& solids, const UnitLine& unit)
+        : model_(model), solids_(solids), unit_(unit) {}
 
     bool emit_all() const {
         return diagonals() && top_layer() && bottom_layer() && posts() && braces();
@@ -73,6 +74,8 @@ class Block {
         return s == 0 ? 0 : s == cells + 1 ? 2 * cells : 2 * s - 1;
     }
 
+    Model& model_;
+    Solids& solids_;
     UnitLine unit_;
 };
 
@@ -88,12 +91,13 @@ bool Block::emit(Place from, Place to, float width, int kind) const {
     float end[3];
     place(from, start);
     place(to, end);
-    if (append_beam(start, end, width, width, kind, 0) < 0) {
+    if (append_beam(model_, start, end, width, width, kind, 0) < 0) {
         return false;
     }
-    widen_bounds(start[0], start[1], start[2]);
-    widen_bounds(end[0], end[1], end[2]);
-    return make_kakuzai3(start[0], start[1], start[2], end[0], end[1], end[2], width, width) >= 0;
+    widen_bounds(model_, start[0], start[1], start[2]);
+    widen_bounds(model_, end[0], end[1], end[2]);
+    return make_kakuzai3(solids_, start[0], start[1], start[2], end[0], end[1], end[2], width,
+                         width) >= 0;
 }
 
 bool Block::cell_diagonals(Place centre) const {
@@ -211,7 +215,7 @@ bool Block::braces() const {
 
 } // namespace
 
-int bunkai_shazai(std::string_view line) {
+int bunkai_shazai(Model& model, Solids& solids, std::string_view line) {
     UnitLine unit;
     if (!unit.read(line)) {
         show_message("単位行には 13 個の数値が必要です");
@@ -227,7 +231,7 @@ int bunkai_shazai(std::string_view line) {
                                  model.N_Beam + unit.members(), beam_capacity));
         return -1;
     }
-    return Block(unit).emit_all() ? 0 : -1;
+    return Block(model, solids, unit).emit_all() ? 0 : -1;
 }
 
 } // namespace kigumi

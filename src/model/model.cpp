@@ -1,6 +1,6 @@
 #include "model/model.h"
 
-#include "model/lookup.h"
+#include "model/nodes.h"
 
 #include <algorithm>
 #include <cstring>
@@ -8,11 +8,7 @@
 
 namespace kigumi {
 
-Model model;
-
 namespace {
-
-std::uint32_t edition = 0;
 
 constexpr const char* labels[kind_count] = {
     "// 無印",
@@ -41,27 +37,22 @@ const char* kind_name(int kind) {
     return label != nullptr ? label + 3 : "区分外";
 }
 
-void reset_model() {
-    ++edition;
+void reset_model(Model& model) {
     model.N_Node = model.N_Beam = 0;
     model.N_Size = model.N_Mat = 0;
     model.N_Fix = model.N_Load = 0;
     model.N_X = model.N_Y = model.N_Z = 0;
     model.fix_load_edited = 0;
-    reset_bounds();
-    forget_node_index();
+    reset_bounds(model);
+    forget_node_index(model);
 }
 
-std::uint32_t model_edition() {
-    return edition;
-}
-
-void reset_bounds() {
+void reset_bounds(Model& model) {
     model.X_MIN = model.Y_MIN = model.Z_MIN = 9999.9f;
     model.X_MAX = model.Y_MAX = model.Z_MAX = -9999.9f;
 }
 
-void widen_bounds(float x, float y, float z) {
+void widen_bounds(Model& model, float x, float y, float z) {
     const auto widen = [](float& low, float& high, float value) {
         low = value < low ? value : low;
         high = value > high ? value : high;

@@ -6,9 +6,12 @@
 // right-handed.
 #pragma once
 
-#include <array>
+#include "base/float_index.h"
+#include "model/table.h"
+
 #include <cstddef>
 #include <cstdint>
+#include <vector>
 
 namespace kigumi {
 
@@ -78,21 +81,21 @@ static_assert(sizeof(Beam) == 140);
 
 // Sections; entry k is section number k + 1. Made by check_size, changed by the section dialog.
 struct SizeTable {
-    std::array<float, size_capacity> haba;   // width, cm
-    std::array<float, size_capacity> atumi;  // thickness, cm
-    std::array<float, size_capacity> length; // length of the member it was made for, cm
-    std::array<float, size_capacity> A;      // area, cm²
-    std::array<float, size_capacity> Iy; // haba·atumi³/12, cm⁴: bending in the vertical plane
-    std::array<float, size_capacity> Iz; // atumi·haba³/12, cm⁴: bending in the horizontal plane
-    std::array<float, size_capacity> J;  // torsion constant, cm⁴
-    std::array<float, size_capacity> angle; // turn about the member's axis, degrees; 0 when made
+    Table<float, size_capacity> haba;   // width, cm
+    Table<float, size_capacity> atumi;  // thickness, cm
+    Table<float, size_capacity> length; // length of the member it was made for, cm
+    Table<float, size_capacity> A;      // area, cm²
+    Table<float, size_capacity> Iy;     // haba·atumi³/12, cm⁴: bending in the vertical plane
+    Table<float, size_capacity> Iz;     // atumi·haba³/12, cm⁴: bending in the horizontal plane
+    Table<float, size_capacity> J;      // torsion constant, cm⁴
+    Table<float, size_capacity> angle;  // turn about the member's axis, degrees; 0 when made
 };
 
 // Materials; entry k is material number k + 1.
 struct MatTable {
-    std::array<float, mat_capacity> E;       // Young's modulus
-    std::array<float, mat_capacity> poisson; // Poisson's ratio
-    std::array<float, mat_capacity> density; // mass density
+    Table<float, mat_capacity> E;       // Young's modulus
+    Table<float, mat_capacity> poisson; // Poisson's ratio
+    Table<float, mat_capacity> density; // mass density
 };
 
 struct Fix {
@@ -109,25 +112,31 @@ struct Load {
 };
 static_assert(sizeof(Load) == 48);
 
+// First position of every place among the first `count` nodes; find_or_add_node keeps it in step.
+struct NodeIndex {
+    FloatIndex first;
+    std::int32_t count = 0;
+};
+
 struct Model {
-    std::array<Node, node_capacity> node;
+    Table<Node, node_capacity> node;
     std::int32_t N_Node = 0;
-    std::array<Beam, beam_capacity> beam;
+    Table<Beam, beam_capacity> beam;
     std::int32_t N_Beam = 0;
     SizeTable size;
     std::int32_t N_Size = 0;
     MatTable mat;
     std::int32_t N_Mat = 0;
-    std::array<Fix, fix_capacity> fix;
+    Table<Fix, fix_capacity> fix;
     std::int32_t N_Fix = 0;
-    std::array<Load, load_capacity> load;
+    Table<Load, load_capacity> load;
     std::int32_t N_Load = 0;
 
     // NodeRole that the node at this position had before the search found it (role_found).
-    std::array<std::int32_t, node_capacity> found_role;
+    Table<std::int32_t, node_capacity> found_role;
 
     // Distinct node coordinates, ascending; the grid on which node names are built.
-    std::array<float, level_capacity> Xval, Yval, Zval;
+    Table<float, level_capacity> Xval, Yval, Zval;
     std::int32_t N_X = 0, N_Y = 0, N_Z = 0;
 
     // 1 once supports and loads were entered by hand: they are then no longer made from node flags.
@@ -137,13 +146,22 @@ struct Model {
     float X_MIN = 9999.9f, Y_MIN = 9999.9f, Z_MIN = 9999.9f;
     float X_MAX = -9999.9f, Y_MAX = -9999.9f, Z_MAX = -9999.9f;
 
+    // Categories by the group labels of the axis data read last, one a member (jiku_label_kinds).
+    std::vector<std::int32_t> label_kinds;
+
+    // Member counts when make_gaichu started and ended: the outer columns are the members between.
+    std::int32_t GaichuStart = 0, GaichuEnd = 0;
+
+    NodeIndex node_index;
+
+    // The radius of search_2dim_node and of picking, plane units.
+    float snap_radius = 10.0f;
+
     // What a new material starts with.
     float default_E = 100000.0f;
     float default_poisson = 0.3f;
     float default_density = 0.0005f;
 };
-
-extern Model model;
 
 // Node or member number (1-based) and table position (0-based).
 constexpr int position_of(int no) {
@@ -162,17 +180,13 @@ const char* kind_name(int kind);
 
 // Empties nodes, members, sections, materials, supports, loads and levels, and forgets that
 // supports and loads were edited. Every command that makes a model starts with it.
-void reset_model();
-
-// How often reset_model was called. What is derived from one model remembers this number and is
-// void once it has changed.
-std::uint32_t model_edition();
+void reset_model(Model& model);
 
 // Widens the model bounds (X_MIN ... Z_MAX) by a point, cm.
-void widen_bounds(float x, float y, float z);
+void widen_bounds(Model& model, float x, float y, float z);
 
 // Sets the model bounds to +9999.9 (minima) and -9999.9 (maxima).
-void reset_bounds();
+void reset_bounds(Model& model);
 
 // Copies a name (UTF-8) into a fixed name field, cut between characters to what the field holds.
 void set_name(char (&field)[name_bytes], const char* name);

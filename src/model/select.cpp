@@ -33,7 +33,7 @@ bool matches_pattern(std::string_view pattern, std::string_view text) {
     return p == pattern.size();
 }
 
-std::vector<int> select_nodes(std::string_view selector) {
+std::vector<int> select_nodes(const Model& model, std::string_view selector) {
     std::vector<int> found;
     if (model.N_Node == 0) {
         return found;
@@ -61,7 +61,7 @@ bool CrossSection::operator<(const CrossSection& other) const {
     return haba < other.haba || (same_float(haba, other.haba) && atumi < other.atumi);
 }
 
-std::vector<CrossSection> cross_sections() {
+std::vector<CrossSection> cross_sections(const Model& model) {
     std::set<CrossSection> sections;
     for (int i = 0; i < model.N_Beam; ++i) {
         sections.insert({model.beam[i].haba, model.beam[i].atumi});

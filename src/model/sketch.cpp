@@ -3,7 +3,8 @@
 #include "base/float.h"
 #include "base/format.h"
 #include "base/message.h"
-#include "model/lookup.h"
+#include "model/members.h"
+#include "model/nodes.h"
 
 #include <algorithm>
 #include <cmath>
@@ -20,7 +21,7 @@ bool is_missing(const Beam& beam) {
     return beam.flag != 2;
 }
 
-SketchCount count_sketch() {
+SketchCount count_sketch(const Model& model) {
     SketchCount count{model.N_Node, 0, model.N_Beam, 0};
     for (int i = 0; i < model.N_Node; ++i) {
         count.missing_nodes += is_missing(model.node[i]) ? 1 : 0;
@@ -31,13 +32,13 @@ SketchCount count_sketch() {
     return count;
 }
 
-bool all_nodes_known() {
+bool all_nodes_known(const Model& model) {
     const auto begin = model.node.begin();
     return model.N_Node > 0 && std::all_of(begin, begin + model.N_Node,
                                            [](const Node& node) { return node.flag == 2; });
 }
 
-int search_cross_beam(float x1, float y1, float x2, float y2, SheetPoint& at) {
+int search_cross_beam(const Model& model, float x1, float y1, float x2, float y2, SheetPoint& at) {
     constexpr double parallel = 0.0001; // smallest |d| that counts as a crossing
     const double dx = static_cast<double>(x2) - x1;
     const double dy = static_cast<double>(y2) - y1;
@@ -61,7 +62,7 @@ int search_cross_beam(float x1, float y1, float x2, float y2, SheetPoint& at) {
     return -1;
 }
 
-int search_point_beam(SheetPoint from, SheetPoint to) {
+int search_point_beam(const Model& model, SheetPoint from, SheetPoint to) {
     const double dx = static_cast<double>(to.X) - from.X;
     const double dy = static_cast<double>(to.Y) - from.Y;
     const double square = dx * dx + dy * dy;
@@ -73,14 +74,14 @@ int search_point_beam(SheetPoint from, SheetPoint to) {
         const double px = static_cast<double>(beam.XS) - from.X;
         const double py = static_cast<double>(beam.YS) - from.Y;
         const double along = square > 0.0 ? std::clamp((px * dx + py * dy) / square, 0.0, 1.0) : 0;
-        if (std::hypot(px - along * dx, py - along * dy) < static_cast<double>(snap_radius)) {
+        if (std::hypot(px - along * dx, py - along * dy) < static_cast<double>(model.snap_radius)) {
             return i;
         }
     }
     return -1;
 }
 
-int search_near_beam(float X, float Y, float radius) {
+int search_near_beam(const Model& model, float X, float Y, float radius) {
     int nearest = -1;
     double least = radius;
     for (int i = 0; i < model.N_Beam; ++i) {
@@ -100,15 +101,15 @@ int search_near_beam(float X, float Y, float radius) {
     return nearest;
 }
 
-void set_node_place(int node, float x, float y, float z) {
+void set_node_place(Model& model, int node, float x, float y, float z) {
     model.node[node].x = x;
     model.node[node].y = y;
     model.node[node].z = z;
     model.node[node].flag = 2;
-    copy_node_to_beams(node);
+    copy_node_to_beams(model, node);
 }
 
-void set_beam_section(int beam, float haba, float atumi) {
+void set_beam_section(Model& model, int beam, float haba, float atumi) {
     model.beam[beam].haba = haba;
     model.beam[beam].atumi = atumi;
     model.beam[beam].flag = 2;
@@ -159,7 +160,7 @@ SheetOutcome TegakiSheet::release(SheetPoint at) {
             break;
         }
     }
-    check_all_node_beam();
+    check_all_node_beam(model_);
     return outcome;
 }
 
@@ -179,10 +180,10 @@ bool TegakiSheet::give_up() {
         return was_pressed;
     }
     if (first_.made) {
-        --model.N_Node;
-        forget_node_index();
+        --model_.N_Node;
+        forget_node_index(model_);
     } else {
-        model.node[first_.node].flag = first_.old_flag;
+        model_.node[first_.node].flag = first_.old_flag;
     }
     OnBuzaiShitei = 1;
     marks_.clear();
@@ -191,22 +192,22 @@ bool TegakiSheet::give_up() {
 
 TegakiSheet::End TegakiSheet::place_end(SheetPoint at) {
     End end;
-    end.node = search_2dim_node(at.X, at.Y);
+    end.node = search_2dim_node(model_, at.X, at.Y);
     if (end.node >= 0) {
-        Node& node = model.node[end.node];
+        Node& node = model_.node[end.node];
         end.old_flag = node.flag;
         const bool known = node.flag == 2;
         marks_.push_back({known ? MarkKind::snapped_known : MarkKind::snapped, {node.X, node.Y}});
         node.flag = node.flag == 0 ? 1 : node.flag;
         return end;
     }
-    if (model.N_Node >= node_capacity) {
+    if (model_.N_Node >= node_capacity) {
         refuse(text_format("節点が多すぎます（最大 %d 個）", node_capacity));
         return end;
     }
-    end.node = model.N_Node++;
+    end.node = model_.N_Node++;
     end.made = true;
-    Node& node = model.node[end.node];
+    Node& node = model_.node[end.node];
     node = Node{};
     node.no = number_at(end.node);
     node.x = node.y = node.z = unknown_place;
@@ -217,7 +218,7 @@ TegakiSheet::End TegakiSheet::place_end(SheetPoint at) {
 }
 
 SheetOutcome TegakiSheet::place_first_end() {
-    if (model.N_Beam >= beam_capacity) {
+    if (model_.N_Beam >= beam_capacity) {
         refuse(text_format("部材が多すぎます（最大 %d 本）", beam_capacity));
         return {};
     }
@@ -225,8 +226,8 @@ SheetOutcome TegakiSheet::place_first_end() {
     if (first_.node < 0) {
         return {};
     }
-    const Node& node = model.node[first_.node];
-    Beam& beam = model.beam[model.N_Beam];
+    const Node& node = model_.node[first_.node];
+    Beam& beam = model_.beam[model_.N_Beam];
     beam = Beam{};
     beam.noi = node.no;
     beam.XS = node.X;
@@ -242,10 +243,10 @@ SheetOutcome TegakiSheet::place_second_end() {
         marks_.pop_back();
         return {};
     }
-    Beam& beam = model.beam[model.N_Beam];
-    const Node& start = model.node[first_.node];
-    const Node& end = model.node[second.node];
-    beam.no = number_at(model.N_Beam);
+    Beam& beam = model_.beam[model_.N_Beam];
+    const Node& start = model_.node[first_.node];
+    const Node& end = model_.node[second.node];
+    beam.no = number_at(model_.N_Beam);
     beam.noj = end.no;
     beam.XL = end.X;
     beam.YL = end.Y;
@@ -262,13 +263,13 @@ SheetOutcome TegakiSheet::place_second_end() {
     beam.atumi = new_beam_atumi;
     beam.flag = 1;
     OnBuzaiShitei = 1;
-    return {SheetEvent::drawn, model.N_Beam++};
+    return {SheetEvent::drawn, model_.N_Beam++};
 }
 
 SheetOutcome TegakiSheet::cross(SheetPoint from, SheetPoint to) {
     SheetPoint at{};
-    int beam = search_cross_beam(from.X, from.Y, to.X, to.Y, at);
-    beam = beam < 0 ? search_point_beam(from, to) : beam;
+    int beam = search_cross_beam(model_, from.X, from.Y, to.X, to.Y, at);
+    beam = beam < 0 ? search_point_beam(model_, from, to) : beam;
     if (beam < 0) {
         refuse("該当する部材が見つからない");
         return {};
@@ -276,17 +277,17 @@ SheetOutcome TegakiSheet::cross(SheetPoint from, SheetPoint to) {
     if (OnBuzaiData == 1) {
         return {SheetEvent::ask_beam, beam};
     }
-    del_beam(beam);
+    del_beam(model_, beam);
     return {SheetEvent::removed, beam};
 }
 
 SheetOutcome TegakiSheet::pick_node(SheetPoint at) {
-    const int node = search_2dim_node(at.X, at.Y);
+    const int node = search_2dim_node(model_, at.X, at.Y);
     if (node < 0) {
         refuse("節点が見つかりません");
         return {};
     }
-    marks_.push_back({MarkKind::picked, {model.node[node].X, model.node[node].Y}});
+    marks_.push_back({MarkKind::picked, {model_.node[node].X, model_.node[node].Y}});
     return {SheetEvent::ask_node, node};
 }
 

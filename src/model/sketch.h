@@ -19,6 +19,16 @@ struct SheetPoint {
     float X, Y;
 };
 
+// The old-node table: the kept sheet positions of the nodes, while the model is viewed from
+// elsewhere.
+struct SketchPlaces {
+    // 1 while the table holds kept positions: after save_old_node on at least one node, and after a
+    // file was read. 0 at start and after forget_old_node.
+    std::int32_t OnSaveOld = 0;
+    Table<SheetPoint, node_capacity> old_node;
+    std::int32_t N_OldNode = 0;
+};
+
 // x, y and z of a node whose place is not known yet, cm.
 constexpr float unknown_place = -1.0f;
 
@@ -36,27 +46,27 @@ struct SketchCount {
     int nodes, missing_nodes, beams, missing_beams;
     bool is_finished() const { return beams > 0 && missing_nodes == 0 && missing_beams == 0; }
 };
-SketchCount count_sketch();
+SketchCount count_sketch(const Model& model);
 
 // True when every node has flag 2, and there is one.
-bool all_nodes_known();
+bool all_nodes_known(const Model& model);
 
 // Position of the first member whose sheet line crosses the line from (x1, y1) to (x2, y2), ends
 // included, or -1; `at` is then the crossing. A member parallel to the line is not crossed.
-int search_cross_beam(float x1, float y1, float x2, float y2, SheetPoint& at);
+int search_cross_beam(const Model& model, float x1, float y1, float x2, float y2, SheetPoint& at);
 
 // Position of the first member that is a point on the sheet, and so is never crossed, within the
 // snap radius of the line; or -1.
-int search_point_beam(SheetPoint from, SheetPoint to);
+int search_point_beam(const Model& model, SheetPoint from, SheetPoint to);
 
 // Position of the member whose sheet line lies closest to (X, Y) and closer than `radius`, or -1.
-int search_near_beam(float X, float Y, float radius);
+int search_near_beam(const Model& model, float X, float Y, float radius);
 
 // Gives the node at position `node` its place, cm: flag 2, and its members follow.
-void set_node_place(int node, float x, float y, float z);
+void set_node_place(Model& model, int node, float x, float y, float z);
 
 // Gives the member at position `beam` a section, cm, and flag 2.
-void set_beam_section(int beam, float haba, float atumi);
+void set_beam_section(Model& model, int beam, float haba, float atumi);
 
 // What the mouse is for.
 enum class SheetMode { draw, remove, node_data, beam_data };
@@ -91,6 +101,9 @@ struct SheetOutcome {
 // The state of the sheet between the events of the mouse.
 class TegakiSheet {
   public:
+    // Draws into this model, which lives longer.
+    explicit TegakiSheet(Model& model) : model_(model) {}
+
     static constexpr int left_button = 1;
     static constexpr int right_button = 2;
 
@@ -133,6 +146,7 @@ class TegakiSheet {
     SheetOutcome cross(SheetPoint from, SheetPoint to);
     SheetOutcome pick_node(SheetPoint at);
 
+    Model& model_;
     int iMouse = 0;        // presses since the last release: +1 left, +2 right
     int OnBuzaiShitei = 1; // 1 the first end is waited for, 2 the second, 0 another mode
     int OnBuzaiSakujyo = 0;

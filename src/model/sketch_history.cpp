@@ -1,6 +1,6 @@
 #include "model/sketch_history.h"
 
-#include "model/lookup.h"
+#include "model/nodes.h"
 
 #include <algorithm>
 #include <cstring>
@@ -25,16 +25,16 @@ Shared<Record> copy_of(const Table& table, int count, const Shared<Record>& earl
 } // namespace
 
 void SketchHistory::start(bool saved) {
-    steps_.assign(1, {copy_of<Node>(model.node, model.N_Node, {}),
-                      copy_of<Beam>(model.beam, model.N_Beam, {})});
+    steps_.assign(1, {copy_of<Node>(model_.node, model_.N_Node, {}),
+                      copy_of<Beam>(model_.beam, model_.N_Beam, {})});
     at_ = 0;
     saved_ = saved ? steps_.front() : Step{};
 }
 
 bool SketchHistory::commit() {
     const Step& before = steps_[at_];
-    Step now{copy_of(model.node, model.N_Node, before.node),
-             copy_of(model.beam, model.N_Beam, before.beam)};
+    Step now{copy_of(model_.node, model_.N_Node, before.node),
+             copy_of(model_.beam, model_.N_Beam, before.beam)};
     if (now.node == before.node && now.beam == before.beam) {
         return false;
     }
@@ -63,11 +63,11 @@ void SketchHistory::redo() {
 
 void SketchHistory::restore() {
     const Step& step = steps_[at_];
-    std::copy(step.node->begin(), step.node->end(), model.node.begin());
-    std::copy(step.beam->begin(), step.beam->end(), model.beam.begin());
-    model.N_Node = static_cast<std::int32_t>(step.node->size());
-    model.N_Beam = static_cast<std::int32_t>(step.beam->size());
-    forget_node_index();
+    std::copy(step.node->begin(), step.node->end(), model_.node.begin());
+    std::copy(step.beam->begin(), step.beam->end(), model_.beam.begin());
+    model_.N_Node = static_cast<std::int32_t>(step.node->size());
+    model_.N_Beam = static_cast<std::int32_t>(step.beam->size());
+    forget_node_index(model_);
 }
 
 void SketchHistory::mark_saved() {

@@ -12,6 +12,9 @@ namespace kigumi {
 
 class SketchHistory {
   public:
+    // The history of this model, which lives longer.
+    explicit SketchHistory(Model& model) : model_(model) {}
+
     // Commands that can be taken back; older ones are forgotten.
     static constexpr int most_steps = 100;
 
@@ -38,6 +41,7 @@ class SketchHistory {
     };
     void restore();
 
+    Model& model_;
     std::deque<Step> steps_;
     size_t at_ = 0;
     Step saved_;

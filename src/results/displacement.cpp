@@ -25,7 +25,7 @@ void tell_other_name(const Disp& disp, const Setuten& node) {
 }
 
 // Moves every result node by its displacement; of nodes with one number the last one counts.
-void move_nodes(float scale) {
+void move_nodes(Result& result, float scale) {
     std::unordered_map<int, std::vector<int>> positions_by_no;
     for (int j = 0; j < result.N_Setuten; ++j) {
         positions_by_no[result.setuten[j].OldNo].push_back(j);
@@ -53,7 +53,7 @@ void move_nodes(float scale) {
 // The displaced nodes by number; null for a number that several of them have.
 using HeniIndex = std::unordered_map<int, const HeniNode*>;
 
-HeniIndex index_heni_nodes() {
+HeniIndex index_heni_nodes(const Result& result) {
     HeniIndex index;
     for (int i = 0; i < result.N_Setuten; ++i) {
         const HeniNode& node = result.heni_node[i];
@@ -75,10 +75,10 @@ const HeniNode* find_once(const HeniIndex& index, int no) {
 
 } // namespace
 
-int get_new_beam(float scale) {
+int get_new_beam(Result& result, float scale) {
     spy("Enter get_new_beam()");
-    move_nodes(scale);
-    const HeniIndex index = index_heni_nodes();
+    move_nodes(result, scale);
+    const HeniIndex index = index_heni_nodes(result);
     for (int k = 0; k < result.N_Stress; ++k) {
         const Stress& s = result.stress[k];
         const HeniNode* start = find_once(index, s.old_noi);

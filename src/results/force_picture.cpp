@@ -2,9 +2,9 @@
 
 #include "analysis/result_reader.h"
 #include "base/format.h"
-#include "geometry/viewpoint.h"
+#include "draw/stroke_font.h"
 #include "results/selection.h"
-#include "results/stroke_font.h"
+#include "sight/viewpoint.h"
 #include "trace/spy.h"
 
 #include <algorithm>
@@ -75,25 +75,26 @@ Pen member_pen(const Stress& s, const ResultView& shown) {
 
 // Draws every member with its pen of the mode. With a selection the members outside it come first
 // and grey.
-void draw_by_pen(Canvas& canvas, const Projector& plane, const ResultView& shown) {
+void draw_by_pen(const Result& result, Canvas& canvas, const Projector& plane,
+                 const ResultView& shown) {
     const bool any_selected = result.Nken_Stress > 0;
     if (any_selected) {
         set_pen(canvas, not_selected);
         for (int i = 0; i < result.N_Stress; ++i) {
-            if (!is_selected(i)) {
+            if (!is_selected(result, i)) {
                 draw_member(canvas, plane, result.stress[i]);
             }
         }
     }
     for (int i = 0; i < result.N_Stress; ++i) {
-        if (!any_selected || is_selected(i)) {
+        if (!any_selected || is_selected(result, i)) {
             set_pen(canvas, member_pen(result.stress[i], shown));
             draw_member(canvas, plane, result.stress[i]);
         }
     }
 }
 
-void draw_all_members(Canvas& canvas, const Projector& plane) {
+void draw_all_members(const Result& result, Canvas& canvas, const Projector& plane) {
     set_pen(canvas, thin_black);
     for (int i = 0; i < result.N_Stress; ++i) {
         draw_member(canvas, plane, result.stress[i]);
@@ -101,16 +102,17 @@ void draw_all_members(Canvas& canvas, const Projector& plane) {
 }
 
 // Both shapes of the members that are in the selection, or out of it; each shape with its pen.
-void draw_shapes(Canvas& canvas, const Projector& plane, bool selected, Pen before, Pen after) {
+void draw_shapes(const Result& result, Canvas& canvas, const Projector& plane, bool selected,
+                 Pen before, Pen after) {
     set_pen(canvas, before);
     for (int i = 0; i < result.N_Stress; ++i) {
-        if (is_selected(i) == selected) {
+        if (is_selected(result, i) == selected) {
             draw_member(canvas, plane, result.stress[i]);
         }
     }
     set_pen(canvas, after);
     for (int i = 0; i < result.N_Stress; ++i) {
-        if (is_selected(i) == selected) {
+        if (is_selected(result, i) == selected) {
             const HeniBeam& b = result.heni_beam[i];
             draw_between(canvas, plane(b.xs, b.ys, b.zs), plane(b.xl, b.yl, b.zl));
         }
@@ -121,7 +123,7 @@ void draw_shapes(Canvas& canvas, const Projector& plane, bool selected, Pen befo
 using Place = std::function<std::optional<PlanePoint>(float x, float y, float z)>;
 
 // The places in the picture of the mode.
-Place place_of(const ResultView& shown) {
+Place place_of(const View& view, const ResultView& shown) {
     if (shown.mode != mode_solids) {
         return [plane = Projector(shown.TAU, shown.FAI)](float x, float y, float z) {
             return std::optional(plane(x, y, z));
@@ -136,6 +138,9 @@ Place place_of(const ResultView& shown) {
 
 // Draws labels at points of the model in one fitted window. The font has to be there.
 struct Labeller {
+    const Model& model;
+    const Result& result;
+    Lettering& lettering;
     Canvas& canvas;
     const Place place;
     const float name_height;  // plane units
@@ -147,7 +152,7 @@ struct Labeller {
         if (!at || !canvas.shows(at->X, at->Y)) {
             return;
         }
-        draw_text(canvas, text, length, at->X + clear * height, at->Y, 0.0f, height);
+        draw_text(lettering, canvas, text, length, at->X + clear * height, at->Y, 0.0f, height);
     }
     void put(const std::string& text, const std::optional<PlanePoint>& at, float clear) const {
         put(text, static_cast<int>(text.size()), at, other_height, clear);
@@ -158,16 +163,16 @@ constexpr float beside_node = 2.0f;
 constexpr float at_point = 0.0f;
 
 void label_names(const Labeller& labeller) {
-    for (int i = 0; i < result.N_Setuten; ++i) {
-        const Setuten& node = result.setuten[i];
+    for (int i = 0; i < labeller.result.N_Setuten; ++i) {
+        const Setuten& node = labeller.result.setuten[i];
         labeller.put(node.pname, matched_name_length, labeller.place(node.x, node.y, node.z),
                      labeller.name_height, beside_node);
     }
 }
 
 void label_members(const Labeller& labeller) {
-    for (int i = 0; i < result.N_Stress; ++i) {
-        const Stress& s = result.stress[i];
+    for (int i = 0; i < labeller.result.N_Stress; ++i) {
+        const Stress& s = labeller.result.stress[i];
         const std::optional<PlanePoint> middle =
             labeller.place((s.xi + s.xj) * 0.5f, (s.yi + s.yj) * 0.5f, (s.zi + s.zj) * 0.5f);
         labeller.put(text_format("%5d", s.no), middle, at_point);
@@ -176,24 +181,24 @@ void label_members(const Labeller& labeller) {
 
 // Puts a label at the model's node number `no`; nothing for a node that is nowhere.
 void label_node(const Labeller& labeller, int no, const std::string& text, float clear) {
-    if (const Setuten* node = find_setuten(no)) {
+    if (const Setuten* node = find_setuten(labeller.result, no)) {
         labeller.put(text, labeller.place(node->x, node->y, node->z), clear);
-    } else if (no >= 1 && no <= model.N_Node) {
-        const Node& own = model.node[position_of(no)];
+    } else if (no >= 1 && no <= labeller.model.N_Node) {
+        const Node& own = labeller.model.node[position_of(no)];
         labeller.put(text, labeller.place(own.x, own.y, own.z), clear);
     }
 }
 
 void label_fixes(const Labeller& labeller) {
-    for (int i = 0; i < model.N_Fix; ++i) {
-        const Fix& f = model.fix[i];
+    for (int i = 0; i < labeller.model.N_Fix; ++i) {
+        const Fix& f = labeller.model.fix[i];
         label_node(labeller, f.no, text_format("Fix %1d%1d%1d111", f.ix, f.iy, f.iz), beside_node);
     }
 }
 
 void label_loads(const Labeller& labeller) {
-    for (int i = 0; i < model.N_Load; ++i) {
-        const Load& p = model.load[i];
+    for (int i = 0; i < labeller.model.N_Load; ++i) {
+        const Load& p = labeller.model.load[i];
         label_node(labeller, p.no, text_format("Load x %8.1f y %5.1f z %8.1f", p.fx, p.fy, p.fz),
                    at_point);
     }
@@ -203,12 +208,12 @@ bool has_room(const Viewport& crt) {
     return crt.right > crt.left && crt.bottom > crt.top;
 }
 
-bool is_fitted(const DrawArea& area) {
+bool is_fitted(const Result& result, const DrawArea& area) {
     return result.N_Stress > 0 && has_room(area.crt) && can_map(area);
 }
 
-bool start_picture(Canvas& canvas, ResultView& shown) {
-    if (!fit_result(shown)) {
+bool start_picture(const Result& result, Canvas& canvas, ResultView& shown) {
+    if (!fit_result(result, shown)) {
         return false;
     }
     canvas.set_area(shown.area);
@@ -221,7 +226,7 @@ int sign_colour(float force) {
     return force > 0.0f ? colour_red : colour_blue;
 }
 
-bool fit_result(ResultView& shown) {
+bool fit_result(const Result& result, ResultView& shown) {
     const Projector plane(shown.TAU, shown.FAI);
     PlaneBounds bounds = aspect_fit_start;
     for (int i = 0; i < result.N_Stress; ++i) {
@@ -230,61 +235,63 @@ bool fit_result(ResultView& shown) {
         bounds.widen(plane(s.xj, s.yj, s.zj));
     }
     aspect_fit(shown.area, bounds);
-    return is_fitted(shown.area);
+    return is_fitted(result, shown.area);
 }
 
-void make_wire(Canvas& canvas, ResultView& shown) {
+void make_wire(const Result& result, Canvas& canvas, ResultView& shown) {
     spy("Enter make_wire()");
-    if (!start_picture(canvas, shown)) {
+    if (!start_picture(result, canvas, shown)) {
         return;
     }
     const Projector plane(shown.TAU, shown.FAI);
     if (result.Nken_Stress > 0) {
-        draw_by_pen(canvas, plane, shown);
+        draw_by_pen(result, canvas, plane, shown);
     } else {
-        draw_all_members(canvas, plane);
+        draw_all_members(result, canvas, plane);
     }
     draw_axes(canvas, plane);
     set_pen(canvas, thin_black);
 }
 
-void make_force_wire(Canvas& canvas, ResultView& shown) {
+void make_force_wire(const Result& result, Canvas& canvas, ResultView& shown) {
     spy("Enter make_force_wire()");
-    if (!start_picture(canvas, shown)) {
+    if (!start_picture(result, canvas, shown)) {
         return;
     }
-    draw_by_pen(canvas, Projector(shown.TAU, shown.FAI), shown);
+    draw_by_pen(result, canvas, Projector(shown.TAU, shown.FAI), shown);
     set_pen(canvas, thin_black);
 }
 
-void make_heni(Canvas& canvas, ResultView& shown) {
+void make_heni(const Result& result, Canvas& canvas, ResultView& shown) {
     spy("Enter make_heni()");
-    if (!start_picture(canvas, shown)) {
+    if (!start_picture(result, canvas, shown)) {
         return;
     }
     const Projector plane(shown.TAU, shown.FAI);
     constexpr Pen displaced{pen_solid, 1, colour_red};
     const bool any_selected = result.Nken_Stress > 0;
     if (any_selected) {
-        draw_shapes(canvas, plane, false, not_selected, not_selected);
+        draw_shapes(result, canvas, plane, false, not_selected, not_selected);
     }
-    draw_shapes(canvas, plane, any_selected, thin_black, displaced);
+    draw_shapes(result, canvas, plane, any_selected, thin_black, displaced);
     set_pen(canvas, thin_black);
 }
 
-int draw_result_labels(Canvas& canvas, const ResultView& shown) {
+int draw_result_labels(const Model& model, const View& view, const Result& result,
+                       Lettering& lettering, Canvas& canvas, const ResultView& shown) {
     constexpr void (*put_labels[])(const Labeller&) = {label_names, label_members, label_fixes,
                                                        label_loads};
     const bool wanted = std::any_of(std::begin(shown.label), std::end(shown.label),
                                     [](int flag) { return flag != 0; });
-    if (!wanted || !is_fitted(shown.area)) {
+    if (!wanted || !is_fitted(result, shown.area)) {
         return 0;
     }
-    if (load_stroke_font() < 0) {
+    if (load_stroke_font(lettering) < 0) {
         return -1;
     }
     const float height = (shown.area.world.ymax - shown.area.world.ymin) / canvas.zoom();
-    const Labeller labeller{canvas, place_of(shown), height / 75.0f, height * 0.01f};
+    const Labeller labeller{model,          result,        lettering, canvas, place_of(view, shown),
+                            height / 75.0f, height * 0.01f};
     for (int kind = 0; kind < result_label_count; ++kind) {
         if (shown.label[kind] != 0) {
             put_labels[kind](labeller);
@@ -293,23 +300,24 @@ int draw_result_labels(Canvas& canvas, const ResultView& shown) {
     return 0;
 }
 
-int draw_result_picture(Canvas& canvas, ResultView& shown) {
+int draw_result_picture(const Model& model, const View& view, const Result& result,
+                        Lettering& lettering, Canvas& canvas, ResultView& shown) {
     switch (shown.mode) {
     case mode_wire:
-        make_wire(canvas, shown);
+        make_wire(result, canvas, shown);
         break;
     case mode_sign:
     case mode_band:
     case mode_width:
-        make_force_wire(canvas, shown);
+        make_force_wire(result, canvas, shown);
         break;
     case mode_displaced:
-        make_heni(canvas, shown);
+        make_heni(result, canvas, shown);
         break;
     default:
         return 0;
     }
-    return draw_result_labels(canvas, shown);
+    return draw_result_labels(model, view, result, lettering, canvas, shown);
 }
 
 } // namespace kigumi

@@ -2,7 +2,9 @@
 #pragma once
 
 #include "analysis/result.h"
-#include "geometry/canvas.h"
+#include "draw/canvas.h"
+#include "draw/projection.h"
+#include "draw/stroke_font.h"
 
 namespace kigumi {
 
@@ -41,32 +43,34 @@ int sign_colour(float force);
 
 // Fits the window around all result members (aspect fit). False when there are none or when they or
 // the client size cannot be mapped; the pictures below then draw nothing.
-bool fit_result(ResultView& shown);
+bool fit_result(const Result& result, ResultView& shown);
 
 // With a selection (results/selection.h) modes 2 to 5 and 9 draw the members outside it first and
 // in silver, the selected ones as they would else be drawn.
 
 // Fits, tells the canvas and draws mode 2: every result member in black and the axes, 100 cm each,
 // from the origin.
-void make_wire(Canvas& canvas, ResultView& shown);
+void make_wire(const Result& result, Canvas& canvas, ResultView& shown);
 
 // Fits, tells the canvas and draws mode 3, 4 or 5: every result member with a pen by its force and
 // percent.
-void make_force_wire(Canvas& canvas, ResultView& shown);
+void make_force_wire(const Result& result, Canvas& canvas, ResultView& shown);
 
 // Fits, tells the canvas and draws mode 9: the members in black and, over them, the displaced
 // members of get_new_beam in red.
-void make_heni(Canvas& canvas, ResultView& shown);
+void make_heni(const Result& result, Canvas& canvas, ResultView& shown);
 
 // Draws, with the pen as it stands, the labels whose flags are set into the window fitted before:
 // node names, member numbers, supports and loads (`fix` and `load` of the model; their nodes are
 // looked for among the result nodes, then in the model). In mode_solids they stand where the shared
 // eye (`view`) sees their points, and those before its near plane are left out. 0, or -1 after a
 // message when there is no stroke font.
-int draw_result_labels(Canvas& canvas, const ResultView& shown);
+int draw_result_labels(const Model& model, const View& view, const Result& result,
+                       Lettering& lettering, Canvas& canvas, const ResultView& shown);
 
 // One repaint: the picture of the mode and its labels. Nothing for mode_solids and unknown modes.
 // 0, or -1 as draw_result_labels.
-int draw_result_picture(Canvas& canvas, ResultView& shown);
+int draw_result_picture(const Model& model, const View& view, const Result& result,
+                        Lettering& lettering, Canvas& canvas, ResultView& shown);
 
 } // namespace kigumi

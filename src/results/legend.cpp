@@ -16,7 +16,7 @@ struct Extremes {
     const Stress* compression = nullptr;
 };
 
-Extremes extremes() {
+Extremes extremes(const Result& result) {
     Extremes found;
     for (int i = result.N_Stress - 1; i >= 0; --i) {
         const Stress& s = result.stress[i];
@@ -36,8 +36,8 @@ void add_extreme(Lines& lines, const char* sign, const Stress* s) {
                          : text_format("最大%s　%.1f kgf（部材 %d）", sign, s->force, s->no)});
 }
 
-void add_extremes(Lines& lines) {
-    const Extremes found = extremes();
+void add_extremes(const Result& result, Lines& lines) {
+    const Extremes found = extremes(result);
     add_extreme(lines, "引張", found.tension);
     add_extreme(lines, "圧縮", found.compression);
 }
@@ -48,7 +48,7 @@ void add_signs(Lines& lines, int width, const char* tension, const char* compres
 }
 
 // `others_shown`: the members outside the selection are in the picture, too.
-void add_selection(Lines& lines, bool others_shown = true) {
+void add_selection(const Result& result, Lines& lines, bool others_shown = true) {
     if (result.Nken_Stress > 0) {
         if (others_shown) {
             lines.push_back({colour_silver, 1, "選択していない部材"});
@@ -66,7 +66,7 @@ void add_axes(Lines& lines) {
     lines.push_back({colour_red, 1, "Z 軸（100 cm）"});
 }
 
-void add_displacements(Lines& lines, float scale) {
+void add_displacements(const Result& result, Lines& lines, float scale) {
     lines.push_back({colour_black, 1, "変位前"});
     lines.push_back({colour_red, 1, text_format("変位後（変位 %g 倍）", scale)});
     if (result.N_Setuten > 0) {
@@ -78,18 +78,18 @@ void add_displacements(Lines& lines, float scale) {
 
 } // namespace
 
-std::vector<LegendLine> result_legend(const ResultView& shown, float scale) {
+std::vector<LegendLine> result_legend(const Result& result, const ResultView& shown, float scale) {
     constexpr int wide = 5; // sample of a large force
     Lines lines;
     switch (shown.mode) {
     case mode_wire:
         add_axes(lines);
-        add_selection(lines);
+        add_selection(result, lines);
         break;
     case mode_sign:
         add_signs(lines, 1, "引張（＋）", "圧縮（－）、軸力 0");
-        add_extremes(lines);
-        add_selection(lines);
+        add_extremes(result, lines);
+        add_selection(result, lines);
         break;
     case mode_band:
         add_signs(lines, 1, "引張（＋）", "圧縮（－）、軸力 0");
@@ -97,26 +97,26 @@ std::vector<LegendLine> result_legend(const ResultView& shown, float scale) {
         lines.push_back({-1, 1,
                          text_format("範囲　最大軸力 %.1f kgf の %g～%g ％", result.force_max,
                                      shown.lower, shown.upper)});
-        add_extremes(lines);
-        add_selection(lines);
+        add_extremes(result, lines);
+        add_selection(result, lines);
         break;
     case mode_width:
         add_signs(lines, wide, "引張（＋）", "圧縮（－）");
         lines.push_back({colour_black, 1, "最大軸力の 10 ％未満"});
         lines.push_back({-1, 1, "太さ　10 ％ごとに 1 ピクセル"});
-        add_extremes(lines);
-        add_selection(lines);
+        add_extremes(result, lines);
+        add_selection(result, lines);
         break;
     case mode_solids:
         add_signs(lines, wide, "丸　引張（＋）", "角　圧縮（－）、1 ％以下の引張は赤い角");
         lines.push_back(
             {-1, 1, text_format("断面積　1 cm² が最大軸力 %.1f kgf の 1 ％", result.force_max)});
-        add_extremes(lines);
-        add_selection(lines, shown.all_bars);
+        add_extremes(result, lines);
+        add_selection(result, lines, shown.all_bars);
         break;
     case mode_displaced:
-        add_displacements(lines, scale);
-        add_selection(lines);
+        add_displacements(result, lines, scale);
+        add_selection(result, lines);
         break;
     default:
         break;

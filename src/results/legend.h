@@ -1,6 +1,8 @@
 // The legend of a result picture: what its colours and widths mean, with the largest values.
 #pragma once
 
+#include "analysis/result.h"
+
 #include <string>
 #include <vector>
 
@@ -18,7 +20,7 @@ struct LegendLine {
 // The legend of the picture as `shown` says: signs and colours, band, largest tension and
 // compression (kgf), magnification and largest displacement (cm), the selection. `scale` is the
 // magnification of the displaced shape. Empty for a mode without a picture.
-std::vector<LegendLine> result_legend(const ResultView& shown, float scale);
+std::vector<LegendLine> result_legend(const Result& result, const ResultView& shown, float scale);
 
 // What the picture shows, in a few words: "太さ色分", "変位10倍"; for its title.
 std::string result_title(const ResultView& shown, float scale);

@@ -14,7 +14,7 @@ constexpr std::string_view heading =
 
 } // namespace
 
-int save_listing(const fs::path& path) {
+int save_listing(const Result& result, const fs::path& path) {
     spy("Enter save_listing()");
     if (result.N_Stress <= 0) {
         show_message("保存するデータが存在しない");

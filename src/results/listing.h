@@ -1,6 +1,7 @@
 // The results listing (計算結果の保存).
 #pragma once
 
+#include "analysis/result.h"
 #include "base/files.h"
 
 namespace kigumi {
@@ -9,6 +10,6 @@ namespace kigumi {
 // The first line names the file as `path` gives it. 0, or -1 after a message:
 // "保存するデータが存在しない" without result members, "書きこみに失敗しました" when the file
 // cannot be written (an old one is then whole).
-int save_listing(const fs::path& path);
+int save_listing(const Result& result, const fs::path& path);
 
 } // namespace kigumi

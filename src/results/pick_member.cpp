@@ -1,8 +1,8 @@
 #include "results/pick_member.h"
 
-#include "geometry/perspective.h"
 #include "results/force_picture.h"
 #include "results/marukaku.h"
+#include "sight/perspective.h"
 
 #include <algorithm>
 #include <cmath>
@@ -22,10 +22,11 @@ double distance(PlanePoint at, PlanePoint from, PlanePoint to) {
     return std::hypot(ax - along * dx, ay - along * dy);
 }
 
-int pick_bar(PlanePoint at, float reach) {
+int pick_bar(const Result& result, const Solids& solids, const PerspectiveLines& perspective,
+             PlanePoint at, float reach) {
     int record = -1;
     double shortest = reach;
-    for (const VisibleSegment& seen : perspective_lines()) {
+    for (const VisibleSegment& seen : perspective_lines(solids, perspective)) {
         const Segment& s = seen.line;
         const double away = distance(at, {s.X1, s.Y1}, {s.X2, s.Y2});
         if (away < shortest || (record < 0 && away <= shortest)) {
@@ -33,14 +34,15 @@ int pick_bar(PlanePoint at, float reach) {
             record = seen.record;
         }
     }
-    return marukaku_row(record);
+    return marukaku_row(result, record);
 }
 
 } // namespace
 
-int pick_member(const ResultView& shown, PlanePoint at, float reach) {
+int pick_member(const Result& result, const Solids& solids, const PerspectiveLines& perspective,
+                const ResultView& shown, PlanePoint at, float reach) {
     if (shown.mode == mode_solids) {
-        return pick_bar(at, reach);
+        return pick_bar(result, solids, perspective, at, reach);
     }
     const bool displaced = shown.mode == mode_displaced;
     if (!displaced && (shown.mode < mode_wire || shown.mode > mode_width)) {

@@ -23,19 +23,19 @@ std::string csv_text(std::string_view text) {
     return field + '"';
 }
 
-std::string field_of(const ResultColumn& column, int row) {
+std::string field_of(const Result& result, const ResultColumn& column, int row) {
     if (column.text != nullptr) {
-        return csv_text(column.text(row));
+        return csv_text(column.text(result, row));
     }
     char digits[64];
-    const float value = static_cast<float>(column.number(row)) + 0.0f; // no negative zero
+    const float value = static_cast<float>(column.number(result, row)) + 0.0f; // no negative zero
     const auto written = std::to_chars(digits, digits + sizeof digits, value);
     return std::string(digits, written.ptr);
 }
 
 } // namespace
 
-std::string result_csv(const ResultTable& table, std::span<const int> rows) {
+std::string result_csv(const Result& result, const ResultTable& table, std::span<const int> rows) {
     std::string csv(byte_order_mark);
     const auto add_line = [&](const auto& field) {
         for (const ResultColumn& column : table.columns) {
@@ -45,21 +45,24 @@ std::string result_csv(const ResultTable& table, std::span<const int> rows) {
     };
     add_line([](const ResultColumn& column) { return csv_text(heading_text(column)); });
     for (const int row : rows) {
-        add_line([row](const ResultColumn& column) { return field_of(column, row); });
+        add_line(
+            [&result, row](const ResultColumn& column) { return field_of(result, column, row); });
     }
     return csv;
 }
 
-int save_result_csv(const fs::path& path, const ResultTable& table, std::span<const int> rows) {
+int save_result_csv(const Result& result, const fs::path& path, const ResultTable& table,
+                    std::span<const int> rows) {
     spy("Enter save_result_csv()");
     if (rows.empty()) {
         return refuse("保存するデータが存在しない");
     }
-    return save_file(path, result_csv(table, rows)) < 0 ? refuse("書きこみに失敗しました") : 0;
+    return save_file(path, result_csv(result, table, rows)) < 0 ? refuse("書きこみに失敗しました")
+                                                                : 0;
 }
 
-int save_result_csv(const fs::path& path, const ResultTable& table) {
-    return save_result_csv(path, table, all_rows(table));
+int save_result_csv(const Result& result, const fs::path& path, const ResultTable& table) {
+    return save_result_csv(result, path, table, all_rows(result, table));
 }
 
 } // namespace kigumi

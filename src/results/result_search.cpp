@@ -9,7 +9,7 @@ namespace kigumi {
 namespace {
 
 // The model's member of this number, or null.
-const Beam* find_beam(int no) {
+const Beam* find_beam(const Model& model, int no) {
     return no >= 1 && no <= model.N_Beam ? &model.beam[position_of(no)] : nullptr;
 }
 
@@ -17,8 +17,8 @@ bool of_sign(float force, ForceSign sign) {
     return sign == ForceSign::any || (force > 0.0f) == (sign == ForceSign::tension);
 }
 
-bool of_section(const Stress& member, const CrossSection& section) {
-    const Beam* beam = find_beam(member.no);
+bool of_section(const Model& model, const Stress& member, const CrossSection& section) {
+    const Beam* beam = find_beam(model, member.no);
     return beam != nullptr && section == CrossSection{beam->haba, beam->atumi};
 }
 
@@ -37,13 +37,13 @@ bool near(const float (&a)[3], const float (&b)[3]) {
 
 } // namespace
 
-bool matches_query(const Stress& member, const ResultQuery& query) {
+bool matches_query(const Model& model, const Stress& member, const ResultQuery& query) {
     if (!(member.percent >= query.lower && member.percent <= query.upper) ||
         !of_sign(member.force, query.sign) || member.no < query.first_no ||
         member.no > query.last_no) {
         return false;
     }
-    if (query.section && !of_section(member, *query.section)) {
+    if (query.section && !of_section(model, member, *query.section)) {
         return false;
     }
     const float start[3] = {member.xi, member.yi, member.zi};
@@ -57,10 +57,10 @@ bool matches_query(const Stress& member, const ResultQuery& query) {
     return true;
 }
 
-std::vector<int> find_members(const ResultQuery& query) {
+std::vector<int> find_members(const Model& model, const Result& result, const ResultQuery& query) {
     std::vector<int> rows;
     for (int row = 0; row < result.N_Stress; ++row) {
-        if (matches_query(result.stress[row], query)) {
+        if (matches_query(model, result.stress[row], query)) {
             rows.push_back(row);
         }
     }
@@ -68,13 +68,13 @@ std::vector<int> find_members(const ResultQuery& query) {
     return rows;
 }
 
-bool results_are_of_model() {
+bool results_are_of_model(const Model& model, const Result& result) {
     if (model.N_Beam == 0 || model.N_Beam != result.N_Stress) {
         return false;
     }
     for (int row = 0; row < result.N_Stress; ++row) {
         const Stress& member = result.stress[row];
-        const Beam* beam = find_beam(member.no);
+        const Beam* beam = find_beam(model, member.no);
         if (beam == nullptr || beam->noi != member.old_noi || beam->noj != member.old_noj ||
             !near({beam->xs, beam->ys, beam->zs}, {member.xi, member.yi, member.zi}) ||
             !near({beam->xl, beam->yl, beam->zl}, {member.xj, member.yj, member.zj})) {

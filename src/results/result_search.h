@@ -4,6 +4,8 @@
 #include "analysis/result.h"
 #include "model/select.h"
 
+#include <array>
+
 #include <limits>
 #include <optional>
 #include <vector>
@@ -31,13 +33,13 @@ struct ResultQuery {
 constexpr float level_rounding = 0.051f;
 
 // True when the member satisfies the query. A section is satisfied by members of the model only.
-bool matches_query(const Stress& member, const ResultQuery& query);
+bool matches_query(const Model& model, const Stress& member, const ResultQuery& query);
 
 // Rows of `result.stress` that satisfy the query, ascending.
-std::vector<int> find_members(const ResultQuery& query);
+std::vector<int> find_members(const Model& model, const Result& result, const ResultQuery& query);
 
 // True when the results are those of the model in the tables: as many members, the same numbers at
 // their ends, and ends at the same places but for the rounding of the files.
-bool results_are_of_model();
+bool results_are_of_model(const Model& model, const Result& result);
 
 } // namespace kigumi

@@ -13,22 +13,22 @@ namespace kigumi {
 
 namespace {
 
-template <auto Field> double stress_number(int row) {
+template <auto Field> double stress_number(const Result& result, int row) {
     return static_cast<double>(result.stress[row].*Field);
 }
-template <auto Field> const char* stress_text(int row) {
+template <auto Field> const char* stress_text(const Result& result, int row) {
     return result.stress[row].*Field;
 }
-template <auto Field> double disp_number(int row) {
+template <auto Field> double disp_number(const Result& result, int row) {
     return static_cast<double>(result.disp[row].*Field);
 }
-template <auto Field> const char* disp_text(int row) {
+template <auto Field> const char* disp_text(const Result& result, int row) {
     return result.disp[row].*Field;
 }
-int stress_rows() {
+int stress_rows(const Result& result) {
     return result.N_Stress;
 }
-int disp_rows() {
+int disp_rows(const Result& result) {
     return result.N_Setuten;
 }
 
@@ -138,8 +138,8 @@ const ResultTable& displacement_table() {
     return tables[2];
 }
 
-std::vector<int> all_rows(const ResultTable& table) {
-    std::vector<int> rows(static_cast<size_t>(table.rows()));
+std::vector<int> all_rows(const Result& result, const ResultTable& table) {
+    std::vector<int> rows(static_cast<size_t>(table.rows(result)));
     std::iota(rows.begin(), rows.end(), 0);
     return rows;
 }
@@ -149,8 +149,9 @@ std::string heading_text(const ResultColumn& column) {
                                 : text_format("%s (%s)", column.heading, column.unit);
 }
 
-ResultSheet::ResultSheet(const ResultTable& table) : table_(&table) {
-    const std::vector<double> largest = largest_magnitudes(table, all_rows(table));
+ResultSheet::ResultSheet(const Result& result, const ResultTable& table)
+    : result_(&result), table_(&table) {
+    const std::vector<double> largest = largest_magnitudes(result, table, all_rows(result, table));
     std::map<std::string_view, double> of_unit;
     for (size_t i = 0; i < largest.size(); ++i) {
         double& most = of_unit[table.columns[i].unit];
@@ -165,27 +166,29 @@ ResultSheet::ResultSheet(const ResultTable& table) : table_(&table) {
 std::string ResultSheet::text(int row, int at) const {
     const ResultColumn& cell = column(at);
     if (cell.text != nullptr) {
-        return cell.text(row);
+        return cell.text(*result_, row);
     }
     const std::string shown =
-        text_format("%.*f", decimals_[static_cast<size_t>(at)], cell.number(row));
+        text_format("%.*f", decimals_[static_cast<size_t>(at)], cell.number(*result_, row));
     return shown.find_first_not_of("-0.") == std::string::npos && shown[0] == '-' ? shown.substr(1)
                                                                                   : shown;
 }
 
-std::vector<double> largest_magnitudes(const ResultTable& table, std::span<const int> rows) {
+std::vector<double> largest_magnitudes(const Result& result, const ResultTable& table,
+                                       std::span<const int> rows) {
     std::vector<double> largest(table.columns.size(), 0.0);
     for (size_t i = 0; i < largest.size(); ++i) {
         if (is_value(table.columns[i])) {
             for (const int row : rows) {
-                largest[i] = std::max(largest[i], std::fabs(table.columns[i].number(row)));
+                largest[i] = std::max(largest[i], std::fabs(table.columns[i].number(result, row)));
             }
         }
     }
     return largest;
 }
 
-bool row_matches(const ResultTable& table, int row, const std::string& filter) {
+bool row_matches(const Result& result, const ResultTable& table, int row,
+                 const std::string& filter) {
     const std::string capital_filter = capitals(filter);
     Scanner words(capital_filter);
     for (std::string_view word; words.next(word);) {
@@ -194,8 +197,8 @@ bool row_matches(const ResultTable& table, int row, const std::string& filter) {
             return column.names_row &&
                    matches_pattern(pattern,
                                    capitals(column.text != nullptr
-                                                ? std::string(column.text(row))
-                                                : text_format("%.0f", column.number(row))));
+                                                ? std::string(column.text(result, row))
+                                                : text_format("%.0f", column.number(result, row))));
         };
         if (std::none_of(table.columns.begin(), table.columns.end(), matches)) {
             return false;

@@ -8,7 +8,7 @@ namespace kigumi {
 namespace {
 
 std::FILE*& log_file() {
-    static std::FILE* file = nullptr;
+    thread_local std::FILE* file = nullptr;
     return file;
 }
 

@@ -24,7 +24,7 @@ struct PendingLine {
     Formatter formatter = nullptr;
 };
 
-inline PendingLine pending;
+inline thread_local PendingLine pending;
 
 template <class... Values> struct Kept {
     const char* format;

@@ -6,7 +6,7 @@ namespace kigumi::test {
 
 namespace {
 
-using ReaderTest = ResultTest;
+using ReaderTest = CoreTest;
 
 // Three nodes out of order, three members with a tie.
 constexpr const char* listing = R"(3
@@ -25,7 +25,7 @@ constexpr const char* listing = R"(3
 )";
 
 TEST_F(ReaderTest, ReadsAListing) {
-    ASSERT_EQ(read_frameslv(listing), 3);
+    ASSERT_EQ(read_frameslv(result, listing), 3);
     EXPECT_EQ(result.setuten[0].OldNo, 10);
     EXPECT_EQ(result.setuten[2].OldNo, 30);
     EXPECT_STREQ(result.setuten[2].pname, "X01Y00Z01-long");
@@ -50,39 +50,40 @@ TEST_F(ReaderTest, ReadsAListing) {
 }
 
 TEST_F(ReaderTest, FindsTheFirstOfEqualNamesByOldNo) {
-    EXPECT_EQ(read_frameslv("2 1 9 1 0 0 NODE00001b 2 4 2 0 0 NODE00001a\n"
+    EXPECT_EQ(read_frameslv(result,
+                            "2 1 9 1 0 0 NODE00001b 2 4 2 0 0 NODE00001a\n"
                             "1 1 1 4 NODE00001x 1 9 NODE00001b 1.0 1 2 3 4 5 6 7 8 9 10 11"),
               -1);
     expect_message("節点Jが見つかりません");
-    ASSERT_EQ(read_frameslv("2 1 9 1 0 0 NODE00001b 2 4 2 0 0 NODE00001a 0"), 0);
-    EXPECT_EQ(find_setuten("NODE00001zzz")->OldNo, 4);
-    EXPECT_EQ(find_setuten("NODE0000"), nullptr);
-    EXPECT_EQ(find_setuten(9)->OldNo, 9);
-    EXPECT_EQ(find_setuten(5), nullptr);
+    ASSERT_EQ(read_frameslv(result, "2 1 9 1 0 0 NODE00001b 2 4 2 0 0 NODE00001a 0"), 0);
+    EXPECT_EQ(find_setuten(result, "NODE00001zzz")->OldNo, 4);
+    EXPECT_EQ(find_setuten(result, "NODE0000"), nullptr);
+    EXPECT_EQ(find_setuten(result, 9)->OldNo, 9);
+    EXPECT_EQ(find_setuten(result, 5), nullptr);
     EXPECT_EQ(matched_name("一二三四五六七八九十"), "一二三四五六七八九");
-    ASSERT_EQ(read_frameslv("1 1 1 0 0 0 \x92\x8c\x93\xaa 0"), 0);
+    ASSERT_EQ(read_frameslv(result, "1 1 1 0 0 0 \x92\x8c\x93\xaa 0"), 0);
     EXPECT_STREQ(result.setuten[0].pname, "柱頭");
 }
 
 TEST_F(ReaderTest, RefusesAMemberWhoseNameAndNumberDisagree) {
     const std::string nodes = "2 1 1 0 0 0 A 2 2 1 0 0 B 1 1 ";
     const std::string rest = " 1.0 1 2 3 4 5 6 7 8 9 10 11";
-    EXPECT_EQ(read_frameslv(nodes + "1 2 A 2 2 B" + rest), -1);
-    EXPECT_EQ(read_frameslv(nodes + "1 1 A 2 2 C" + rest), -1);
-    EXPECT_EQ(read_frameslv(nodes + "1 1 A 2 2 B" + rest), 1);
+    EXPECT_EQ(read_frameslv(result, nodes + "1 2 A 2 2 B" + rest), -1);
+    EXPECT_EQ(read_frameslv(result, nodes + "1 1 A 2 2 C" + rest), -1);
+    EXPECT_EQ(read_frameslv(result, nodes + "1 1 A 2 2 B" + rest), 1);
     expect_messages({"節点Iが見つかりません", "節点Jが見つかりません"});
 }
 
 TEST_F(ReaderTest, GivesNoPercentWithoutAnyForce) {
-    ASSERT_EQ(read_frameslv("2 1 1 0 0 0 A 2 2 1 0 0 B 1 1 1 1 A 2 2 B -0.0 "
-                            "1 2 3 4 5 6 7 8 9 10 11"),
+    ASSERT_EQ(read_frameslv(result, "2 1 1 0 0 0 A 2 2 1 0 0 B 1 1 1 1 A 2 2 B -0.0 "
+                                    "1 2 3 4 5 6 7 8 9 10 11"),
               1);
     EXPECT_FLOAT_EQ(result.force_max, 0.0f);
     EXPECT_FLOAT_EQ(result.stress[0].percent, 0.0f);
 }
 
 TEST_F(ReaderTest, OrdersDisplacementsByLength) {
-    ASSERT_EQ(read_dsp("3 1 1 A 1 0 0 .1 .2 .3 2 2 B 0 -3 4 0 0 0 3 3 C 0 0 -1 0 0 0"), 0);
+    ASSERT_EQ(read_dsp(result, "3 1 1 A 1 0 0 .1 .2 .3 2 2 B 0 -3 4 0 0 0 3 3 C 0 0 -1 0 0 0"), 0);
     EXPECT_EQ(result.N_Setuten, 3);
     EXPECT_STREQ(result.disp[0].name, "B");
     EXPECT_FLOAT_EQ(result.disp[0].mag, 5.0f);
@@ -92,11 +93,11 @@ TEST_F(ReaderTest, OrdersDisplacementsByLength) {
 }
 
 TEST_F(ReaderTest, TakesFullTablesAndNoMore) {
-    ASSERT_EQ(read_frameslv(listing_of_row(3000)), 2999);
-    ASSERT_EQ(read_dsp(displacements_of_row(3000)), 0);
+    ASSERT_EQ(read_frameslv(result, listing_of_row(3000)), 2999);
+    ASSERT_EQ(read_dsp(result, displacements_of_row(3000)), 0);
     EXPECT_EQ(result.stress[0].no, 2999);
-    EXPECT_EQ(read_frameslv(listing_of_row(3001)), -1);
-    EXPECT_EQ(read_dsp(displacements_of_row(3001)), -1);
+    EXPECT_EQ(read_frameslv(result, listing_of_row(3001)), -1);
+    EXPECT_EQ(read_dsp(result, displacements_of_row(3001)), -1);
     EXPECT_EQ(result.N_Stress, 2999);
     EXPECT_EQ(result.N_Setuten, 3000);
     expect_messages({"結果の節点の数 3001 が上限 3000 を超えているため読み込めません",
@@ -110,7 +111,7 @@ TEST_F(ReaderTest, BoundsTheLevels) {
     }
     Levels parsed;
     ASSERT_EQ(parse_levels(levels + " 0 1 5.0", parsed), 0);
-    store_levels(parsed);
+    store_levels(model, parsed);
     EXPECT_EQ(model.N_X, 100);
     EXPECT_EQ(model.N_Y, 0);
     EXPECT_FLOAT_EQ(model.Zval[0], 5.0f);
@@ -122,22 +123,22 @@ TEST_F(ReaderTest, BoundsTheLevels) {
 }
 
 TEST_F(ReaderTest, RefusesBrokenFilesAndLeavesTheTablesAsTheyWere) {
-    ASSERT_EQ(read_frameslv(listing), 3);
+    ASSERT_EQ(read_frameslv(result, listing), 3);
     for (const char* name :
          {"lst-cut-off", "lst-force-nan", "lst-name-not-cp932", "lst-count-overflow"}) {
         const auto text = read_file(broken_file(std::string(name) + ".lst"));
         ASSERT_TRUE(text.has_value()) << file_error();
-        EXPECT_EQ(read_frameslv(*text), -1) << name;
+        EXPECT_EQ(read_frameslv(result, *text), -1) << name;
         EXPECT_EQ(result.N_Stress, 3);
         EXPECT_EQ(result.N_Setuten, 3);
         EXPECT_EQ(result.stress[0].no, 9);
         EXPECT_EQ(result.setuten[0].OldNo, 10);
     }
-    ASSERT_EQ(read_dsp("1 1 1 A 1 0 0 0 0 0"), 0);
+    ASSERT_EQ(read_dsp(result, "1 1 1 A 1 0 0 0 0 0"), 0);
     for (const char* text :
          {"", "1 1 1 A 1 0 0 0 0", "1 1 1 A 1 0 inf 0 0 0", "-1", "1 x 1 A 1 0 0 0 0 0",
           "1 1 1 A 3e38 3e38 3e38 0 0 0", "1.5 1 1 A 1 0 0 0 0 0"}) {
-        EXPECT_EQ(read_dsp(text), -1) << text;
+        EXPECT_EQ(read_dsp(result, text), -1) << text;
     }
     EXPECT_EQ(result.N_Setuten, 1);
     EXPECT_FLOAT_EQ(result.disp[0].mag, 1.0f);

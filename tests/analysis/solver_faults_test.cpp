@@ -1,5 +1,9 @@
 // A run of the solver that goes wrong shows no results, and those of another model are told.
 #include "analysis/solver_run.h"
+#include "model/members.h"
+#include "model/nodes.h"
+#include "model/roles.h"
+#include "model/sections.h"
 #include "results_support.h"
 
 #include <functional>
@@ -24,25 +28,25 @@ void replace(std::string& text, const std::string& what, const std::string& by) 
     text.replace(at, what.size(), by);
 }
 
-class SolverFaultsTest : public ResultTest {
+class SolverFaultsTest : public CoreTest {
   protected:
     void SetUp() override {
-        ResultTest::SetUp();
-        append_beam({0.0f, 0.0f, 0.0f}, {100.0f, 0.0f, 0.0f}, 10.0f, 10.0f, kind_none, 2);
-        append_beam({100.0f, 0.0f, 0.0f}, {200.0f, 0.0f, 0.0f}, 10.0f, 10.0f, kind_none, 2);
-        ASSERT_EQ(rebuild_tables(), 0);
-        append_fix(1, 1, 1, 1);
-        append_load(3, 0.0f, 0.0f, -1.0f);
+        CoreTest::SetUp();
+        append_beam(model, {0.0f, 0.0f, 0.0f}, {100.0f, 0.0f, 0.0f}, 10.0f, 10.0f, kind_none, 2);
+        append_beam(model, {100.0f, 0.0f, 0.0f}, {200.0f, 0.0f, 0.0f}, 10.0f, 10.0f, kind_none, 2);
+        ASSERT_EQ(rebuild_tables(model), 0);
+        append_fix(model, 1, 1, 1, 1);
+        append_load(model, 3, 0.0f, 0.0f, -1.0f);
     }
-    static void put(const char* name, const std::string& text) {
-        ASSERT_EQ(save_file(work_file(name), text), 0);
+    void put(const char* name, const std::string& text) {
+        ASSERT_EQ(save_file(work_file(work_dir, name), text), 0);
     }
     bool fits(const Row& row) {
         put("frameslv.zlv", row.zlv);
         put("frameslv.lst", row.lst);
         put("frameslv.dsp", row.dsp);
-        EXPECT_EQ(FrameSlv(), 0);
-        const bool fit = FrameSlv(ResultsOf::this_model) == 0;
+        EXPECT_EQ(FrameSlv(model, result, work_dir), 0);
+        const bool fit = FrameSlv(model, result, work_dir, ResultsOf::this_model) == 0;
         EXPECT_EQ(take_messages(),
                   fit ? std::vector<std::string>{}
                       : std::vector<std::string>{"計算結果がこの骨組のものではありません"});
@@ -73,7 +77,7 @@ TEST_F(SolverFaultsTest, ResultsOfAnotherModelAreTold) {
 }
 
 TEST_F(SolverFaultsTest, NodesThatCarryNothingMayBeLeftOut) {
-    find_or_add_node(0.0f, 500.0f, 0.0f);
+    find_or_add_node(model, 0.0f, 500.0f, 0.0f);
     EXPECT_TRUE(fits({}));
 }
 
@@ -90,18 +94,19 @@ class BadRunTest : public SolverFaultsTest, public ::testing::WithParamInterface
 // The three files are there from a run before, and are read again only when no new one began.
 TEST_P(BadRunTest, ShowsNoResults) {
     ASSERT_TRUE(fits({}));
-    const fs::path solver = work_file("FRAMESLV.EXE");
+    const fs::path solver = work_file(work_dir, "FRAMESLV.EXE");
     const std::string script = GetParam().script;
     ASSERT_EQ(save_file(solver, script.empty() ? "\x01" : "#!/bin/sh\n" + script), 0);
     fs::permissions(solver, fs::perms::owner_exec, fs::perm_options::add);
     const Result before = result;
     SolverOutcome outcome;
-    const KeepWaiting until_it_hangs = [] {
+    const KeepWaiting until_it_hangs = [this] {
         std::this_thread::sleep_for(std::chrono::milliseconds(1));
-        return !fs::exists(work_file("hung"));
+        return !fs::exists(work_file(work_dir, "hung"));
     };
-    EXPECT_EQ(run_solver(outcome, until_it_hangs), GetParam().run);
-    EXPECT_EQ(FrameSlv(ResultsOf::this_model), outcome.status < 0 ? 0 : -1);
+    EXPECT_EQ(run_solver(model, solver_seams, work_dir, outcome, until_it_hangs), GetParam().run);
+    EXPECT_EQ(FrameSlv(model, result, work_dir, ResultsOf::this_model),
+              outcome.status < 0 ? 0 : -1);
     std::string said;
     for (const std::string& message : take_messages()) {
         said += message + "|";
@@ -133,16 +138,15 @@ INSTANTIATE_TEST_SUITE_P(
 
 TEST_F(SolverFaultsTest, EarlierResultsThatCannotBeRemovedStopTheRun) {
     put("frameslv.zlv", "earlier");
-    fs::create_directories(work_file("frameslv.lst") / "in the way");
+    fs::create_directories(work_file(work_dir, "frameslv.lst") / "in the way");
     solver_seams.start = [](const fs::path&, const fs::path&, const KeepWaiting&) {
         ADD_FAILURE() << "started";
         return 0;
     };
     SolverOutcome outcome;
-    EXPECT_EQ(run_solver(outcome), -1);
+    EXPECT_EQ(run_solver(model, solver_seams, work_dir, outcome), -1);
     EXPECT_EQ(take_messages(), std::vector<std::string>{"前の解析結果frameslv.lstを消せません"});
-    EXPECT_EQ(read_file(work_file("frameslv.zlv")), "earlier");
-    solver_seams.start = run_program;
+    EXPECT_EQ(read_file(work_file(work_dir, "frameslv.zlv")), "earlier");
 }
 #endif
 

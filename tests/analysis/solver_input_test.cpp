@@ -1,25 +1,27 @@
 #include "analysis/solver_input.h"
 #include "analysis/solver_roles.h"
 
+#include "model/roles.h"
+#include "model/sections.h"
 #include "results_support.h"
 
 namespace kigumi::test {
 
 namespace {
 
-class SolverInputTest : public ResultTest {
+class SolverInputTest : public CoreTest {
   protected:
-    std::string written(int (*save)(const fs::path&)) {
-        EXPECT_EQ(save(work_file("out.txt")), 0);
-        return read_file(work_file("out.txt")).value_or("(no file)");
+    std::string written(int (*save)(const Model&, const fs::path&)) {
+        EXPECT_EQ(save(model, work_file(work_dir, "out.txt")), 0);
+        return read_file(work_file(work_dir, "out.txt")).value_or("(no file)");
     }
 };
 
 TEST_F(SolverInputTest, WritesBothFilesByteForByte) {
-    make_post();
-    append_fix(2, 1, 0, 1);
+    make_post(model);
+    append_fix(model, 2, 1, 0, 1);
     model.beam[0].atumi = 20.0f;
-    check_size();
+    check_size(model);
     expect_golden("post.ydu", written(save_honegra));
     set_name(model.node[1].id, "A1");
     set_name(model.beam[0].idj, "LongerThanNine");
@@ -31,15 +33,15 @@ TEST_F(SolverInputTest, WritesBothFilesByteForByte) {
 }
 
 TEST_F(SolverInputTest, ReadsSupportsAndLoadsBackFromAnyForm) {
-    make_post();
-    append_fix(2, 1, 0, 1);
+    make_post(model);
+    append_fix(model, 2, 1, 0, 1);
     const std::string own = written(save_honegumi);
     const std::string by_hand = "2 0 300\n0\n\n1\n0\n2,1\n1,1,2,1,1,0\n1\n1 1 1 1 1\n1\n1 1 0 0\n"
                                 "2\n1 0 0 0\n2 0 0 300\n\n2\n1 111111\n2,101000\n"
                                 "2\n,2,0,0,-200,0,0,0\nA1 1 5 0 0 0 0 0";
     for (const std::string& text : {own, by_hand}) {
-        ASSERT_EQ(save_file(work_file("FRAMESLV.IN"), text), 0);
-        ASSERT_EQ(load_solver_roles(), 0) << text;
+        ASSERT_EQ(save_file(work_file(work_dir, "FRAMESLV.IN"), text), 0);
+        ASSERT_EQ(load_solver_roles(model, work_dir), 0) << text;
         ASSERT_EQ(model.N_Fix, 2);
         EXPECT_EQ(model.fix[1].no, 2);
         EXPECT_EQ(model.fix[1].iy, 0);
@@ -50,19 +52,19 @@ TEST_F(SolverInputTest, ReadsSupportsAndLoadsBackFromAnyForm) {
     }
     EXPECT_EQ(model.load[1].no, 1);
     for (size_t length = 0; length + 1 < by_hand.size(); ++length) {
-        ASSERT_EQ(save_file(work_file("FRAMESLV.IN"), by_hand.substr(0, length)), 0);
-        EXPECT_EQ(load_solver_roles(), -1) << length;
+        ASSERT_EQ(save_file(work_file(work_dir, "FRAMESLV.IN"), by_hand.substr(0, length)), 0);
+        EXPECT_EQ(load_solver_roles(model, work_dir), -1) << length;
         EXPECT_EQ(model.N_Fix + model.N_Load, 0);
     }
 }
 
 TEST_F(SolverInputTest, ReadsTheFrameBackWhenItIsComplete) {
-    const auto read = [](const std::string& text) {
-        EXPECT_EQ(save_file(work_file("FRAMESLV.IN"), text), 0);
-        return read_solver_frame();
+    const auto read = [this](const std::string& text) {
+        EXPECT_EQ(save_file(work_file(work_dir, "FRAMESLV.IN"), text), 0);
+        return read_solver_frame(work_dir);
     };
-    EXPECT_FALSE(read_solver_frame());
-    make_post();
+    EXPECT_FALSE(read_solver_frame(work_dir));
+    make_post(model);
     const std::string own = written(save_honegumi);
     const auto frame = read(own);
     ASSERT_TRUE(frame);
@@ -80,9 +82,9 @@ TEST_F(SolverInputTest, ReadsTheFrameBackWhenItIsComplete) {
 }
 
 TEST_F(SolverInputTest, LeavesTheOldFileWholeWhenItCannotWrite) {
-    make_post();
-    EXPECT_EQ(save_honegumi(work_file("missing/out.bon")), -1);
-    EXPECT_EQ(save_honegra(work_file("missing/out.ydu")), -1);
+    make_post(model);
+    EXPECT_EQ(save_honegumi(model, work_file(work_dir, "missing/out.bon")), -1);
+    EXPECT_EQ(save_honegra(model, work_file(work_dir, "missing/out.ydu")), -1);
     expect_messages({"Error: Unable to open BonFile", "Error: Unable to open GraFile"});
 }
 

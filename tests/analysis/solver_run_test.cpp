@@ -8,15 +8,10 @@ namespace kigumi::test {
 
 namespace {
 
-class SolverRunTest : public ResultTest {
+class SolverRunTest : public CoreTest {
   protected:
-    void TearDown() override {
-        solver_seams = {run_program, hundredths_of_day};
-        ResultTest::TearDown();
-    }
-
     fs::path program(const std::string& name, const std::string& text, bool executable = true) {
-        const fs::path path = work_file(name);
+        const fs::path path = work_file(work_dir, name);
         EXPECT_EQ(save_file(path, text), 0);
         if (executable) {
             fs::permissions(path, fs::perms::owner_exec, fs::perm_options::add);
@@ -25,7 +20,7 @@ class SolverRunTest : public ResultTest {
     }
 
     void put(const std::string& name, const std::string& text) {
-        ASSERT_EQ(save_file(work_file(name), text), 0);
+        ASSERT_EQ(save_file(work_file(work_dir, name), text), 0);
     }
 
     void put_row_results(int nodes) {
@@ -40,31 +35,31 @@ TEST_F(SolverRunTest, RunsInTheFolderAndTellsTheExitStatus) {
     const fs::path path = program("solver", "#!/bin/sh\nread line < FRAMESLV.IN\n"
                                             "echo \"$line $#\" > seen\nexit 3\n");
     put("FRAMESLV.IN", "input\n");
-    EXPECT_EQ(run_program(path, work_dir()), 3);
-    EXPECT_EQ(read_file(work_file("seen")), "input 0\n");
-    EXPECT_EQ(run_program(program("killed", "#!/bin/sh\nkill -9 $$\n"), work_dir()), 128 + 9);
+    EXPECT_EQ(run_program(path, work_dir), 3);
+    EXPECT_EQ(read_file(work_file(work_dir, "seen")), "input 0\n");
+    EXPECT_EQ(run_program(program("killed", "#!/bin/sh\nkill -9 $$\n"), work_dir), 128 + 9);
 }
 
 TEST_F(SolverRunTest, TellsWhenNothingStarted) {
     const fs::path good = program("good", "#!/bin/sh\nexit 0\n");
-    EXPECT_EQ(run_program(work_file("missing"), work_dir()), -1);
-    EXPECT_EQ(run_program(program("closed", "#!/bin/sh\nexit 0\n", false), work_dir()), -1);
-    EXPECT_EQ(run_program(program("broken", "\x01\x02 no program"), work_dir()), -1);
-    EXPECT_EQ(run_program(work_dir(), work_dir()), -1);
-    EXPECT_EQ(run_program(good, work_file("missing")), -1);
-    EXPECT_EQ(run_program(good, work_dir()), 0);
+    EXPECT_EQ(run_program(work_file(work_dir, "missing"), work_dir), -1);
+    EXPECT_EQ(run_program(program("closed", "#!/bin/sh\nexit 0\n", false), work_dir), -1);
+    EXPECT_EQ(run_program(program("broken", "\x01\x02 no program"), work_dir), -1);
+    EXPECT_EQ(run_program(work_dir, work_dir), -1);
+    EXPECT_EQ(run_program(good, work_file(work_dir, "missing")), -1);
+    EXPECT_EQ(run_program(good, work_dir), 0);
 }
 
 TEST_F(SolverRunTest, PrefersTheSolverOfTheWorkingDirectory) {
-    EXPECT_NE(find_solver(), work_file("FRAMESLV.EXE"));
+    EXPECT_NE(find_solver(work_dir), work_file(work_dir, "FRAMESLV.EXE"));
     program("FRAMESLV.EXE", "#!/bin/sh\n", false);
-    EXPECT_NE(find_solver(), work_file("FRAMESLV.EXE"));
+    EXPECT_NE(find_solver(work_dir), work_file(work_dir, "FRAMESLV.EXE"));
     program("FRAMESLV.EXE", "#!/bin/sh\n");
-    EXPECT_EQ(find_solver(), work_file("FRAMESLV.EXE"));
+    EXPECT_EQ(find_solver(work_dir), work_file(work_dir, "FRAMESLV.EXE"));
 }
 #else
 TEST_F(SolverRunTest, RunsInTheFolderAndTellsTheExitStatus) {
-    const fs::path folder = work_file("骨組 1");
+    const fs::path folder = work_file(work_dir, "骨組 1");
     fs::create_directory(folder);
     fs::copy_file(program_dir() / "frameslv.exe", folder / "FRAMESLV.EXE");
     const fs::path no_program = program("broken.exe", "\x01\x02 no program");
@@ -72,24 +67,23 @@ TEST_F(SolverRunTest, RunsInTheFolderAndTellsTheExitStatus) {
     EXPECT_TRUE(fs::exists(folder / "frameslv.err"));
     EXPECT_EQ(run_program(folder / "missing.exe", folder), -1);
     EXPECT_EQ(run_program(no_program, folder), -1);
-    EXPECT_EQ(run_program(folder / "FRAMESLV.EXE", work_file("missing")), -1);
+    EXPECT_EQ(run_program(folder / "FRAMESLV.EXE", work_file(work_dir, "missing")), -1);
 }
 #endif
 
 TEST_F(SolverRunTest, WritesTheInputAndTimesTheRun) {
-    make_post();
+    make_post(model);
     program("FRAMESLV.EXE", "#!/bin/sh\nexit 0\n");
-    static int calls;
-    calls = 0;
-    solver_seams.hundredths = [] { return calls++ == 0 ? 8639990 : 150; };
-    solver_seams.start = [](const fs::path& path, const fs::path& folder, const KeepWaiting&) {
-        EXPECT_EQ(path, work_file("FRAMESLV.EXE"));
-        EXPECT_EQ(folder, work_dir());
-        EXPECT_TRUE(fs::exists(work_file("FRAMESLV.IN")));
+    int calls = 0;
+    solver_seams.hundredths = [&calls] { return calls++ == 0 ? 8639990 : 150; };
+    solver_seams.start = [this](const fs::path& path, const fs::path& folder, const KeepWaiting&) {
+        EXPECT_EQ(path, work_file(work_dir, "FRAMESLV.EXE"));
+        EXPECT_EQ(folder, work_dir);
+        EXPECT_TRUE(fs::exists(work_file(work_dir, "FRAMESLV.IN")));
         return 7;
     };
     SolverOutcome outcome;
-    EXPECT_EQ(run_solver(outcome), 0);
+    EXPECT_EQ(run_solver(model, solver_seams, work_dir, outcome), 0);
     EXPECT_EQ(outcome.status, 7);
     EXPECT_NEAR(outcome.seconds, -86398.40, 1e-6);
     show_solver_time({12.345, 0});
@@ -97,27 +91,27 @@ TEST_F(SolverRunTest, WritesTheInputAndTimesTheRun) {
 }
 
 TEST_F(SolverRunTest, DoesNotRunOnAnInputThatCouldNotBeWritten) {
-    fs::create_directory(work_file("FRAMESLV.IN"));
+    fs::create_directory(work_file(work_dir, "FRAMESLV.IN"));
     solver_seams.start = [](const fs::path&, const fs::path&, const KeepWaiting&) {
         ADD_FAILURE() << "started";
         return 0;
     };
     SolverOutcome outcome;
-    EXPECT_EQ(run_solver(outcome), -1);
+    EXPECT_EQ(run_solver(model, solver_seams, work_dir, outcome), -1);
     expect_message("Error: Unable to open BonFile");
 }
 
 TEST_F(SolverRunTest, KeepsEveryTableWhenTheLastFileIsBroken) {
     put_row_results(3);
     result.Nken_Stress = 5;
-    ASSERT_EQ(FrameSlv(), 0);
+    ASSERT_EQ(FrameSlv(model, result, work_dir), 0);
     EXPECT_FLOAT_EQ(model.Yval[1], 50.0f);
     EXPECT_EQ(result.Nken_Stress, 0);
     EXPECT_EQ(result.disp[0].old_no, 3);
     put("frameslv.zlv", "1 9.0 1 9.0 1 9.0");
     put("frameslv.lst", listing_of_row(5));
     put("frameslv.dsp", displacements_of_row(4));
-    EXPECT_EQ(FrameSlv(), -1);
+    EXPECT_EQ(FrameSlv(model, result, work_dir), -1);
     expect_message("ファイルframeslv.dspの読み込みに失敗しました");
     EXPECT_EQ(file_error(), "節点の数が frameslv.lst では 5、frameslv.dsp では 4 です");
     EXPECT_EQ(model.N_Y, 2);
@@ -127,13 +121,13 @@ TEST_F(SolverRunTest, KeepsEveryTableWhenTheLastFileIsBroken) {
 
 TEST_F(SolverRunTest, SavesBothFilesBehindEachOther) {
     put("frameslv.lst", "listing\r\n");
-    EXPECT_EQ(save_results(work_file("kept.out")), -1);
+    EXPECT_EQ(save_results(work_dir, work_file(work_dir, "kept.out")), -1);
     put("frameslv.dsp", std::string("\0disp", 5));
-    EXPECT_EQ(save_results(work_file("missing/kept.out")), -1);
-    EXPECT_EQ(save_results(work_file("kept.out")), 0);
-    EXPECT_EQ(read_file(work_file("kept.out")), "listing\r\n" + std::string("\0disp", 5));
-    fs::remove(work_file("frameslv.lst"));
-    EXPECT_EQ(save_results(work_file("kept.out")), -1);
+    EXPECT_EQ(save_results(work_dir, work_file(work_dir, "missing/kept.out")), -1);
+    EXPECT_EQ(save_results(work_dir, work_file(work_dir, "kept.out")), 0);
+    EXPECT_EQ(read_file(work_file(work_dir, "kept.out")), "listing\r\n" + std::string("\0disp", 5));
+    fs::remove(work_file(work_dir, "frameslv.lst"));
+    EXPECT_EQ(save_results(work_dir, work_file(work_dir, "kept.out")), -1);
     expect_messages({"Error: Unable to open DSP_FILE", "Error: Unable to open OutFile",
                      "解析結果を保存しました", "Error: Unable to open LST_FILE"});
 }

@@ -5,6 +5,7 @@
 #include "base/message.h"
 #include "files/tegaki.h"
 #include "model/sketch.h"
+#include "project/project.h"
 
 #include <gtest/gtest.h>
 
@@ -13,6 +14,7 @@
 #include <cmath>
 #include <fstream>
 #include <map>
+#include <memory>
 #include <set>
 
 namespace kigumi {
@@ -135,8 +137,10 @@ TEST_F(Command, ConvertToEveryFormat) {
     EXPECT_EQ(quantities(succeed({"info", "out.tgk"})), info);
     EXPECT_EQ(bytes("out.DXF"), bytes("out.dxf"));
     EXPECT_EQ(bytes("out.dat"), bytes("out.w3d"));
-    ASSERT_EQ(load_tegaki_data(folder_ / "out.tgk"), 0);
-    EXPECT_TRUE(all_nodes_known()); // a sketch that is complete, with supports and loads or not
+    const auto sketch = std::make_unique<Project>();
+    ASSERT_EQ(load_tegaki_data(sketch->model, sketch->sketch_places, folder_ / "out.tgk"), 0);
+    EXPECT_TRUE(all_nodes_known(sketch->model))
+        << "a sketch that is complete, with supports and loads or not";
     succeed({"convert", "out.tgk", "-o", "again.jik"});
     succeed({"convert", "out.jik", "-o", "again.tgk"});
     EXPECT_EQ(bytes("again.jik"), bytes("out.jik"));
@@ -355,8 +359,9 @@ TEST_P(Roofed, StandsAndMovesSymmetrically) {
               std::string("YaneType=") + std::get<0>(GetParam()),
               std::string("N_Sou=") + std::get<1>(GetParam())});
     succeed({"solve", "frame.jik", "--dir", "s", "--fix", "bottom", "--load", "top:0,0,-200"});
-    work_dir() = folder_ / "s";
-    ASSERT_EQ(FrameSlv(), 0);
+    const auto project = std::make_unique<Project>();
+    const Result& result = project->result;
+    ASSERT_EQ(FrameSlv(project->model, project->result, folder_ / "s"), 0);
     std::map<std::array<long, 3>, const Disp*> at_place;
     const auto place = [](const Setuten& node, double sign) {
         const double x = sign * (node.x - 2 * 90.9);

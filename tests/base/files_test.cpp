@@ -14,9 +14,9 @@ class Files : public test::CoreTest {
         clear_file_error();
     }
     // Names of everything in the working directory, hidden files too.
-    static std::vector<std::string> names() {
+    std::vector<std::string> names() {
         std::vector<std::string> found;
-        for (const auto& entry : fs::directory_iterator(work_dir())) {
+        for (const auto& entry : fs::directory_iterator(work_dir)) {
             found.push_back(utf8_of(entry.path().filename()));
         }
         return found;
@@ -24,7 +24,7 @@ class Files : public test::CoreTest {
 };
 
 TEST_F(Files, SavedBytesReplaceTheOldFileWhole) {
-    const fs::path path = work_file("軸.jik");
+    const fs::path path = work_file(work_dir, "軸.jik");
     const std::string bytes("a\0b\r\n\x92\x8c", 7);
     ASSERT_EQ(save_file(path, "a longer text than the next"), 0);
     ASSERT_EQ(save_file(path, bytes, false), 0);
@@ -35,7 +35,7 @@ TEST_F(Files, SavedBytesReplaceTheOldFileWhole) {
 }
 
 TEST_F(Files, WriteProtectedFileIsKept) {
-    const fs::path path = work_file("kept.jik");
+    const fs::path path = work_file(work_dir, "kept.jik");
     ASSERT_EQ(save_file(path, "old"), 0);
     fs::permissions(path, fs::perms::owner_read | fs::perms::group_read);
     EXPECT_EQ(save_file(path, "new"), -1);
@@ -50,32 +50,32 @@ TEST_F(Files, LongestNameCanBeSaved) {
     for (int i = 0; i < 83; ++i) {
         name += "柱";
     }
-    const fs::path path = work_file(name + ".jik"); // 253 of 255 bytes
+    const fs::path path = work_file(work_dir, name + ".jik"); // 253 of 255 bytes
     EXPECT_EQ(save_file(path, "text"), 0) << file_error();
     EXPECT_EQ(read_file(path), "text");
 }
 
 TEST_F(Files, TemporariesOfAKilledProgramAreTakenAwayAndThoseOfALivingOneKept) {
-    std::ofstream(work_file(".kigumi-0")) << "half";
-    ASSERT_EQ(save_file(work_file("a"), "text"), 0);
+    std::ofstream(work_file(work_dir, ".kigumi-0")) << "half";
+    ASSERT_EQ(save_file(work_file(work_dir, "a"), "text"), 0);
     EXPECT_EQ(names(), std::vector<std::string>{"a"});
     fs::path living;
-    std::FILE* const kept = create_beside(work_file("b"), living);
+    std::FILE* const kept = create_beside(work_file(work_dir, "b"), living);
     ASSERT_NE(kept, nullptr);
-    fs::create_directory(work_file(".kigumi-1"));
-    ASSERT_EQ(save_file(work_file("a"), "other"), 0) << file_error();
-    EXPECT_EQ(read_file(work_file("a")), "other");
+    fs::create_directory(work_file(work_dir, ".kigumi-1"));
+    ASSERT_EQ(save_file(work_file(work_dir, "a"), "other"), 0) << file_error();
+    EXPECT_EQ(read_file(work_file(work_dir, "a")), "other");
     EXPECT_EQ(names().size(), 3u);
     std::fputs("whole", kept);
-    EXPECT_TRUE(close_and_rename(kept, living, work_file("b")));
-    EXPECT_EQ(read_file(work_file("b")), "whole");
+    EXPECT_TRUE(close_and_rename(kept, living, work_file(work_dir, "b")));
+    EXPECT_EQ(read_file(work_file(work_dir, "b")), "whole");
     EXPECT_EQ(names().size(), 3u);
 }
 
 #ifndef _WIN32
 TEST_F(Files, PermissionsAndLinksStay) {
-    const fs::path path = work_file("own.jik");
-    const fs::path link = work_file("link.jik");
+    const fs::path path = work_file(work_dir, "own.jik");
+    const fs::path link = work_file(work_dir, "link.jik");
     ASSERT_EQ(save_file(path, "old"), 0);
     fs::permissions(path, fs::perms::owner_read | fs::perms::owner_write);
     fs::create_symlink("own.jik", link);
@@ -87,7 +87,7 @@ TEST_F(Files, PermissionsAndLinksStay) {
 #endif
 
 TEST_F(Files, FileThatIsTooLargeIsNotRead) {
-    const fs::path path = work_file("large");
+    const fs::path path = work_file(work_dir, "large");
     { std::ofstream(path) << 'x'; }
     fs::resize_file(path, largest_file + 1); // sparse
     EXPECT_FALSE(read_file(path));

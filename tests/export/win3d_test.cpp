@@ -1,7 +1,7 @@
 #include "export/win3d.h"
 
-#include "geometry/solid.h"
-#include "geometry/solid_support.h"
+#include "solid/solid.h"
+#include "solid/solid_support.h"
 #include "support.h"
 
 namespace kigumi::test {
@@ -10,25 +10,25 @@ namespace {
 
 class Win3dTest : public CoreTest {
   protected:
-    fs::path out() const { return work_file("out.dat"); }
+    fs::path out() const { return work_file(work_dir, "out.dat"); }
 };
 
 TEST_F(Win3dTest, BoxOfOneMember) {
-    add_member({0, 0, 0}, {100, 0, 0});
-    ASSERT_EQ(build_trio_file(), 0);
-    ASSERT_EQ(save_win3d(out()), 0);
+    add_member(model, {0, 0, 0}, {100, 0, 0});
+    ASSERT_EQ(build_trio_file(model, solids, work_dir), 0);
+    ASSERT_EQ(save_win3d(solids, work_dir, out()), 0);
     expect_golden("export/box.win3d", read_file(out()).value_or(""));
 }
 
 TEST_F(Win3dTest, FailuresLeaveNoFile) {
-    add_member({0, 0, 0}, {100, 0, 0});
-    ASSERT_EQ(build_trio_file(), 0);
-    EXPECT_EQ(save_win3d(work_file("no_folder") / "out.dat"), -1);
+    add_member(model, {0, 0, 0}, {100, 0, 0});
+    ASSERT_EQ(build_trio_file(model, solids, work_dir), 0);
+    EXPECT_EQ(save_win3d(solids, work_dir, work_file(work_dir, "no_folder") / "out.dat"), -1);
     expect_message("Error: Unable to open OUT_FILE");
-    fs::resize_file(work_file("TRIO.DAT"), 272 * 11);
-    EXPECT_EQ(save_win3d(out()), -1);
-    fs::remove(work_file("TRIO.DAT"));
-    EXPECT_EQ(save_win3d(out()), -1);
+    fs::resize_file(work_file(work_dir, "TRIO.DAT"), 272 * 11);
+    EXPECT_EQ(save_win3d(solids, work_dir, out()), -1);
+    fs::remove(work_file(work_dir, "TRIO.DAT"));
+    EXPECT_EQ(save_win3d(solids, work_dir, out()), -1);
     expect_messages({2, "Error: Unable to open TRIO_FILE 04"});
     EXPECT_FALSE(fs::exists(out()));
 }

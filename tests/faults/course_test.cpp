@@ -6,21 +6,22 @@
 #include "analysis/solver_run.h"
 #include "app/frame_input.h"
 #include "dice.h"
+#include "draw/model_picture.h"
 #include "export/dxf.h"
 #include "export/win3d.h"
 #include "files/jiku.h"
 #include "files/tegaki.h"
 #include "fuzz/target.h"
 #include "generate/generate.h"
-#include "geometry/axis_picture.h"
-#include "geometry/perspective.h"
-#include "geometry/solid.h"
-#include "model/lookup.h"
-#include "model/section.h"
+#include "model/members.h"
+#include "model/sections.h"
+#include "model/validate.h"
 #include "results/displacement.h"
 #include "results/force_picture.h"
 #include "results/listing.h"
-#include "results/model_picture.h"
+#include "sight/perspective.h"
+#include "solid/axis_picture.h"
+#include "solid/solid.h"
 #include "support.h"
 
 #include <algorithm>
@@ -32,9 +33,9 @@ namespace {
 
 constexpr int few_members = 300; // analysed and drawn
 
-class Course {
+class Course : ProjectParts {
   public:
-    explicit Course(unsigned seed) : dice_(seed) {}
+    Course(Project& of, unsigned seed) : ProjectParts(of), dice_(seed) {}
 
     // One random command: its result, negative when refused. `told` becomes true when a success may
     // say something, `named` false while names are out of step.
@@ -67,9 +68,9 @@ class Course {
                         : text_format("%d.%d", 5 + dice_.roll(300), dice_.roll(10));
     }
     fs::path target(const std::string& ending) {
-        return rarely()
-                   ? work_file("missing") / ending
-                   : work_file((rarely() ? "old-" : "s") + std::to_string(dice_.roll(3)) + ending);
+        return rarely() ? work_file(work_dir, "missing") / ending
+                        : work_file(work_dir, (rarely() ? "old-" : "s") +
+                                                  std::to_string(dice_.roll(3)) + ending);
     }
 
     Dice dice_;
@@ -88,18 +89,20 @@ int Course::generate() {
                            length());
     }
     told = true; // of a roof that is left out
-    if (set_parameters(settings) < 0) {
+    if (set_parameters(project, settings) < 0) {
         return -1;
     }
-    reset_model();
-    forget_old_node();
-    return make_unit() < 0 ? -1 : rebuild_tables();
+    reset_model(model);
+    reset_solids(solids);
+    clear_points(solids);
+    forget_old_node(sketch_places);
+    return make_unit(model, param, solids) < 0 ? -1 : rebuild_tables(model);
 }
 
 int Course::read() {
     std::vector<fs::path> files;
     for (const fs::path& folder : {fs::path(KIGUMI_BROKEN_DIR), fs::path(KIGUMI_EXAMPLES_DIR),
-                                   fs::path(KIGUMI_CORPUS_DIR) / "jik", work_dir()}) {
+                                   fs::path(KIGUMI_CORPUS_DIR) / "jik", work_dir}) {
         for (const auto& entry : fs::directory_iterator(folder)) {
             const std::string ending = ending_of(entry.path());
             if (ending == ".jik" || ending == ".tgk") {
@@ -109,7 +112,7 @@ int Course::read() {
     }
     std::sort(files.begin(), files.end());
     told = true; // of a summary that cannot be written
-    return read_frame(utf8_of(rarely() ? work_file("none.jik") : one_of(files)));
+    return read_frame(project, utf8_of(rarely() ? work_file(work_dir, "none.jik") : one_of(files)));
 }
 
 int Course::mark() {
@@ -121,8 +124,8 @@ int Course::mark() {
         role.fz = static_cast<float>(dice_.roll(1000) - 500);
         roles.push_back(role);
     }
-    const int status = mark_roles(roles);
-    const auto nodes_of = [](NodeRole role) {
+    const int status = mark_roles(project, roles);
+    const auto nodes_of = [this](NodeRole role) {
         return std::count_if(model.node.begin(), model.node.begin() + model.N_Node,
                              [role](const Node& node) { return node.flag == role; });
     };
@@ -136,7 +139,9 @@ int Course::change_a_section() {
         return 0;
     }
     const float haba = static_cast<float>(dice_.roll(20) - 2);
-    return change_section(dice_.roll(model.N_Size), haba, 12.0f, 0.0f) == Change::refused ? -1 : 0;
+    return change_section(model, dice_.roll(model.N_Size), haba, 12.0f, 0.0f) == Change::refused
+               ? -1
+               : 0;
 }
 
 int Course::change_a_material() {
@@ -144,7 +149,8 @@ int Course::change_a_material() {
         return 0;
     }
     const float poisson = static_cast<float>(dice_.roll(5) - 1) * 0.1f;
-    return change_material(dice_.roll(model.N_Mat), 7.0e4f, poisson, 1.0e-3f) == Change::refused
+    return change_material(model, dice_.roll(model.N_Mat), 7.0e4f, poisson, 1.0e-3f) ==
+                   Change::refused
                ? -1
                : 0;
 }
@@ -152,43 +158,47 @@ int Course::change_a_material() {
 int Course::save() {
     const std::vector<std::function<int()>> writers = {
         [this] {
-            return save_jiku_data(target(".jik"), {1.0f, 0.0f, -2.5f});
+            return save_jiku_data(model, target(".jik"), {1.0f, 0.0f, -2.5f});
         },
-        [this] { return save_honegumi(target(".bon")); },
-        [this] { return save_honegra(target(".ydu")); },
-        [this] { return save_listing(target(".txt")); },
-        [this] { return build_trio_file() < 0 ? -1 : save_win3d(target(".w3d")); },
-        [this] { return make_dxf_file(target(".dxf"), 1 + dice_.roll(6)); },
+        [this] { return save_honegumi(model, target(".bon")); },
+        [this] { return save_honegra(model, target(".ydu")); },
+        [this] { return save_listing(result, target(".txt")); },
         [this] {
-            project_model();
-            return save_tegaki_data(target(".tgk"));
+            return build_trio_file(model, solids, work_dir) < 0
+                       ? -1
+                       : save_win3d(solids, work_dir, target(".w3d"));
+        },
+        [this] { return make_dxf_file(work_dir, target(".dxf"), 1 + dice_.roll(6)); },
+        [this] {
+            project_model(model, view);
+            return save_tegaki_data(model, sketch_places, target(".tgk"));
         },
         [this] {
             told = true; // 解析結果を保存しました
-            return save_results(target(".out"));
+            return save_results(work_dir, target(".out"));
         },
     };
     return one_of(writers)();
 }
 
 int Course::analyse() {
-    if (!can_analyse()) {
+    if (!can_analyse(model)) {
         return -1;
     }
     if (model.N_Beam > few_members) {
         return 0;
     }
     SolverOutcome outcome;
-    if (run_solver(outcome) < 0) {
+    if (run_solver(model, solver_seams, work_dir, outcome) < 0) {
         return -1;
     }
-    const int status = FrameSlv(ResultsOf::this_model);
+    const int status = FrameSlv(model, result, work_dir, ResultsOf::this_model);
     EXPECT_EQ(status == 0, outcome.status == 0);
     return status;
 }
 
 int Course::read_results() {
-    return FrameSlv();
+    return FrameSlv(model, result, work_dir);
 }
 
 // As on the sheet, where every node has a place of its own.
@@ -197,12 +207,12 @@ int Course::delete_member() {
         model.node[i].X = static_cast<float>(i) * 100.0f;
         model.node[i].Y = 0.0f;
     }
-    save_old_node();
-    load_old_node();
+    save_old_node(model, sketch_places);
+    load_old_node(model, sketch_places);
     const int members = model.N_Beam;
     if (members > 0 && members <= few_members) {
-        del_beam(dice_.roll(members));
-        save_old_node();
+        del_beam(model, dice_.roll(members));
+        save_old_node(model, sketch_places);
         named = false;
         EXPECT_EQ(model.N_Beam, members - 1);
     }
@@ -218,13 +228,16 @@ int Course::draw_frame() {
     if (model.N_Beam > few_members) {
         return 0;
     }
-    draw_wire(canvas, area, true);
-    if (build_trio_file() < 0 || draw_axis_model(canvas, area) < 0) {
+    draw_wire(model, view, canvas, area, true);
+    if (build_trio_file(model, solids, work_dir) < 0 ||
+        draw_axis_model(model, view, solids, work_dir, canvas, area) < 0) {
         return -1;
     }
     ModelLabels labels;
     labels.node_names = labels.member_numbers = labels.fixed_nodes = true;
-    return draw_model_picture(canvas, area, labels) < 0 ? -1 : draw_perspective(canvas, area);
+    return draw_model_picture(model, view, lettering, canvas, area, labels) < 0
+               ? -1
+               : draw_perspective(view, solids, perspective, work_dir, canvas, area);
 }
 
 int Course::draw_results() {
@@ -233,15 +246,15 @@ int Course::draw_results() {
     shown.area = fuzz::usual_window();
     shown.mode = mode_wire + dice_.roll(4);
     shown.label[label_node_names] = shown.label[label_fixed_nodes] = 1;
-    const int moved = get_new_beam(10.0f);
-    const int drawn = draw_result_picture(canvas, shown);
+    const int moved = get_new_beam(result, 10.0f);
+    const int drawn = draw_result_picture(model, view, result, lettering, canvas, shown);
     return std::min(moved, drawn);
 }
 
 int Course::give_all_one_section() {
-    set_all_beam_section(12.0f, 12.0f + static_cast<float>(dice_.roll(3)));
+    set_all_beam_section(model, 12.0f, 12.0f + static_cast<float>(dice_.roll(3)));
     named = true;
-    return rebuild_tables();
+    return rebuild_tables(model);
 }
 
 int Course::step() {
@@ -277,15 +290,18 @@ int Course::step() {
 
 class CourseTest : public CoreTest {
   protected:
+    // On a project of its own, so that the seed alone decides.
     void play(unsigned seed, int& refused) {
+        const auto own = std::make_unique<Project>();
+        own->work_dir = work_dir;
         constexpr int steps = 14;
-        Course course(seed);
+        Course course(*own, seed);
         std::string so_far;
         for (int i = 0; i < steps; ++i) {
             const int status = course.step();
             so_far += (so_far.empty() ? "" : ", ") + course.name + (status < 0 ? " refused" : "");
             SCOPED_TRACE(text_format("seed %u: %s", seed, so_far.c_str()));
-            const char* fault = find_model_fault(course.named);
+            const char* fault = find_model_fault(own->model, course.named);
             ASSERT_EQ(fault, nullptr) << fault;
             const std::vector<std::string> messages = take_messages();
             if (status < 0) {
@@ -303,10 +319,8 @@ TEST_F(CourseTest, RandomCommandsLeaveSoundTables) {
     const unsigned seed = seed_of_run();
     int refused = 0;
     for (int i = 0; i < courses && !HasFailure(); ++i) {
-        reset_model();
-        result.N_Setuten = result.N_Stress = 0;
         play(seed + static_cast<unsigned>(i), refused);
-        for (const auto& entry : fs::directory_iterator(work_dir())) {
+        for (const auto& entry : fs::directory_iterator(work_dir)) {
             fs::remove_all(entry.path());
         }
     }

@@ -1,8 +1,9 @@
 #include "files/jiku.h"
 
 #include "base/codepage.h"
-#include "geometry/solid.h"
-#include "model/lookup.h"
+#include "model/members.h"
+#include "model/validate.h"
+#include "solid/solid.h"
 #include "support.h"
 
 namespace kigumi {
@@ -10,25 +11,22 @@ namespace {
 
 class Jiku : public test::CoreTest {
   protected:
-    void SetUp() override {
-        CoreTest::SetUp();
-        reset_solids();
+    void add(float xs, float ys, float zs, float xl, float yl, float zl, float haba, float atumi,
+             int kind) {
+        append_beam(model, {xs, ys, zs}, {xl, yl, zl}, haba, atumi, kind, 2);
     }
-    static void add(float xs, float ys, float zs, float xl, float yl, float zl, float haba,
-                    float atumi, int kind) {
-        append_beam({xs, ys, zs}, {xl, yl, zl}, haba, atumi, kind, 2);
-    }
-    static std::string written() {
-        const fs::path path = work_file("frame.jik");
-        EXPECT_EQ(save_jiku_data(path, {}), 0);
+    std::string written() {
+        const fs::path path = work_file(work_dir, "frame.jik");
+        EXPECT_EQ(save_jiku_data(model, path, {}), 0);
         return from_cp932(read_file(path).value_or("")).value_or("(no text)");
     }
-    static int load(std::string_view bytes) {
-        EXPECT_EQ(save_file(work_file("read.jik"), bytes), 0);
-        return load_jiku_data(work_file("read.jik"));
+    int load(std::string_view bytes) {
+        EXPECT_EQ(save_file(work_file(work_dir, "read.jik"), bytes), 0);
+        return load_jiku_data(model, solids, work_dir, work_file(work_dir, "read.jik"));
     }
-    static std::string heights() {
-        return from_cp932(read_file(work_file("Youseki.dat")).value_or("(none)")).value_or("");
+    std::string heights() {
+        return from_cp932(read_file(work_file(work_dir, "Youseki.dat")).value_or("(none)"))
+            .value_or("");
     }
 };
 
@@ -49,8 +47,8 @@ TEST_F(Jiku, EmptyModelAndSelection) {
     EXPECT_EQ(written(), "// 以上の積算容量 小計 volume   0.000 Total Volume   0.000\r\n999\r\n");
     add(0, 0, 0, 1, 0, 0, 10, 10, kind_post);
     add(0, 0, 0, 2, 0, 0, 10, 10, kind_frame);
-    const fs::path path = work_file("selection.jik");
-    ASSERT_EQ(save_jiku_selection(path, {1}, {0, 0, 5}), 0);
+    const fs::path path = work_file(work_dir, "selection.jik");
+    ASSERT_EQ(save_jiku_selection(model, path, {1}, {0, 0, 5}), 0);
     EXPECT_EQ(read_file(path), "1 0.000000 0.000000 5.000000 2.000000 0.000000 5.000000 10.000000 "
                                "10.000000\r\n999\r\n");
 }
@@ -81,16 +79,16 @@ TEST_F(Jiku, CommentsBlanksAndLineEnds) {
     EXPECT_FLOAT_EQ(model.X_MAX, 90.0f);
     EXPECT_FLOAT_EQ(model.Y_MAX, 90.5f);
     EXPECT_FLOAT_EQ(model.Z_MIN, -0.5f);
-    EXPECT_EQ(find_model_fault(false), nullptr);
+    EXPECT_EQ(find_model_fault(model, false), nullptr);
 }
 
 TEST_F(Jiku, NothingIsReadAfterTheEndAndLinesMayBeLong) {
     EXPECT_EQ(load(std::string(member) + "999 end\r\n4 noise"), 1);
-    reset_model();
+    reset_model(model);
     EXPECT_EQ(load(std::string(member) + "  999\r\n4 noise"), 1);
-    reset_model();
+    reset_model(model);
     EXPECT_EQ(load(member), 1); // the end may be missing
-    reset_model();
+    reset_model(model);
     std::string longest = "1 0 0 50 90 0 50 10 10";
     longest.insert(1, 255 - longest.size(), ' ');
     EXPECT_EQ(load(longest), 1);
@@ -109,7 +107,7 @@ TEST_F(Jiku, RoundMembersAndUnits) {
     EXPECT_NEAR(solids.trio[0].vertex[0][0] * solids.trio[0].vertex[0][0] +
                     solids.trio[0].vertex[0][1] * solids.trio[0].vertex[0][1],
                 100.0, 1e-2);
-    const std::vector<int>& labels = jiku_label_kinds();
+    const std::vector<int>& labels = jiku_label_kinds(model);
     ASSERT_EQ(labels.size(), 38u);
     EXPECT_EQ(labels[0], kind_none);
     EXPECT_EQ(labels[1], kind_diagonal);
@@ -149,7 +147,7 @@ TEST_F(Jiku, FirstOfTwoNearHeightsIsTaken) {
 }
 
 TEST_F(Jiku, SummaryThatCannotBeWrittenIsToldAndTheModelStays) {
-    fs::create_directories(work_file("Youseki.dat"));
+    fs::create_directories(work_file(work_dir, "Youseki.dat"));
     EXPECT_EQ(load(member), 1);
     expect_message("Error: Unable to open YOUSEKI_FILE");
 }
@@ -168,13 +166,15 @@ TEST_F(Jiku, BrokenFileIsRefusedWithItsReason) {
         {"no-members", "部材の行がありません"}};
     for (const auto& [file, message] : files) {
         SCOPED_TRACE(file);
-        reset_model();
-        EXPECT_EQ(load_jiku_data(test::broken_file(text_format("jik-%s.jik", file))), -1);
+        reset_model(model);
+        EXPECT_EQ(load_jiku_data(model, solids, work_dir,
+                                 test::broken_file(text_format("jik-%s.jik", file))),
+                  -1);
         const auto messages = take_messages();
         ASSERT_EQ(messages.size(), 1u);
         EXPECT_NE(messages[0].find(message), std::string::npos) << messages[0];
         EXPECT_EQ(model.N_Beam, file == std::string("number-missing") ? 1 : 0);
-        EXPECT_EQ(find_model_fault(false), nullptr);
+        EXPECT_EQ(find_model_fault(model, false), nullptr);
         EXPECT_EQ(heights(), "(none)");
     }
 }

@@ -1,6 +1,8 @@
 #include "files/tegaki.h"
 
-#include "model/lookup.h"
+#include "model/nodes.h"
+#include "model/roles.h"
+#include "model/sections.h"
 #include "support.h"
 
 #include <algorithm>
@@ -13,24 +15,24 @@ class Tegaki : public test::CoreTest {
   protected:
     void SetUp() override {
         CoreTest::SetUp();
-        forget_old_node();
-        file_ = work_file("sketch.tgk");
+        forget_old_node(sketch_places);
+        file_ = work_file(work_dir, "sketch.tgk");
     }
 
     fs::path file_;
 
     std::string saved() {
-        EXPECT_EQ(save_tegaki_data(file_), 0);
+        EXPECT_EQ(save_tegaki_data(model, sketch_places, file_), 0);
         return read_file(file_).value_or("(unreadable)");
     }
     int load(const std::string& bytes) {
         EXPECT_EQ(save_file(file_, bytes), 0);
-        return load_tegaki_data(file_);
+        return load_tegaki_data(model, sketch_places, file_);
     }
 };
 
 // A node of unknown place.
-void draw_node(float X, float Y) {
+void draw_node(Model& model, float X, float Y) {
     Node& node = model.node[model.N_Node];
     node = Node{};
     node.no = ++model.N_Node;
@@ -40,7 +42,7 @@ void draw_node(float X, float Y) {
 }
 
 // What a view from another side does to the plane points.
-void project_elsewhere() {
+void project_elsewhere(Model& model) {
     for (int i = 0; i < model.N_Node; ++i) {
         model.node[i].X = model.node[i].Y = -7.0f;
     }
@@ -74,31 +76,31 @@ TEST_F(Tegaki, ReadsAndWritesEveryFieldInPlace) {
     EXPECT_FLOAT_EQ(beam.XL, 300.0f);
     EXPECT_EQ(beam.size, -1);
     EXPECT_EQ(beam.flag, 1);
-    EXPECT_EQ(find_or_add_node(0.0f, 90.9f, 240.0f), 1);
+    EXPECT_EQ(find_or_add_node(model, 0.0f, 90.9f, 240.0f), 1);
     EXPECT_EQ(saved(), sketch_bytes);
-    append_fix(1, 1, 1, 1);
-    append_load(2, 0.0f, 0.0f, -200.0f);
-    check_size();
+    append_fix(model, 1, 1, 1, 1);
+    append_load(model, 2, 0.0f, 0.0f, -200.0f);
+    check_size(model);
     ASSERT_EQ(load(sketch_bytes), 0);
     EXPECT_EQ(model.N_Fix + model.N_Load + model.N_Size + model.N_Mat, 0);
 }
 
 TEST_F(Tegaki, KeptPositionsAreWrittenAfterAView) {
     ASSERT_EQ(load(sketch_bytes), 0);
-    save_old_node();
-    project_elsewhere();
+    save_old_node(model, sketch_places);
+    project_elsewhere(model);
     EXPECT_EQ(saved(), sketch_bytes);
-    load_old_node();
-    forget_old_node();
+    load_old_node(model, sketch_places);
+    forget_old_node(sketch_places);
     EXPECT_EQ(saved(), sketch_bytes);
-    project_elsewhere();
-    load_old_node(); // nothing is kept
+    project_elsewhere(model);
+    load_old_node(model, sketch_places); // nothing is kept
     EXPECT_FLOAT_EQ(model.node[0].X, -7.0f);
 }
 
 TEST_F(Tegaki, NodesDrawnAfterReadingKeepTheirPlaces) {
     ASSERT_EQ(load(sketch_bytes), 0);
-    draw_node(55.0f, 66.0f);
+    draw_node(model, 55.0f, 66.0f);
     Beam& beam = model.beam[model.N_Beam++];
     beam = model.beam[0];
     beam.no = 2;
@@ -109,14 +111,14 @@ TEST_F(Tegaki, NodesDrawnAfterReadingKeepTheirPlaces) {
     beam.XL = 55.0f;
     beam.YL = 66.0f;
     const std::string before_keeping = saved();
-    append_old_node();
-    project_elsewhere();
+    append_old_node(model, sketch_places);
+    project_elsewhere(model);
     EXPECT_EQ(saved(), before_keeping);
     EXPECT_NE(before_keeping.find(" 3 \"\" -1.000000 -1.000000 -1.000000 55.000000 66.000000 0"),
               std::string::npos);
     EXPECT_NE(before_keeping.find(" 300.000000 40.250000 55.000000 66.000000 1\r\n"),
               std::string::npos);
-    load_old_node();
+    load_old_node(model, sketch_places);
     EXPECT_FLOAT_EQ(model.beam[1].XL, 55.0f);
 }
 
@@ -125,7 +127,7 @@ TEST_F(Tegaki, NameThatCouldNotBeReadBackIsNotWritten) {
     const std::string good = saved();
     for (const char* name : {"A 1", "A\"1", "A\t1"}) {
         set_name(model.beam[0].idj, name);
-        EXPECT_EQ(save_tegaki_data(file_), -1);
+        EXPECT_EQ(save_tegaki_data(model, sketch_places, file_), -1);
         EXPECT_EQ(take_messages().size(), 1u);
         EXPECT_EQ(read_file(file_), good);
     }
@@ -155,9 +157,9 @@ const Broken broken[] = {
 
 TEST_F(Tegaki, BrokenSketchIsRefusedAndLeavesTheModel) {
     ASSERT_EQ(load(sketch_bytes), 0);
-    draw_node(1.0f, 2.0f);
-    save_old_node();
-    append_fix(3, 1, 1, 1);
+    draw_node(model, 1.0f, 2.0f);
+    save_old_node(model, sketch_places);
+    append_fix(model, 3, 1, 1, 1);
     for (const auto& [name, from, to, line] : broken) {
         SCOPED_TRACE(name);
         std::string bytes = sketch_bytes;
@@ -173,8 +175,8 @@ TEST_F(Tegaki, BrokenSketchIsRefusedAndLeavesTheModel) {
             << messages[0];
         EXPECT_EQ(model.N_Node, 3);
         EXPECT_EQ(model.N_Fix, 1);
-        project_elsewhere();
-        load_old_node();
+        project_elsewhere(model);
+        load_old_node(model, sketch_places);
         EXPECT_FLOAT_EQ(model.node[2].Y, 2.0f);
     }
 }

@@ -5,7 +5,7 @@
 #include "app/frame_input.h"
 #include "base/scan.h"
 #include "generate/generate.h"
-#include "model/lookup.h"
+#include "model/sections.h"
 #include "model/select.h"
 
 namespace kigumi::fuzz {
@@ -21,42 +21,42 @@ std::vector<std::string> lines_of(std::string_view input) {
     return lines;
 }
 
-void make_small_frame() {
-    param.NX = 2;
-    param.NY = 1;
-    check_param({0, 0, 0});
-    make_unit();
-    rebuild_tables();
+void make_small_frame(Project& project) {
+    project.param.NX = 2;
+    project.param.NY = 1;
+    check_param(project.param, {0, 0, 0});
+    make_unit(project.model, project.param, project.solids);
+    rebuild_tables(project.model);
 }
 
 } // namespace
 
 // NAME=VALUE lines; a small frame is generated from what passes the check.
-void read_settings(std::string_view input) {
-    start_fresh();
-    const int status = set_parameters(lines_of(input));
+void read_settings(Project& project, std::string_view input) {
+    start_fresh(project);
+    const int status = set_parameters(project, lines_of(input));
     require_told(status);
     constexpr int small = 600; // members
-    if (status < 0 || predict_frame_size().beams > small) {
+    if (status < 0 || predict_frame_size(project.param).beams > small) {
         return;
     }
-    const FrameSize foreseen = predict_frame_size();
-    const int made = make_unit();
+    const FrameSize foreseen = predict_frame_size(project.param);
+    const int made = make_unit(project.model, project.param, project.solids);
     require_told(made);
-    require_sound(false);
-    KIGUMI_CHECK(model.N_Beam <= foreseen.beams && model.N_Node <= foreseen.nodes,
-                 "%d members, %lld foreseen; %d nodes, %lld", model.N_Beam, foreseen.beams,
-                 model.N_Node, foreseen.nodes);
+    require_sound(project.model, false);
+    KIGUMI_CHECK(project.model.N_Beam <= foreseen.beams && project.model.N_Node <= foreseen.nodes,
+                 "%d members, %lld foreseen; %d nodes, %lld", project.model.N_Beam, foreseen.beams,
+                 project.model.N_Node, foreseen.nodes);
     if (made >= 0) {
-        require_told(rebuild_tables());
-        require_sound(false);
+        require_told(rebuild_tables(project.model));
+        require_sound(project.model, false);
     }
 }
 
 // Selectors, or loads where the line holds a colon.
-void read_marks(std::string_view input) {
-    start_fresh();
-    make_small_frame();
+void read_marks(Project& project, std::string_view input) {
+    start_fresh(project);
+    make_small_frame(project);
     std::vector<RoleOption> roles;
     for (const std::string& line : lines_of(input)) {
         RoleOption role;
@@ -65,14 +65,15 @@ void read_marks(std::string_view input) {
             roles.push_back(role);
         }
     }
-    const int status = mark_roles(roles);
+    const int status = mark_roles(project, roles);
     require_told(status);
-    require_sound(true);
-    KIGUMI_CHECK(status < 0 || roles.empty() || model.N_Fix + model.N_Load > 0, "no role");
+    require_sound(project.model, true);
+    KIGUMI_CHECK(status < 0 || roles.empty() || project.model.N_Fix + project.model.N_Load > 0,
+                 "no role");
 }
 
-void read_arguments(std::string_view input) {
-    start_fresh();
+void read_arguments(Project& project, std::string_view input) {
+    start_fresh(project);
     for (const std::string& line : lines_of(input)) {
         RoleOption role;
         GenerateOptions made;

@@ -4,10 +4,13 @@
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
+#include <memory>
 
 namespace {
 
+// The fuzzer passes nothing but its input.
 const kigumi::fuzz::Target* chosen = nullptr;
+std::unique_ptr<kigumi::Project> project;
 
 } // namespace
 
@@ -25,11 +28,12 @@ extern "C" int LLVMFuzzerInitialize(int* argc, char*** argv) {
         }
         std::exit(*argc == 1 ? 0 : 2);
     }
-    kigumi::fuzz::start_targets();
+    project = std::make_unique<kigumi::Project>();
+    kigumi::fuzz::start_targets(*project);
     return 0;
 }
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    chosen->run({reinterpret_cast<const char*>(data), size});
+    chosen->run(*project, {reinterpret_cast<const char*>(data), size});
     return 0;
 }

@@ -3,9 +3,9 @@
 
 #include "files/jiku.h"
 #include "generate/generate.h"
-#include "geometry/axis_picture.h"
-#include "geometry/solid.h"
-#include "model/lookup.h"
+#include "model/sections.h"
+#include "solid/axis_picture.h"
+#include "solid/solid.h"
 
 namespace kigumi::fuzz {
 
@@ -14,44 +14,47 @@ namespace {
 constexpr int few_members = 200;
 
 // What follows a reading; the frame survives a way through the file.
-void use_frame() {
-    if (rebuild_tables() < 0) {
+void use_frame(Project& project) {
+    if (rebuild_tables(project.model) < 0) {
         require_told(-1);
         return;
     }
-    require_sound(true);
-    if (model.N_Beam > few_members) {
+    require_sound(project.model, true);
+    if (project.model.N_Beam > few_members) {
         return;
     }
     BlankCanvas canvas;
     DrawArea area = usual_window();
-    draw_wire(canvas, area, true);
-    const int members = model.N_Beam;
-    require_told(save_jiku_data(work_file("again.jik"), {}));
-    start_fresh();
-    const int again = load_jiku_data(work_file("again.jik"));
+    draw_wire(project.model, project.view, canvas, area, true);
+    const int members = project.model.N_Beam;
+    require_told(save_jiku_data(project.model, work_file(project.work_dir, "again.jik"), {}));
+    start_fresh(project);
+    const int again = load_jiku_data(project.model, project.solids, project.work_dir,
+                                     work_file(project.work_dir, "again.jik"));
     KIGUMI_CHECK(again == members || again < 0, "%d members became %d", members, again);
     require_told(again);
 }
 
 } // namespace
 
-void read_jik(std::string_view input) {
-    start_fresh();
-    const int status = load_jiku_data(put("a.jik", input));
-    require_sound(false);
+void read_jik(Project& project, std::string_view input) {
+    start_fresh(project);
+    const int status = load_jiku_data(project.model, project.solids, project.work_dir,
+                                      put(project.work_dir, "a.jik", input));
+    require_sound(project.model, false);
     require_told(status);
     if (status >= 0) {
-        KIGUMI_CHECK(status == model.N_Beam, "%d told, %d there", status, model.N_Beam);
-        KIGUMI_CHECK(static_cast<int>(jiku_label_kinds().size()) == status, "labels");
-        use_frame();
+        KIGUMI_CHECK(status == project.model.N_Beam, "%d told, %d there", status,
+                     project.model.N_Beam);
+        KIGUMI_CHECK(static_cast<int>(jiku_label_kinds(project.model).size()) == status, "labels");
+        use_frame(project);
     }
 }
 
-void read_unit(std::string_view input) {
-    start_fresh();
-    const int status = bunkai_shazai(input);
-    require_sound(false);
+void read_unit(Project& project, std::string_view input) {
+    start_fresh(project);
+    const int status = bunkai_shazai(project.model, project.solids, input);
+    require_sound(project.model, false);
     require_told(status);
 }
 

@@ -1,13 +1,13 @@
 // The working files of the pictures and the stroke font.
 #include "target.h"
 
+#include "draw/segment_file.h"
+#include "draw/stroke_font.h"
 #include "export/dxf.h"
 #include "export/win3d.h"
-#include "geometry/axis_picture.h"
-#include "geometry/segment_file.h"
-#include "geometry/solid.h"
-#include "model/lookup.h"
-#include "results/stroke_font.h"
+#include "model/members.h"
+#include "solid/axis_picture.h"
+#include "solid/solid.h"
 
 #include <chrono>
 
@@ -26,35 +26,39 @@ void stamp_anew(const fs::path& path) {
 } // namespace
 
 // The input stands in for the triangles of one member.
-void read_trio(std::string_view input) {
-    start_fresh();
-    append_beam({0.0f, 0.0f, 0.0f}, {0.0f, 0.0f, 300.0f}, 10.0f, 10.0f, kind_post, 2);
-    require_told(build_trio_file());
+void read_trio(Project& project, std::string_view input) {
+    start_fresh(project);
+    append_beam(project.model, {0.0f, 0.0f, 0.0f}, {0.0f, 0.0f, 300.0f}, 10.0f, 10.0f, kind_post,
+                2);
+    require_told(build_trio_file(project.model, project.solids, project.work_dir));
     std::string bytes(input);
     const bool own_size = bytes.size() % 2 == 1; // else as many bytes as are expected
     if (!own_size) {
-        bytes.resize(static_cast<size_t>(solids.n_trio) * sizeof(Trio));
+        bytes.resize(static_cast<size_t>(project.solids.n_trio) * sizeof(Trio));
     }
-    stamp_anew(put("TRIO.DAT", bytes));
+    stamp_anew(put(project.work_dir, "TRIO.DAT", bytes));
     BlankCanvas canvas;
     DrawArea area = usual_window();
-    read_trio_file();
-    require_told(draw_axis_model(canvas, area));
-    require_told(save_win3d(work_file("a.w3d")));
+    read_trio_file(project.solids, project.work_dir);
+    require_told(draw_axis_model(project.model, project.view, project.solids, project.work_dir,
+                                 canvas, area));
+    require_told(
+        save_win3d(project.solids, project.work_dir, work_file(project.work_dir, "a.w3d")));
 }
 
-void read_temp(std::string_view input) {
-    start_fresh();
-    put("TEMP.DAT", input);
+void read_temp(Project& project, std::string_view input) {
+    start_fresh(project);
+    put(project.work_dir, "TEMP.DAT", input);
     BlankCanvas canvas;
     DrawArea area = usual_window();
-    require_told(draw_segment_file(canvas, area));
-    require_told(make_dxf_file(work_file("a.dxf"), 1));
+    require_told(draw_segment_file(project.view, project.work_dir, canvas, area));
+    require_told(make_dxf_file(project.work_dir, work_file(project.work_dir, "a.dxf"), 1));
 }
 
-void read_symbol(std::string_view input) {
-    start_fresh();
-    const int status = load_stroke_font(put("symbol.cod", input));
+void read_symbol(Project& project, std::string_view input) {
+    start_fresh(project);
+    const int status =
+        load_stroke_font(project.lettering, put(project.work_dir, "symbol.cod", input));
     require_told(status);
     BlankCanvas canvas;
     canvas.set_area(usual_window());
@@ -64,7 +68,7 @@ void read_symbol(std::string_view input) {
     }
     all += "柱";
     if (status == 0) {
-        draw_text(canvas, all, -128, 1.0f, 2.0f, 30.0f, 12.0f);
+        draw_text(project.lettering, canvas, all, -128, 1.0f, 2.0f, 30.0f, 12.0f);
     }
 }
 

@@ -39,8 +39,8 @@ void require_readable(const frameslv::ResultTexts& texts, const frameslv::Model&
 
 } // namespace
 
-void read_solver(std::string_view input) {
-    start_fresh();
+void read_solver(Project& project, std::string_view input) {
+    start_fresh(project);
     frameslv::Model frame;
     frameslv::Fault fault = frameslv::read_input(input, frame);
     if (!fault) {

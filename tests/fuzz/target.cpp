@@ -1,11 +1,8 @@
 #include "target.h"
 
-#include "analysis/result.h"
 #include "base/message.h"
 #include "files/tegaki.h"
-#include "generate/param.h"
-#include "geometry/solid.h"
-#include "model/lookup.h"
+#include "model/validate.h"
 
 #include <algorithm>
 #include <fstream>
@@ -53,20 +50,20 @@ const Target* find_target(std::string_view name) {
     return found == std::end(targets) ? nullptr : found;
 }
 
-void start_targets() {
+void start_targets(Project& project) {
     static const Scratch scratch;
-    work_dir() = scratch.folder;
+    project.work_dir = scratch.folder;
     set_message_sink([](std::string_view text) { message_count += text.empty() ? 0 : 1; });
 }
 
-void start_fresh() {
-    reset_model();
-    reset_solids();
-    clear_points();
-    forget_old_node();
-    set_default_param();
-    view = View{};
-    result.N_Setuten = result.N_Stress = result.Nken_Stress = 0;
+void start_fresh(Project& project) {
+    reset_model(project.model);
+    reset_solids(project.solids);
+    clear_points(project.solids);
+    forget_old_node(project.sketch_places);
+    set_default_param(project.param);
+    project.view = View{};
+    project.result.N_Setuten = project.result.N_Stress = project.result.Nken_Stress = 0;
     clear_file_error();
     message_count = 0;
 }
@@ -75,15 +72,15 @@ int messages() {
     return message_count;
 }
 
-fs::path put(const char* name, std::string_view input) {
-    const fs::path path = work_file(name);
+fs::path put(const fs::path& work_dir, const char* name, std::string_view input) {
+    const fs::path path = work_file(work_dir, name);
     std::ofstream(path, std::ios::binary)
         .write(input.data(), static_cast<std::streamsize>(input.size()));
     return path;
 }
 
-void require_sound(bool names) {
-    const char* fault = find_model_fault(names);
+void require_sound(const Model& model, bool names) {
+    const char* fault = find_model_fault(model, names);
     KIGUMI_CHECK(fault == nullptr, "%s", fault);
 }
 

@@ -3,7 +3,8 @@
 
 #include "base/check.h"
 #include "base/files.h"
-#include "geometry/canvas.h"
+#include "draw/canvas.h"
+#include "project/project.h"
 
 #include <span>
 #include <string>
@@ -15,42 +16,43 @@ namespace kigumi::fuzz {
 struct Target {
     const char*
         name; // also of its folder in corpus/ and the beginning of its files in tests/broken
-    void (*run)(std::string_view input);
+    void (*run)(Project& project, std::string_view input);
 };
 
-void read_jik(std::string_view input);
-void read_unit(std::string_view input);
-void read_tgk(std::string_view input);
-void read_zlv(std::string_view input);
-void read_lst(std::string_view input);
-void read_dsp(std::string_view input);
-void read_results(std::string_view input);
-void read_trio(std::string_view input);
-void read_temp(std::string_view input);
-void read_symbol(std::string_view input);
-void read_roles(std::string_view input);
-void read_solver(std::string_view input);
-void read_settings(std::string_view input);
-void read_marks(std::string_view input);
-void read_arguments(std::string_view input);
+void read_jik(Project& project, std::string_view input);
+void read_unit(Project& project, std::string_view input);
+void read_tgk(Project& project, std::string_view input);
+void read_zlv(Project& project, std::string_view input);
+void read_lst(Project& project, std::string_view input);
+void read_dsp(Project& project, std::string_view input);
+void read_results(Project& project, std::string_view input);
+void read_trio(Project& project, std::string_view input);
+void read_temp(Project& project, std::string_view input);
+void read_symbol(Project& project, std::string_view input);
+void read_roles(Project& project, std::string_view input);
+void read_solver(Project& project, std::string_view input);
+void read_settings(Project& project, std::string_view input);
+void read_marks(Project& project, std::string_view input);
+void read_arguments(Project& project, std::string_view input);
 
 std::span<const Target> all_targets();
 // Null when there is no target of that name.
 const Target* find_target(std::string_view name);
 
-// Makes the scratch folder, which becomes the working directory, and takes in the messages.
-void start_targets();
+// Makes the scratch folder, which becomes the project's working directory, and takes in the
+// messages.
+void start_targets(Project& project);
 
 // What every target shares.
 
 // Empty tables, settings as at start, and no message yet.
-void start_fresh();
+void start_fresh(Project& project);
 // Messages since start_fresh.
 int messages();
 // Writes the input to a file of the scratch folder.
-fs::path put(const char* name, std::string_view input);
+fs::path put(const fs::path& work_dir, const char* name, std::string_view input);
 // Aborts when the tables are not sound, or a failure (status < 0) was kept silent.
-void require_sound(bool names);
+void require_sound(const Model& model, bool names);
 void require_told(int status);
 
 // Draws nothing, but maps every point to pixels.

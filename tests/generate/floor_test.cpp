@@ -2,8 +2,10 @@
 #include "base/codepage.h"
 #include "files/jiku.h"
 #include "generate/generate.h"
-#include "geometry/solid.h"
-#include "model/lookup.h"
+#include "model/members.h"
+#include "model/sections.h"
+#include "model/validate.h"
+#include "solid/solid.h"
 #include "support.h"
 
 #include <algorithm>
@@ -23,32 +25,32 @@ void PrintTo(const Frame& f, std::ostream* out) {
                         f.top, f.pitch);
 }
 
-int set_frame(const Frame& f) {
-    set_default_param();
+int set_frame(Param& param, const Frame& f) {
+    set_default_param(param);
     param.NX = f.nx;
     param.NY = f.ny;
     param.TukaHaba = f.pitch;
     param.N_Sou = f.storeys;
     param.SumiType = f.type;
     param.YaneMode = f.top;
-    return check_param({f.type, f.storeys - 1, yane_choice(f.top)});
+    return check_param(param, {f.type, f.storeys - 1, yane_choice(f.top)});
 }
 
 class Generate : public test::CoreTest {
   protected:
     void TearDown() override {
-        EXPECT_EQ(find_model_fault(true), nullptr);
+        EXPECT_EQ(find_model_fault(model, true), nullptr);
         CoreTest::TearDown();
     }
     // The axis data of the model as text.
-    static std::string axis_data() {
-        const fs::path path = work_file("frame.jik");
-        EXPECT_EQ(save_jiku_data(path, {}), 0);
+    std::string axis_data() {
+        const fs::path path = work_file(work_dir, "frame.jik");
+        EXPECT_EQ(save_jiku_data(model, path, {}), 0);
         return from_cp932(read_file(path).value_or("")).value_or("(no text)");
     }
-    static void make(const Frame& frame) {
-        ASSERT_EQ(set_frame(frame), 0);
-        ASSERT_EQ(make_unit(), 0);
+    void make(const Frame& frame) {
+        ASSERT_EQ(set_frame(param, frame), 0);
+        ASSERT_EQ(make_unit(model, param, solids), 0);
     }
 };
 
@@ -82,13 +84,13 @@ TEST_P(Frames, CountsAreThoseForeseen) {
                                                    : 2 * (f.nx + f.ny) + 4 * (f.nx + 1) + 4 * f.ny +
                                                          2 * (f.nx + 1) + 2 * (f.ny + 1);
     const bool roofed = f.top == 1 && f.storeys < 3;
-    const FrameSize size = predict_frame_size();
+    const FrameSize size = predict_frame_size(param);
     EXPECT_EQ(model.N_Beam, size.beams);
     if (!roofed) {
         EXPECT_EQ(model.N_Beam, (floor + columns) * f.storeys + terrace);
     }
     EXPECT_LE(model.N_Node, size.nodes);
-    ASSERT_EQ(rebuild_tables(), 0);
+    ASSERT_EQ(rebuild_tables(model), 0);
     EXPECT_EQ(model.N_X, size.levels_x);
     EXPECT_EQ(model.N_Y, size.levels_y);
     EXPECT_EQ(solids.n_trio, 12 * model.N_Beam);
@@ -125,12 +127,12 @@ TEST_P(Frames, FileGivesTheSameFrame) {
     const int nodes = model.N_Node;
     const int beams = model.N_Beam;
     const std::string written = axis_data();
-    reset_model();
-    ASSERT_EQ(load_jiku_data(work_file("frame.jik")), beams);
+    reset_model(model);
+    ASSERT_EQ(load_jiku_data(model, solids, work_dir, work_file(work_dir, "frame.jik")), beams);
     EXPECT_EQ(model.N_Node, nodes);
-    EXPECT_EQ(rebuild_tables(), 0);
+    EXPECT_EQ(rebuild_tables(model), 0);
     for (int i = 0; i < beams; ++i) {
-        model.beam[i].kind = jiku_label_kinds()[i];
+        model.beam[i].kind = jiku_label_kinds(model)[i];
     }
     EXPECT_EQ(axis_data(), written);
 }
@@ -148,7 +150,7 @@ INSTANTIATE_TEST_SUITE_P(
 // Levels whose sums are no exact floats.
 TEST_F(Generate, OddHeightsShareEveryLevel) {
     for (const int storeys : {1, 2, 3}) {
-        set_default_param();
+        set_default_param(param);
         param.NX = 3;
         param.NY = 2;
         param.TukaHaba = 33.3f;
@@ -157,9 +159,9 @@ TEST_F(Generate, OddHeightsShareEveryLevel) {
         param.HashiraHeight1 = param.HashiraHeight2 = param.HashiraHeight3 = 240.7f;
         param.N_Sou = storeys;
         param.YaneMode = 0;
-        ASSERT_EQ(check_param({1, storeys - 1, 0}), 0);
-        ASSERT_EQ(make_unit(), 0);
-        ASSERT_EQ(rebuild_tables(), 0);
+        ASSERT_EQ(check_param(param, {1, storeys - 1, 0}), 0);
+        ASSERT_EQ(make_unit(model, param, solids), 0);
+        ASSERT_EQ(rebuild_tables(model), 0);
         EXPECT_EQ(model.N_Z, 5 * storeys + 1);
         // A floor: 20 half pitches around at both levels, 6 cell centres, 2 inner crossings. The
         // columns stand at 10 places, with a foot and a middle each; their braces start at 8 points
@@ -171,17 +173,17 @@ TEST_F(Generate, OddHeightsShareEveryLevel) {
 }
 
 TEST_F(Generate, StoreysWithoutALevelAreRefused) {
-    ASSERT_EQ(set_frame({1, 1, 1, 2, 0, 90.0f}), 0);
+    ASSERT_EQ(set_frame(param, {1, 1, 1, 2, 0, 90.0f}), 0);
     for (const int end : {0, 1}) {
         for (const bool three : {false, true}) {
-            reset_model();
-            ASSERT_EQ(make_hashira(), 0);
-            const float off = storey_level(1, 2) + 0.2f;
-            const float on = storey_level(1, 2) + 0.05f; // within the tolerance
-            append_beam({0, 0, end == 0 ? off : on}, {1, 1, end == 0 ? on : off}, 9, 9, kind_none,
-                        2);
+            reset_model(model);
+            ASSERT_EQ(make_hashira(model, param), 0);
+            const float off = storey_level(param, 1, 2) + 0.2f;
+            const float on = storey_level(param, 1, 2) + 0.05f; // within the tolerance
+            append_beam(model, {0, 0, end == 0 ? off : on}, {1, 1, end == 0 ? on : off}, 9, 9,
+                        kind_none, 2);
             const int before = model.N_Beam;
-            EXPECT_EQ(three ? make_3kai() : make_2kai(), -1);
+            EXPECT_EQ(three ? make_3kai(model, param) : make_2kai(model, param), -1);
             expect_message("レベル検索に失敗した");
             EXPECT_EQ(model.N_Beam, before + before - 1); // those before the foreign one stay
         }
@@ -189,20 +191,20 @@ TEST_F(Generate, StoreysWithoutALevelAreRefused) {
 }
 
 TEST_F(Generate, CopiesTakeOverEverythingButTheHeight) {
-    ASSERT_EQ(set_frame({1, 1, 1, 3, 0, 90.0f}), 0);
+    ASSERT_EQ(set_frame(param, {1, 1, 1, 3, 0, 90.0f}), 0);
     param.HashiraHeight2 = 250.0f;
-    reset_model();
-    ASSERT_EQ(make_hashira(), 0);
+    reset_model(model);
+    ASSERT_EQ(make_hashira(model, param), 0);
     Beam& first = model.beam[0];
     first.haba = 15.0f;
     first.mat = 7;
     first.flag = 1;
-    ASSERT_EQ(make_3kai(), 0);
+    ASSERT_EQ(make_3kai(model, param), 0);
     ASSERT_EQ(model.N_Beam, 12);
     const Beam& copy = model.beam[8]; // all copies of storey 2 come first
-    EXPECT_FLOAT_EQ(copy.zs, storey_level(3, 4));
-    EXPECT_FLOAT_EQ(model.beam[4].zl, storey_level(2, 5));
-    EXPECT_FLOAT_EQ(storey_level(2, 5), 50.0f + 240.0f + 45.0f + 250.0f + 45.0f);
+    EXPECT_FLOAT_EQ(copy.zs, storey_level(param, 3, 4));
+    EXPECT_FLOAT_EQ(model.beam[4].zl, storey_level(param, 2, 5));
+    EXPECT_FLOAT_EQ(storey_level(param, 2, 5), 50.0f + 240.0f + 45.0f + 250.0f + 45.0f);
     EXPECT_FLOAT_EQ(copy.haba, 15.0f);
     EXPECT_EQ(copy.mat, 7);
     EXPECT_EQ(copy.flag, 1);
@@ -211,16 +213,16 @@ TEST_F(Generate, CopiesTakeOverEverythingButTheHeight) {
 }
 
 TEST_F(Generate, FailedStoreyEndsTheUnit) {
-    ASSERT_EQ(set_frame({1, 1, 1, 2, -1, 90.0f}), 0);
+    ASSERT_EQ(set_frame(param, {1, 1, 1, 2, -1, 90.0f}), 0);
     param.NX = 0; // no frame, and columns on one another
     param.NY = 40000;
-    EXPECT_EQ(make_unit(), -1);
+    EXPECT_EQ(make_unit(model, param, solids), -1);
     EXPECT_EQ(take_messages().size(), 1u);
     EXPECT_EQ(model.N_Beam, beam_capacity);
 }
 
 TEST_F(Generate, UnitLineGivesTheBlock) {
-    ASSERT_EQ(bunkai_shazai("2 1 2 90.9 45 12 13 10 9 8 100 -50 20.5"), 0);
+    ASSERT_EQ(bunkai_shazai(model, solids, "2 1 2 90.9 45 12 13 10 9 8 100 -50 20.5"), 0);
     test::expect_golden("generate/unit_line_1x2.txt", axis_data());
     EXPECT_FLOAT_EQ(model.X_MIN, 100.0f);
     EXPECT_FLOAT_EQ(model.Y_MIN, -50.0f);
@@ -234,7 +236,7 @@ TEST_F(Generate, UnitLinesThatAreRefused) {
          {"2 1 1 90 45 12 12 10 9 9 0 0", "2 1.5 1 90 45 12 12 10 9 9 0 0 50",
           "2 1 -1 90 45 12 12 10 9 9 0 0 50", "2 100 100 90 45 12 12 10 9 9 0 0 50",
           "2 2147483647 1 90 45 12 12 10 9 9 0 0 50", "2 1 1 nan 45 12 12 10 9 9 0 0 50"}) {
-        EXPECT_EQ(bunkai_shazai(line), -1) << line;
+        EXPECT_EQ(bunkai_shazai(model, solids, line), -1) << line;
         EXPECT_EQ(take_messages().size(), 1u) << line;
         EXPECT_EQ(model.N_Beam + model.N_Node, 0) << line;
     }

@@ -55,13 +55,13 @@ const Case cases[] = {
 TEST_F(Settings, AreAcceptedOrSaidToBeWrong) {
     for (const Case& c : cases) {
         SCOPED_TRACE(c.name);
-        set_default_param();
+        set_default_param(param);
         param.N_Sou = c.choice.kaisou + 1;
         param.YaneMode = yane_mode(c.choice.yane);
         for (const auto& [name, value] : c.settings) {
-            ASSERT_EQ(set_param(name, value), SetParam::done) << name;
+            ASSERT_EQ(set_param(param, name, value), SetParam::done) << name;
         }
-        EXPECT_EQ(check_param(c.choice), c.message == nullptr ? 0 : -1);
+        EXPECT_EQ(check_param(param, c.choice), c.message == nullptr ? 0 : -1);
         const std::vector<std::string> told = take_messages();
         if (c.message != nullptr) {
             EXPECT_EQ(told, std::vector<std::string>{c.message});
@@ -76,16 +76,16 @@ TEST_F(Settings, AreAcceptedOrSaidToBeWrong) {
 
 TEST_F(Settings, TopChoicesCloseOffHeights) {
     param.N_Sou = 1;
-    apply_yane_choice(1);
+    apply_yane_choice(param, 1);
     EXPECT_EQ(param.YaneMode, 1);
     EXPECT_FLOAT_EQ(param.HashiraHeight2 + param.HashiraHeight3, 0.0f);
     EXPECT_FLOAT_EQ(param.YaneTakasa, 180.0f);
-    set_default_param();
+    set_default_param(param);
     param.N_Sou = 2;
-    apply_yane_choice(1);
+    apply_yane_choice(param, 1);
     EXPECT_FLOAT_EQ(param.HashiraHeight2, 240.0f);
     EXPECT_FLOAT_EQ(param.HashiraHeight3, 0.0f);
-    apply_yane_choice(2);
+    apply_yane_choice(param, 2);
     EXPECT_EQ(param.YaneMode, -1);
     EXPECT_FLOAT_EQ(param.YaneHashira + param.YaneTakasa, 0.0f);
     EXPECT_EQ(yane_choice(param.YaneMode), 2);

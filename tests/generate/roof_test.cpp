@@ -1,7 +1,7 @@
 #include "generate/roof.h"
 
 #include "generate/generate.h"
-#include "model/lookup.h"
+#include "model/validate.h"
 #include "support.h"
 
 #include <algorithm>
@@ -22,8 +22,8 @@ void PrintTo(const RoofCase& c, std::ostream* out) {
                         c.post, c.pitch);
 }
 
-void set_roof(const RoofCase& c) {
-    set_default_param();
+void set_roof(Param& param, const RoofCase& c) {
+    set_default_param(param);
     param.NX = c.nx;
     param.NY = c.ny;
     param.YaneType = c.type;
@@ -37,11 +37,12 @@ void set_roof(const RoofCase& c) {
 }
 
 // The floor with its columns and storeys. Returns the member count, where the roof will start.
-int make_below() {
-    EXPECT_TRUE(make_hashira() == 0 && make_waku() == 0 && make_genzai() == 0 &&
-                make_shazai() == 0 && make_sujikai() == 0 && make_gaichu() == 0);
+int make_below(Model& model, const Param& param) {
+    EXPECT_TRUE(make_hashira(model, param) == 0 && make_waku(model, param) == 0 &&
+                make_genzai(model, param) == 0 && make_shazai(model, param) == 0 &&
+                make_sujikai(model, param) == 0 && make_gaichu(model, param) == 0);
     if (param.N_Sou == 2) {
-        EXPECT_EQ(make_2kai(), 0);
+        EXPECT_EQ(make_2kai(model, param), 0);
     }
     return model.N_Beam;
 }
@@ -53,7 +54,7 @@ struct Place {
     auto operator<=>(const Place&) const = default;
 };
 
-Place place_of(float x, float y, float z) {
+Place place_of(const Param& param, float x, float y, float z) {
     const double half = param.TukaHaba * 0.5;
     return {static_cast<int>(std::lround(x / half)), static_cast<int>(std::lround(y / half)),
             std::lround(static_cast<double>(z) * 100.0)};
@@ -69,15 +70,15 @@ Line line_of(int kind, Place a, Place b) {
     return {kind, std::min(a, b), std::max(a, b)};
 }
 
-Line line_of(const Beam& beam) {
-    return line_of(beam.kind, place_of(beam.xs, beam.ys, beam.zs),
-                   place_of(beam.xl, beam.yl, beam.zl));
+Line line_of(const Param& param, const Beam& beam) {
+    return line_of(beam.kind, place_of(param, beam.xs, beam.ys, beam.zs),
+                   place_of(param, beam.xl, beam.yl, beam.zl));
 }
 
-std::set<Line> lines_from(int start) {
+std::set<Line> lines_from(const Model& model, const Param& param, int start) {
     std::set<Line> lines;
     for (int i = start; i < model.N_Beam; ++i) {
-        lines.insert(line_of(model.beam[i]));
+        lines.insert(line_of(param, model.beam[i]));
     }
     return lines;
 }
@@ -133,11 +134,11 @@ class Roof : public test::CoreTest, public ::testing::WithParamInterface<RoofCas
   protected:
     void SetUp() override {
         CoreTest::SetUp();
-        set_roof(GetParam());
-        below_ = make_below();
+        set_roof(param, GetParam());
+        below_ = make_below(model, param);
         below_nodes_ = model.N_Node;
-        predicted_ = predict_roof_beams();
-        ASSERT_EQ(make_yane2(), 0);
+        predicted_ = predict_roof_beams(param);
+        ASSERT_EQ(make_yane2(model, param), 0);
     }
     int below_ = 0;
     int below_nodes_ = 0;
@@ -146,7 +147,7 @@ class Roof : public test::CoreTest, public ::testing::WithParamInterface<RoofCas
 
 TEST_P(Roof, CountIsForeseenKindsAscendAndNoMemberIsDoubled) {
     EXPECT_EQ(model.N_Beam - below_, predicted_);
-    EXPECT_EQ(find_model_fault(true), nullptr);
+    EXPECT_EQ(find_model_fault(model, true), nullptr);
     for (int i = below_; i < model.N_Beam; ++i) {
         EXPECT_GE(model.beam[i].kind, i == below_ ? kind_roof_post : model.beam[i - 1].kind);
         EXPECT_EQ(model.beam[i].flag, 2);
@@ -168,7 +169,7 @@ TEST_P(Roof, CountIsForeseenKindsAscendAndNoMemberIsDoubled) {
 }
 
 TEST_P(Roof, MembersMeetOnlyAtNodes) {
-    const float from = storey_level(param.N_Sou, 5) - 1.0f;
+    const float from = storey_level(param, param.N_Sou, 5) - 1.0f;
     for (int k = 0; k < model.N_Node; ++k) {
         const Node& node = model.node[k];
         for (int i = below_; node.z > from && i < model.N_Beam; ++i) {
@@ -184,14 +185,14 @@ TEST_P(Roof, MembersMeetOnlyAtNodes) {
 }
 
 TEST_P(Roof, NodesStandOnTheSurface) {
-    const double z0 = storey_level(param.N_Sou, 5);
+    const double z0 = storey_level(param, param.N_Sou, 5);
     const double z1 = z0 + param.YaneHashira;
     const int W = 2 * param.NX;
     const int B = 2 * param.NY;
     const double half_span = std::min(param.NX, param.NY);
     for (int k = below_nodes_; k < model.N_Node; ++k) {
         const Node& node = model.node[k];
-        const Place p = place_of(node.x, node.y, node.z);
+        const Place p = place_of(param, node.x, node.y, node.z);
         const int from_x = std::min(p.x, W - p.x);
         const int from_y = std::min(p.y, B - p.y);
         const int steps = param.YaneType == 1    ? std::min(from_x, from_y)
@@ -205,7 +206,7 @@ TEST_P(Roof, NodesStandOnTheSurface) {
 }
 
 TEST_P(Roof, MirrorImagesAreTheSameRoof) {
-    const std::set<Line> lines = lines_from(below_);
+    const std::set<Line> lines = lines_from(model, param, below_);
     const int W = 2 * param.NX;
     const int B = 2 * param.NY;
     const auto mirror_x = [W](Place p) { return Place{W - p.x, p.y, p.z}; };
@@ -242,7 +243,7 @@ INSTANTIATE_TEST_SUITE_P(Plans, Roof, ::testing::ValuesIn(roof_cases()));
 
 using RoofText = test::CoreTest;
 
-std::string describe_from(int start) {
+std::string describe_from(const Model& model, int start) {
     std::string text;
     for (int i = start; i < model.N_Beam; ++i) {
         const Beam& beam = model.beam[i];
@@ -258,37 +259,37 @@ TEST_F(RoofText, SmallHipAndGable) {
         {"roof_hip_3x2.txt", {3, 2, 1, 1, 240.0f, 90.0f}},
         {"roof_gable_2x3.txt", {2, 3, 2, 1, 0.0f, 90.0f}}};
     for (const auto& [golden, roof] : roofs) {
-        reset_model();
-        set_roof(roof);
-        const int below = make_below();
-        ASSERT_EQ(make_yane2(), 0);
-        test::expect_golden(golden, describe_from(below));
+        reset_model(model);
+        set_roof(param, roof);
+        const int below = make_below(model, param);
+        ASSERT_EQ(make_yane2(model, param), 0);
+        test::expect_golden(golden, describe_from(model, below));
     }
 }
 
 TEST_F(RoofText, WhatMakesNoRoofIsRefused) {
     const auto refused = [this](auto change) {
-        reset_model();
-        set_roof({2, 2, 1, 1, 240.0f, 90.0f});
-        const int below = make_below();
+        reset_model(model);
+        set_roof(param, {2, 2, 1, 1, 240.0f, 90.0f});
+        const int below = make_below(model, param);
         change();
-        EXPECT_EQ(make_yane2(), -1);
+        EXPECT_EQ(make_yane2(model, param), -1);
         EXPECT_EQ(take_messages().size(), 1u);
         EXPECT_EQ(model.N_Beam, below);
     };
-    refused([] { param.YaneTakasa = 1e-6f; });
-    refused([] { param.YaneHashira = -1.0f; });
-    refused([] { param.YaneType = 0; });
-    refused([] { param.N_Sou = 3; });
-    refused([] { param.MoyaHaba = 0.0f; });
-    refused([] { GaichuStart = GaichuEnd = 0; });
+    refused([this] { param.YaneTakasa = 1e-6f; });
+    refused([this] { param.YaneHashira = -1.0f; });
+    refused([this] { param.YaneType = 0; });
+    refused([this] { param.N_Sou = 3; });
+    refused([this] { param.MoyaHaba = 0.0f; });
+    refused([this] { model.GaichuStart = model.GaichuEnd = 0; });
 }
 
 TEST_F(RoofText, FullTableStopsTheRoof) {
-    set_roof({2, 2, 1, 1, 240.0f, 90.0f});
-    make_below();
+    set_roof(param, {2, 2, 1, 1, 240.0f, 90.0f});
+    make_below(model, param);
     model.N_Beam = beam_capacity - 1;
-    EXPECT_EQ(make_yane2(), -1);
+    EXPECT_EQ(make_yane2(model, param), -1);
     EXPECT_EQ(take_messages().size(), 1u);
     EXPECT_EQ(model.N_Beam, beam_capacity);
 }

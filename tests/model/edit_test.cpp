@@ -1,5 +1,8 @@
-#include "model/lookup.h"
+#include "model/members.h"
+#include "model/nodes.h"
+#include "model/roles.h"
 #include "model/select.h"
+#include "model/validate.h"
 #include "support.h"
 
 namespace kigumi {
@@ -8,9 +11,9 @@ namespace {
 class Edit : public test::CoreTest {
   protected:
     // A member between two sheet points, whose world place is ten times that.
-    static Beam& draw(float XS, float YS, float XL, float YL, int kind, int flag) {
+    Beam& draw(float XS, float YS, float XL, float YL, int kind, int flag) {
         const int at =
-            append_beam({XS * 10, YS * 10, 0}, {XL * 10, YL * 10, 0}, 12, 12, kind, flag);
+            append_beam(model, {XS * 10, YS * 10, 0}, {XL * 10, YL * 10, 0}, 12, 12, kind, flag);
         Beam& beam = model.beam[at];
         beam.XS = XS;
         beam.YS = YS;
@@ -28,13 +31,13 @@ class Edit : public test::CoreTest {
 
 TEST_F(Edit, DeletingTheOnlyMemberLeavesNothing) {
     draw(0, 0, 100, 0, kind_post, 2);
-    del_beam(-1);
-    del_beam(1);
+    del_beam(model, -1);
+    del_beam(model, 1);
     EXPECT_EQ(model.N_Beam, 1);
-    del_beam(0);
+    del_beam(model, 0);
     EXPECT_EQ(model.N_Beam, 0);
     EXPECT_EQ(model.N_Node, 0);
-    EXPECT_EQ(find_or_add_node(5, 5, 5), 1);
+    EXPECT_EQ(find_or_add_node(model, 5, 5, 5), 1);
 }
 
 TEST_F(Edit, CategoryStaysWithThePosition) {
@@ -42,9 +45,9 @@ TEST_F(Edit, CategoryStaysWithThePosition) {
     draw(100, 0, 200, 0, kind_frame, 2);
     draw(200, 0, 300, 0, kind_chord, 2);
     model.beam[2].haba = 33.0f;
-    append_fix(1, 1, 1, 1);
-    append_load(4, 0.0f, 0.0f, -200.0f); // the number goes
-    del_beam(0);
+    append_fix(model, 1, 1, 1, 1);
+    append_load(model, 4, 0.0f, 0.0f, -200.0f); // the number goes
+    del_beam(model, 0);
     ASSERT_EQ(model.N_Beam, 2);
     EXPECT_EQ(model.beam[0].kind, kind_post);
     EXPECT_EQ(model.beam[1].kind, kind_frame);
@@ -52,7 +55,7 @@ TEST_F(Edit, CategoryStaysWithThePosition) {
     EXPECT_EQ(model.beam[1].no, 2);
     EXPECT_EQ(model.N_Node, 3);
     EXPECT_FLOAT_EQ(model.node[0].x, 1000.0f);
-    EXPECT_EQ(find_model_fault(false), nullptr);
+    EXPECT_EQ(find_model_fault(model, false), nullptr);
 }
 
 // The flag that decides is the one the position held before: that of the deleted member here.
@@ -60,7 +63,7 @@ TEST_F(Edit, NodeFlagsComeFromThePositionsOldFlag) {
     draw(0, 0, 100, 0, kind_none, 1);
     draw(200, 0, 300, 0, kind_none, 2);
     draw(300, 0, 400, 0, kind_none, 1);
-    del_beam(0);
+    del_beam(model, 0);
     // Position 0 read 1: new nodes get 0. Position 1 read 2: found and new nodes get 2.
     ASSERT_EQ(model.N_Node, 3);
     EXPECT_EQ(model.node[0].flag, 0);
@@ -69,7 +72,7 @@ TEST_F(Edit, NodeFlagsComeFromThePositionsOldFlag) {
     EXPECT_EQ(model.beam[0].flag, 2);
     EXPECT_EQ(model.beam[1].flag, 1);
     draw(500, 0, 600, 0, kind_none, 2);
-    del_beam(2); // a found node of a member that read 1
+    del_beam(model, 2); // a found node of a member that read 1
     EXPECT_EQ(model.node[0].flag, 2);
     EXPECT_EQ(model.node[1].flag, 1);
     EXPECT_EQ(model.node[2].flag, 0);
@@ -80,7 +83,7 @@ TEST_F(Edit, NewEndNodeTakesTheStartsName) {
     Beam& beam = draw(0, 0, 100, 0, kind_none, 2);
     set_name(beam.idi, "start");
     set_name(beam.idj, "end");
-    del_beam(0);
+    del_beam(model, 0);
     EXPECT_STREQ(model.node[0].id, "start");
     EXPECT_STREQ(model.node[1].id, "start");
     EXPECT_STREQ(model.beam[0].idj, "start");
@@ -92,13 +95,13 @@ TEST_F(Edit, EndsWithinTheSnapRadiusShareANode) {
     draw(100, 9.99f, 200, 0, kind_none, 2);
     draw(210, 0, 300, 0, kind_none, 2); // exactly the radius away: not the same
     EXPECT_EQ(model.N_Node, 8);
-    del_beam(0);
+    del_beam(model, 0);
     EXPECT_EQ(model.N_Node, 5);
     EXPECT_EQ(model.beam[1].noi, model.beam[0].noj);
     EXPECT_FLOAT_EQ(model.beam[1].ys, 99.9f); // the world place stays
     EXPECT_EQ(model.beam[2].noi, 4);
-    snap_radius = 11.0f;
-    del_beam(2);
+    model.snap_radius = 11.0f;
+    del_beam(model, 2);
     EXPECT_EQ(model.N_Node, 3);
 }
 

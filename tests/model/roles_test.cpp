@@ -1,6 +1,7 @@
 #include "model/roles.h"
 
-#include "model/lookup.h"
+#include "model/names.h"
+#include "model/nodes.h"
 #include "support.h"
 
 namespace kigumi {
@@ -14,14 +15,14 @@ class Roles : public test::CoreTest {
         for (int z = 0; z < 2; ++z) {
             for (int y = 0; y < 2; ++y) {
                 for (int x = 0; x < 3; ++x) {
-                    find_or_add_node(90.0f * x, 90.0f * y, 240.0f * z);
+                    find_or_add_node(model, 90.0f * x, 90.0f * y, 240.0f * z);
                 }
             }
         }
-        save_level_name();
-        clear_roles();
+        save_level_name(model);
+        clear_roles(model);
     }
-    static std::string flags() {
+    std::string flags() {
         std::string text;
         for (int i = 0; i < model.N_Node; ++i) {
             text += model.node[i].flag == role_found ? "*" : std::to_string(model.node[i].flag);
@@ -36,25 +37,25 @@ TEST_F(Roles, PickingTogglesAndTakesOver) {
     } cases[] = {{0, 1, 1}, {1, 1, 0}, {2, 1, 1}, {0, 2, 2}, {1, 2, 2}, {2, 2, 0}};
     for (const auto& [before, picked, after] : cases) {
         model.node[3].flag = before;
-        pick_role(3, picked);
+        pick_role(model, 3, picked);
         EXPECT_EQ(model.node[3].flag, after) << before << " picked as " << picked;
     }
 }
 
 TEST_F(Roles, AFullTableRefusesAndKeepsTheOtherRecord) {
     for (int i = 0; i < fix_capacity; ++i) {
-        append_fix(1, 1, 1, 1);
+        append_fix(model, 1, 1, 1, 1);
     }
-    ASSERT_EQ(put_load(6, 0.0f, 0.0f, -5.0f), 0);
-    EXPECT_EQ(put_fix(6, 1, 1, 1), -1);
+    ASSERT_EQ(put_load(model, 6, 0.0f, 0.0f, -5.0f), 0);
+    EXPECT_EQ(put_fix(model, 6, 1, 1, 1), -1);
     expect_message("固定節点が多すぎます（最大 1000 個）");
     EXPECT_EQ(model.N_Load, 1);
     EXPECT_EQ(model.node[6].flag, role_loaded);
-    EXPECT_EQ(put_fix(0, 0, 0, 1), 0) << "a record of its own is still replaced";
+    EXPECT_EQ(put_fix(model, 0, 0, 0, 1), 0) << "a record of its own is still replaced";
     while (model.N_Load < load_capacity) {
-        append_load(2, 0.0f, 0.0f, -1.0f);
+        append_load(model, 2, 0.0f, 0.0f, -1.0f);
     }
-    EXPECT_EQ(append_load(2, 0.0f, 0.0f, -1.0f), -1);
+    EXPECT_EQ(append_load(model, 2, 0.0f, 0.0f, -1.0f), -1);
     expect_message("荷重節点が多すぎます（最大 1000 個）");
     EXPECT_EQ(model.N_Load, load_capacity);
 }
@@ -62,16 +63,16 @@ TEST_F(Roles, AFullTableRefusesAndKeepsTheOtherRecord) {
 TEST_F(Roles, SearchKeepsTheRolesAndBoundsAreInclusive) {
     model.node[0].flag = role_fixed;
     model.node[1].flag = role_loaded;
-    EXPECT_EQ(find_nodes({{{0, 1}, {0, 0}, {0, 0}}}), 2);
-    EXPECT_EQ(role_of(1), role_loaded);
-    EXPECT_EQ(find_nodes({{{1, 2}, {0, 1}, {0, 0}}}), 4);
+    EXPECT_EQ(find_nodes(model, {{{0, 1}, {0, 0}, {0, 0}}}), 2);
+    EXPECT_EQ(role_of(model, 1), role_loaded);
+    EXPECT_EQ(find_nodes(model, {{{1, 2}, {0, 1}, {0, 0}}}), 4);
     EXPECT_EQ(flags(), "1**0**000000");
-    pick_role(1, role_fixed);
+    pick_role(model, 1, role_fixed);
     EXPECT_EQ(flags(), "1**0**000000") << "a picked node stays found";
-    forget_found();
+    forget_found(model);
     EXPECT_EQ(flags(), "110000000000");
     set_name(model.node[0].id, "A0");
-    EXPECT_EQ(find_nodes(all_levels()), 11) << "a name without levels is not found";
+    EXPECT_EQ(find_nodes(model, all_levels(model)), 11) << "a name without levels is not found";
 }
 
 TEST_F(Roles, IdSearchTakesNineCharacters) {
@@ -83,7 +84,7 @@ TEST_F(Roles, IdSearchTakesNineCharacters) {
         {"", bad_node_id},        {"x02y01z00", bad_node_id},
         {"X2Y01Z00", bad_node_id}};
     for (const auto& [text, found] : cases) {
-        EXPECT_EQ(find_node_id(text), found) << text;
+        EXPECT_EQ(find_node_id(model, text), found) << text;
     }
 }
 

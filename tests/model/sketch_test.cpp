@@ -1,8 +1,8 @@
 #include "model/sketch.h"
 
 #include "base/float.h"
-#include "model/lookup.h"
 #include "model/sketch_history.h"
+#include "model/validate.h"
 #include "support.h"
 
 #include <cstring>
@@ -28,7 +28,7 @@ class Sketch : public test::CoreTest {
         }
         return text;
     }
-    TegakiSheet sheet_;
+    TegakiSheet sheet_{model};
 };
 
 TEST_F(Sketch, MemberAndNodesLiveThroughTheirFlags) {
@@ -55,15 +55,15 @@ TEST_F(Sketch, MemberAndNodesLiveThroughTheirFlags) {
     EXPECT_FLOAT_EQ(model.beam[1].YS, 100.0f);
     EXPECT_FLOAT_EQ(model.beam[1].xs, -1.0f);
 
-    set_node_place(1, 10, 20, 30);
+    set_node_place(model, 1, 10, 20, 30);
     EXPECT_EQ(model.node[1].flag, 2);
     EXPECT_FLOAT_EQ(model.beam[0].yl, 20.0f);
     EXPECT_FLOAT_EQ(model.beam[1].zs, 30.0f);
     draw(200, 100, 400, 100);
     EXPECT_EQ(marks(), "ken");
     EXPECT_FLOAT_EQ(model.beam[2].xs, 10.0f);
-    EXPECT_EQ(find_model_fault(true), nullptr);
-    EXPECT_EQ(count_sketch().missing_nodes, 3);
+    EXPECT_EQ(find_model_fault(model, true), nullptr);
+    EXPECT_EQ(count_sketch(model).missing_nodes, 3);
 }
 
 TEST_F(Sketch, SnapsToTheFirstNodeWithinTheRadius) {
@@ -77,7 +77,7 @@ TEST_F(Sketch, SnapsToTheFirstNodeWithinTheRadius) {
                 {"only the second", 110, 100, 2},
                 {"slanting", 107.1f, 107.1f, 4}};
     for (const auto& [name, X, Y, noj] : ends) {
-        reset_model();
+        reset_model(model);
         draw(100, 100, 115, 100);
         draw(300, 300, X, Y);
         EXPECT_EQ(model.beam[1].noj, noj) << name;
@@ -101,7 +101,7 @@ TEST_F(Sketch, FindsTheFirstMemberOnALine) {
                  {"second and third", 140, 250, 160, 250, 1}};
     for (const auto& line : lines) {
         SheetPoint at{};
-        EXPECT_EQ(search_cross_beam(line.x1, line.y1, line.x2, line.y2, at), line.beam)
+        EXPECT_EQ(search_cross_beam(model, line.x1, line.y1, line.x2, line.y2, at), line.beam)
             << line.name;
         EXPECT_TRUE(line.beam != 0 || same_float(at.Y, 100.0f));
     }
@@ -130,7 +130,7 @@ TEST_F(Sketch, SecondEndOnTheOwnFirstNode) {
     EXPECT_EQ(model.beam[0].noi, 1);
     EXPECT_EQ(model.beam[0].noj, 1);
     EXPECT_EQ(model.node[0].flag, 1);
-    set_node_place(0, 5, 6, 7);
+    set_node_place(model, 0, 5, 6, 7);
     EXPECT_FLOAT_EQ(model.beam[0].xs, 5.0f);
     EXPECT_FLOAT_EQ(model.beam[0].xl, -1.0f) << "only the start follows";
 }
@@ -157,7 +157,7 @@ TEST_F(Sketch, DeletionKeepsUnknownPlacesUnknown) {
     draw(100, 100, 200, 100);
     draw(200, 100, 300, 100);
     draw(300, 100, 400, 100);
-    set_node_place(2, 1, 2, 3);
+    set_node_place(model, 2, 1, 2, 3);
     sheet_.set_mode(SheetMode::remove);
     EXPECT_EQ(drag(150, 50, 150, 60).event, SheetEvent::none);
     expect_message("該当する部材が見つからない");
@@ -166,7 +166,7 @@ TEST_F(Sketch, DeletionKeepsUnknownPlacesUnknown) {
     ASSERT_EQ(model.N_Node, 3);
     EXPECT_FLOAT_EQ(model.node[0].x, -1.0f);
     EXPECT_FLOAT_EQ(model.node[1].y, 2.0f) << "a known place is kept";
-    EXPECT_EQ(find_model_fault(false), nullptr);
+    EXPECT_EQ(find_model_fault(model, false), nullptr);
     // The rebuilt nodes may read 2 though no place was entered: they count as missing all the same.
     model.node[0].flag = 2;
     EXPECT_TRUE(is_missing(model.node[0]));
@@ -184,7 +184,7 @@ TEST_F(Sketch, NothingIsWrittenPastATable) {
 }
 
 TEST_F(Sketch, HistoryGoesBackToTheEmptySheetAndForwardAgain) {
-    SketchHistory history;
+    SketchHistory history(model);
     history.start(true);
     for (int i = 0; i < SketchHistory::most_steps + 10; ++i) {
         draw(20.0f * i, 100, 20.0f * i, 200);

@@ -1,5 +1,7 @@
 #include "results/force_picture.h"
 
+#include "model/nodes.h"
+#include "model/roles.h"
 #include "results/displacement.h"
 #include "results/selection.h"
 #include "results_support.h"
@@ -10,10 +12,10 @@ namespace kigumi::test {
 
 namespace {
 
-class ForcePictureTest : public ResultTest {
+class ForcePictureTest : public CoreTest {
   protected:
     void SetUp() override {
-        ResultTest::SetUp();
+        CoreTest::SetUp();
         shown.area.xScreen = 800;
         shown.area.yScreen = 600;
     }
@@ -21,7 +23,7 @@ class ForcePictureTest : public ResultTest {
     std::string picture(int mode) {
         RecorderCanvas canvas;
         shown.mode = mode;
-        EXPECT_EQ(draw_result_picture(canvas, shown), 0);
+        EXPECT_EQ(draw_result_picture(model, view, result, lettering, canvas, shown), 0);
         return canvas.text;
     }
 
@@ -29,10 +31,10 @@ class ForcePictureTest : public ResultTest {
 };
 
 TEST_F(ForcePictureTest, DrawsThePortalInEveryMode) {
-    make_portal_result();
+    make_portal_result(result);
     result.disp[1].disp_x = 3.0f;
     result.disp[2].disp_x = 3.0f;
-    ASSERT_EQ(get_new_beam(10.0f), 0);
+    ASSERT_EQ(get_new_beam(result, 10.0f), 0);
     std::string text;
     for (const int mode : {2, 3, 4, 5, 9}) {
         text += text_format("mode %d\n", mode) + picture(mode);
@@ -43,23 +45,23 @@ TEST_F(ForcePictureTest, DrawsThePortalInEveryMode) {
 
 // Row 0 is blue and 100 %, row 1 red and 10 %, row 2 has no force.
 TEST_F(ForcePictureTest, DrawsWhatIsNotSelectedFirstAndInSilver) {
-    make_portal_result();
+    make_portal_result(result);
     const std::string post = "line 492 340 492 100\n";
     const std::string beam = "line 492 100 307 259\n";
     const std::string other = "line 307 500 307 259\n";
     const std::string silver = "pen 0 1 15\n";
-    select_results(std::vector<int>{0});
+    select_results(result, std::vector<int>{0});
     EXPECT_EQ(picture(3), silver + beam + other + "pen 0 1 1\n" + post + "pen 0 1 0\n");
     EXPECT_EQ(picture(5), silver + beam + other + "pen 0 10 1\n" + post + "pen 0 1 0\n");
     EXPECT_TRUE(picture(2).starts_with(silver + beam + other + "pen 0 1 0\n" + post));
     shown.upper = 50.0f;
-    select_results(std::vector<int>{0, 1});
+    select_results(result, std::vector<int>{0, 1});
     EXPECT_EQ(picture(4),
               silver + other + "pen 0 1 0\n" + post + "pen 0 1 4\n" + beam + "pen 0 1 0\n");
 }
 
 TEST_F(ForcePictureTest, PenFollowsSignAndPercent) {
-    make_portal_result();
+    make_portal_result(result);
     shown.upper = 80.0f;
     shown.lower = 20.0f;
     const std::tuple<int, float, float, const char*> cases[] = {
@@ -76,12 +78,12 @@ TEST_F(ForcePictureTest, PenFollowsSignAndPercent) {
 }
 
 TEST_F(ForcePictureTest, FitsAFarFrameFromTheStartValue) {
-    add_setuten(1, "A", -2000.0f, 0.0f, 0.0f);
-    add_setuten(2, "B", -3000.0f, 0.0f, 500.0f);
-    add_stress(0, 1, 1.0f, 100.0f);
+    add_setuten(result, 1, "A", -2000.0f, 0.0f, 0.0f);
+    add_setuten(result, 2, "B", -3000.0f, 0.0f, 500.0f);
+    add_stress(result, 0, 1, 1.0f, 100.0f);
     shown.TAU = 90.0f;
     shown.FAI = 0.0f;
-    ASSERT_TRUE(fit_result(shown));
+    ASSERT_TRUE(fit_result(result, shown));
     EXPECT_FLOAT_EQ(shown.area.world.xmin, 999.9f);
     EXPECT_NEAR(shown.area.world.xmax, 3000.0f, 0.01f);
 }
@@ -89,7 +91,7 @@ TEST_F(ForcePictureTest, FitsAFarFrameFromTheStartValue) {
 TEST_F(ForcePictureTest, DrawsNothingThatCannotBeMapped) {
     RecorderCanvas canvas;
     EXPECT_EQ(picture(2), "");
-    make_portal_result();
+    make_portal_result(result);
     shown.area.xScreen = 200;
     EXPECT_EQ(picture(2), "");
     shown.area.xScreen = 800;
@@ -102,16 +104,16 @@ TEST_F(ForcePictureTest, DrawsNothingThatCannotBeMapped) {
     EXPECT_EQ(picture(3), "");
     result.N_Stress = 0;
     result.N_Setuten = 0;
-    add_setuten(1, "A", 5.0f, 5.0f, 5.0f);
-    add_stress(0, 0, 1.0f, 100.0f);
+    add_setuten(result, 1, "A", 5.0f, 5.0f, 5.0f);
+    add_stress(result, 0, 0, 1.0f, 100.0f);
     shown.label[label_node_names] = 1;
     EXPECT_EQ(picture(5), "");
 }
 
 TEST_F(ForcePictureTest, DrawsAFrameWithoutHeight) {
-    add_setuten(1, "A", 0.0f, 0.0f, 0.0f);
-    add_setuten(2, "B", 0.0f, 600.0f, 0.0f);
-    add_stress(0, 1, 1.0f, 100.0f);
+    add_setuten(result, 1, "A", 0.0f, 0.0f, 0.0f);
+    add_setuten(result, 2, "B", 0.0f, 600.0f, 0.0f);
+    add_stress(result, 0, 1, 1.0f, 100.0f);
     shown.TAU = 0.0f;
     shown.FAI = 0.0f;
     EXPECT_EQ(picture(3), "pen 0 1 4\nline 100 300 700 300\npen 0 1 0\n");
@@ -119,12 +121,12 @@ TEST_F(ForcePictureTest, DrawsAFrameWithoutHeight) {
 
 // A node is looked for among the results first and then in the model.
 TEST_F(ForcePictureTest, DrawsEveryKindOfLabelOnTop) {
-    make_portal_result();
-    make_post();
+    make_portal_result(result);
+    make_post(model);
     for (int no = 3; no <= 5; ++no) {
-        find_or_add_node(200.0f, 0.0f, 30.0f * static_cast<float>(no));
+        find_or_add_node(model, 200.0f, 0.0f, 30.0f * static_cast<float>(no));
     }
-    append_fix(5, 1, 0, 1);
+    append_fix(model, 5, 1, 0, 1);
     const std::string bare = picture(2);
     std::string text;
     for (int kind = 0; kind < result_label_count; ++kind) {

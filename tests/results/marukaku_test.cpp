@@ -1,9 +1,9 @@
 #include "results/marukaku.h"
 
-#include "geometry/solid.h"
 #include "results/force_picture.h"
 #include "results/selection.h"
 #include "results_support.h"
+#include "solid/solid.h"
 
 #include <cmath>
 
@@ -14,14 +14,13 @@ namespace {
 constexpr size_t box_triangles = 12;
 constexpr size_t prism_triangles = 24;
 
-class MarukakuTest : public ResultTest {
+class MarukakuTest : public CoreTest {
   protected:
     void SetUp() override {
-        ResultTest::SetUp();
-        clear_points();
+        CoreTest::SetUp();
         shown.area.xScreen = 800;
         shown.area.yScreen = 600;
-        make_portal_result();
+        make_portal_result(result);
     }
 
     // Builds the view of one selected member standing on the origin.
@@ -30,7 +29,7 @@ class MarukakuTest : public ResultTest {
         result.kensaku[0].force = force;
         result.kensaku[0].percent = percent;
         result.Nken_Stress = 1;
-        EXPECT_EQ(make_marukaku(shown), 0);
+        EXPECT_EQ(make_marukaku(view, result, solids, work_dir, shown), 0);
         return solids.trio.size();
     }
 
@@ -59,8 +58,8 @@ TEST_F(MarukakuTest, MakesSquareAndRoundBarsOfThePercentAsArea) {
 }
 
 TEST_F(MarukakuTest, ColoursEachTriangleByTheSignOfItsBar) {
-    select_results(std::vector<int>{0, 1});
-    ASSERT_EQ(make_marukaku(shown), 0);
+    select_results(result, std::vector<int>{0, 1});
+    ASSERT_EQ(make_marukaku(view, result, solids, work_dir, shown), 0);
     constexpr int last = box_triangles + prism_triangles - 1;
     for (const auto& [record, colour] : {std::pair{0, colour_blue},
                                          {static_cast<int>(box_triangles) - 1, colour_blue},
@@ -68,18 +67,18 @@ TEST_F(MarukakuTest, ColoursEachTriangleByTheSignOfItsBar) {
                                          {last, colour_red},
                                          {last + 1, colour_black},
                                          {-1, colour_black}}) {
-        EXPECT_EQ(marukaku_colour(record), colour) << record;
+        EXPECT_EQ(marukaku_colour(result, record), colour) << record;
     }
 }
 
 TEST_F(MarukakuTest, WritesTheFileAndSetsTheEye) {
     triangles(1.0f, 100.0f);
-    EXPECT_EQ(fs::file_size(work_file("TRIO.DAT")), prism_triangles * sizeof(Trio));
+    EXPECT_EQ(fs::file_size(work_file(work_dir, "TRIO.DAT")), prism_triangles * sizeof(Trio));
     view.Rho = 1.0;
     view.Phi = 1.0;
     result.Nken_Stress = 0;
-    EXPECT_EQ(make_marukaku(shown), 0);
-    EXPECT_EQ(fs::file_size(work_file("TRIO.DAT")), 0u);
+    EXPECT_EQ(make_marukaku(view, result, solids, work_dir, shown), 0);
+    EXPECT_EQ(fs::file_size(work_file(work_dir, "TRIO.DAT")), 0u);
     EXPECT_DOUBLE_EQ(view.Rho, 4000.0);
     EXPECT_DOUBLE_EQ(view.Phi, 70.0);
     EXPECT_TRUE(shown.area.crt.left == 100 && shown.area.crt.right == 700);
@@ -87,15 +86,17 @@ TEST_F(MarukakuTest, WritesTheFileAndSetsTheEye) {
 
 TEST_F(MarukakuTest, LabelsStandWhereTheEyeSeesTheirPoints) {
     shown.mode = mode_solids;
-    select_results(std::vector<int>{0, 1, 2});
-    ASSERT_EQ(make_marukaku(shown), 0);
+    select_results(result, std::vector<int>{0, 1, 2});
+    ASSERT_EQ(make_marukaku(view, result, solids, work_dir, shown), 0);
     const auto lines = [this](int label) {
         shown.area = DrawArea();
         shown.area.xScreen = 800;
         shown.area.yScreen = 600;
         shown.label[label_node_names] = label;
         SegmentCanvas canvas;
-        EXPECT_EQ(draw_marukaku(canvas, shown), 0);
+        EXPECT_EQ(draw_marukaku(model, view, result, solids, perspective, lettering, work_dir,
+                                canvas, shown),
+                  0);
         return canvas.segments();
     };
     const auto bars = lines(0).size();

@@ -1,5 +1,6 @@
 #include "results/result_search.h"
 
+#include "model/members.h"
 #include "results_support.h"
 
 #include <functional>
@@ -41,13 +42,14 @@ Change of_numbers(int first, int last) {
 }
 
 // The portal: member 1 is pressed (100 %), 2 pulled (10 %), 3 without force.
-class ResultSearch : public ResultTest {
+class ResultSearch : public CoreTest {
   protected:
     void SetUp() override {
-        ResultTest::SetUp();
-        make_portal_result();
-        append_beam({0.0f, 0.0f, 0.0f}, {0.0f, 0.0f, 300.0f}, 12.0f, 12.0f, kind_post, 2);
-        append_beam({0.0f, 0.0f, 300.0f}, {400.0f, 0.0f, 300.0f}, 9.0f, 12.0f, kind_chord, 2);
+        CoreTest::SetUp();
+        make_portal_result(result);
+        append_beam(model, {0.0f, 0.0f, 0.0f}, {0.0f, 0.0f, 300.0f}, 12.0f, 12.0f, kind_post, 2);
+        append_beam(model, {0.0f, 0.0f, 300.0f}, {400.0f, 0.0f, 300.0f}, 9.0f, 12.0f, kind_chord,
+                    2);
     }
 };
 
@@ -75,7 +77,7 @@ TEST_F(ResultSearch, FindsTheMembers) {
         ResultQuery query;
         change(query);
         std::vector<int> numbers;
-        for (const int row : find_members(query)) {
+        for (const int row : find_members(model, result, query)) {
             numbers.push_back(result.stress[row].no);
         }
         EXPECT_EQ(numbers, expected) << name;
@@ -84,20 +86,20 @@ TEST_F(ResultSearch, FindsTheMembers) {
 
 // Sections may be asked for only when the results are those of the model.
 TEST_F(ResultSearch, KnowsTheModelOfTheResults) {
-    EXPECT_FALSE(results_are_of_model()) << "a member is missing";
-    append_beam({400.0f, 0.0f, 0.0f}, {400.0f, 0.0f, 300.0f}, 12.0f, 12.0f, kind_post, 2);
+    EXPECT_FALSE(results_are_of_model(model, result)) << "a member is missing";
+    append_beam(model, {400.0f, 0.0f, 0.0f}, {400.0f, 0.0f, 300.0f}, 12.0f, 12.0f, kind_post, 2);
     for (int i = 0; i < model.N_Beam; ++i) {
         result.stress[i].old_noi = model.beam[i].noi;
         result.stress[i].old_noj = model.beam[i].noj;
     }
-    EXPECT_TRUE(results_are_of_model());
+    EXPECT_TRUE(results_are_of_model(model, result));
     result.stress[2].zj += 0.04f;
-    EXPECT_TRUE(results_are_of_model()) << "files round to 0.1 cm";
+    EXPECT_TRUE(results_are_of_model(model, result)) << "files round to 0.1 cm";
     result.stress[2].zj += 0.1f;
-    EXPECT_FALSE(results_are_of_model());
+    EXPECT_FALSE(results_are_of_model(model, result));
     result.stress[2].zj = 300.0f;
     result.stress[1].old_noi = 4;
-    EXPECT_FALSE(results_are_of_model());
+    EXPECT_FALSE(results_are_of_model(model, result));
 }
 
 } // namespace

@@ -11,11 +11,11 @@ class Spy : public test::CoreTest {
         spy_close();
         CoreTest::TearDown();
     }
-    static std::string log() { return read_file(work_file("SPY.TXT")).value_or("(no log)"); }
+    std::string log() { return read_file(work_file(work_dir, "SPY.TXT")).value_or("(no log)"); }
 };
 
 TEST_F(Spy, OnlyWhatStandsInTheBufferIsWritten) {
-    ASSERT_TRUE(spy_open(work_dir()));
+    ASSERT_TRUE(spy_open(work_dir));
     spy("Enter make_hashira()");
     spy("Pass %5d of %s", 3, "柱");
     spy_write();
@@ -28,9 +28,9 @@ TEST_F(Spy, OnlyWhatStandsInTheBufferIsWritten) {
 }
 
 TEST_F(Spy, OddTextsOfASecondRun) {
-    ASSERT_TRUE(spy_open(work_dir()));
+    ASSERT_TRUE(spy_open(work_dir));
     spy_now("first run");
-    ASSERT_TRUE(spy_open(work_dir())); // starts anew
+    ASSERT_TRUE(spy_open(work_dir)); // starts anew
     spy_now("100%d");
     spy_now("%s", std::string(1000, 'x').c_str()); // is cut
     EXPECT_EQ(log(), "Spy Start\r\n100%d\r\n" + std::string(255, 'x') + "\r\n");
@@ -39,9 +39,9 @@ TEST_F(Spy, OddTextsOfASecondRun) {
 TEST_F(Spy, WithoutALogNothingHappens) {
     spy_now("lost");
     EXPECT_FALSE(spy_is_open());
-    EXPECT_FALSE(spy_open(work_dir() / "missing"));
+    EXPECT_FALSE(spy_open(work_dir / "missing"));
     spy_now("lost");
-    EXPECT_FALSE(fs::exists(work_file("SPY.TXT")));
+    EXPECT_FALSE(fs::exists(work_file(work_dir, "SPY.TXT")));
 }
 
 } // namespace

@@ -13,22 +13,21 @@ class AnalysisTest : public UiTest {
   protected:
     void SetUp() override {
         UiTest::SetUp();
-        result.N_Stress = 0;
-        make_post();
+        make_post(model);
         main_.showMaximized();
     }
 
-    static void own_solver(const std::string& script) {
-        const fs::path path = work_file("FRAMESLV.EXE");
+    void own_solver(const std::string& script) {
+        const fs::path path = work_file(work_dir, "FRAMESLV.EXE");
         ASSERT_EQ(save_file(path, "#!/bin/sh\n" + script), 0);
         fs::permissions(path, fs::perms::owner_exec, fs::perm_options::add);
     }
-    static void earlier_results() {
+    void earlier_results() {
         for (const char* name : {"frameslv.zlv", "frameslv.lst", "frameslv.dsp", "frameslv.err"}) {
-            ASSERT_EQ(save_file(work_file(name), "1 2 3\n"), 0);
+            ASSERT_EQ(save_file(work_file(work_dir, name), "1 2 3\n"), 0);
         }
     }
-    bool run() { return run_analysis(main_); }
+    bool run() { return run_analysis(model, solver_seams, work_dir, main_); }
     void expect_main_window_back() {
         EXPECT_TRUE(main_.isVisible());
         EXPECT_FALSE(main_.isMinimized());
@@ -47,7 +46,7 @@ TEST_F(AnalysisTest, TellsWhatIsMissingBeforeAnythingRuns) {
     model.N_Fix = model.N_Load = 1;
     model.N_Beam = result_capacity + 1;
     EXPECT_FALSE(run());
-    EXPECT_FALSE(fs::exists(work_file("ran")));
+    EXPECT_FALSE(fs::exists(work_file(work_dir, "ran")));
     const auto messages = take_messages();
     ASSERT_EQ(messages.size(), 3u);
     EXPECT_EQ(messages[0], "荷重節点がないため解析できません");
@@ -61,7 +60,7 @@ TEST_F(AnalysisTest, BundledSolverLeavesReadableResults) {
     const auto messages = take_messages();
     ASSERT_EQ(messages.size(), 1u);
     EXPECT_EQ(messages[0].find("解析計算を終了しまし "), 0u);
-    ASSERT_EQ(FrameSlv(), 0);
+    ASSERT_EQ(FrameSlv(model, result, work_dir), 0);
     EXPECT_NEAR(result.stress[0].force, -200.0f, 1e-3f);
 }
 
@@ -72,23 +71,24 @@ TEST_F(AnalysisTest, FailedRunShowsItsReasonAndNothingOfAnEarlierOne) {
     EXPECT_TRUE(run());
     expect_main_window_back();
     take_messages();
-    EXPECT_EQ(FrameSlv(), -1);
+    EXPECT_EQ(FrameSlv(model, result, work_dir), -1);
     EXPECT_EQ(file_error(), "節点 X00Y00Z01 が動きます");
     expect_message("ファイルframeslv.zlvをオ－プンできません");
     own_solver("exit 1\n"); // no word of its own
     EXPECT_TRUE(run());
-    EXPECT_EQ(solver_complaint(), "");
+    EXPECT_EQ(solver_complaint(work_dir), "");
     take_messages();
 }
 
 TEST_F(AnalysisTest, SolverThatCannotStartLeavesTheEarlierResults) {
     earlier_results();
-    ASSERT_EQ(save_file(work_file("FRAMESLV.EXE"), "\x01 no program"), 0);
-    fs::permissions(work_file("FRAMESLV.EXE"), fs::perms::owner_exec, fs::perm_options::add);
+    ASSERT_EQ(save_file(work_file(work_dir, "FRAMESLV.EXE"), "\x01 no program"), 0);
+    fs::permissions(work_file(work_dir, "FRAMESLV.EXE"), fs::perms::owner_exec,
+                    fs::perm_options::add);
     EXPECT_FALSE(run());
     expect_main_window_back();
     expect_message("Could not create process");
-    EXPECT_EQ(read_file(work_file("frameslv.lst")), "1 2 3\n");
+    EXPECT_EQ(read_file(work_file(work_dir, "frameslv.lst")), "1 2 3\n");
 }
 
 TEST_F(AnalysisTest, StoppedRunEndsTheSolverAndItsChildren) {
@@ -105,7 +105,7 @@ TEST_F(AnalysisTest, StoppedRunEndsTheSolverAndItsChildren) {
         .step("window of the run",
               [&] {
                   QWidget* window = Player::shown("TKaisekiForm");
-                  if (window == nullptr || !fs::exists(work_file("frameslv.ls~"))) {
+                  if (window == nullptr || !fs::exists(work_file(work_dir, "frameslv.ls~"))) {
                       return false;
                   }
                   shown = label_text(*window, "ProgramLabel").find("作業フォルダの FRAMESLV.EXE") !=
@@ -120,9 +120,9 @@ TEST_F(AnalysisTest, StoppedRunEndsTheSolverAndItsChildren) {
     EXPECT_TRUE(shown);
     expect_main_window_back();
     expect_message("解析を中止しました");
-    EXPECT_FALSE(fs::exists(work_file("frameslv.lst")));
-    EXPECT_FALSE(fs::exists(work_file("frameslv.ls~")));
-    const std::string child = *read_file(work_file("child"));
+    EXPECT_FALSE(fs::exists(work_file(work_dir, "frameslv.lst")));
+    EXPECT_FALSE(fs::exists(work_file(work_dir, "frameslv.ls~")));
+    const std::string child = *read_file(work_file(work_dir, "child"));
     const std::string alive =
         "grep -q '^State:.[^ZX]' /proc/" + child.substr(0, child.find('\n')) + "/status";
     EXPECT_NE(std::system((alive + " 2>/dev/null").c_str()), 0) << "the solver's child still runs";

@@ -2,10 +2,13 @@
 #include "ui/result/frame_slv_form.h"
 
 #include "analysis/solver_input.h"
-#include "geometry/solid.h"
+#include "model/members.h"
+#include "model/roles.h"
+#include "model/sections.h"
 #include "player.h"
 #include "results/selection.h"
 #include "results_support.h"
+#include "solid/solid.h"
 #include "ui/result/kekka_ichiran_form.h"
 
 #include <QMessageBox>
@@ -20,9 +23,9 @@ class ResultsWindow : public UiTest {
     void SetUp() override {
         UiTest::SetUp();
         view = View{};
-        ASSERT_EQ(save_file(work_file("frameslv.zlv"), "1 0.0 1 0.0 1 0.0"), 0);
-        ASSERT_EQ(save_file(work_file("frameslv.lst"), listing_of_row(4)), 0);
-        ASSERT_EQ(save_file(work_file("frameslv.dsp"), displacements_of_row(4)), 0);
+        ASSERT_EQ(save_file(work_file(work_dir, "frameslv.zlv"), "1 0.0 1 0.0 1 0.0"), 0);
+        ASSERT_EQ(save_file(work_file(work_dir, "frameslv.lst"), listing_of_row(4)), 0);
+        ASSERT_EQ(save_file(work_file(work_dir, "frameslv.dsp"), displacements_of_row(4)), 0);
     }
     static QAction* item(const TFrameSlvForm& window, const char* name) {
         return window.findChild<QAction*>(name);
@@ -37,7 +40,7 @@ class ResultsWindow : public UiTest {
         return text;
     }
     // Where the middle of a member is painted.
-    static QPoint middle(TFrameSlvForm& window, int row) {
+    QPoint middle(TFrameSlvForm& window, int row) {
         window.picture().grab();
         const Stress& s = result.stress[row];
         const PlanePoint at = Projector(30.0f, 30.0f)(0.5f * (s.xi + s.xj), s.yi, s.zi);
@@ -55,7 +58,7 @@ class ResultsWindow : public UiTest {
 };
 
 TEST_F(ResultsWindow, EachItemSelectsItsMode) {
-    TFrameSlvForm window;
+    TFrameSlvForm window(session);
     ASSERT_TRUE(window.valid());
     EXPECT_EQ(modes(window), "3 JikuryokuMenu");
     for (const auto& [name, mode] : {std::pair{"FutosaMenu", "5 FutosaMenu"},
@@ -74,7 +77,7 @@ TEST_F(ResultsWindow, EachItemSelectsItsMode) {
 }
 
 TEST_F(ResultsWindow, ABrokenDisplacementLeavesThePictureAsItWas) {
-    TFrameSlvForm window;
+    TFrameSlvForm window(session);
     item(window, "Heni5Menu")->trigger();
     result.disp[0].old_no = 99;
     item(window, "Heni10Menu")->trigger();
@@ -83,7 +86,7 @@ TEST_F(ResultsWindow, ABrokenDisplacementLeavesThePictureAsItWas) {
 }
 
 TEST_F(ResultsWindow, BandIsTakenOnlyOfNumbers) {
-    TFrameSlvForm window;
+    TFrameSlvForm window(session);
     const auto answer = [&](const char* high, const char* low) {
         answer_next([=](QDialog& dialog) {
             type(dialog, "HighPercentEdit", high);
@@ -109,11 +112,11 @@ TEST_F(ResultsWindow, BandIsTakenOnlyOfNumbers) {
 
 TEST_F(ResultsWindow, AFailedReadingShowsNothingOfTheRunBefore) {
     {
-        TFrameSlvForm good;
-        select_results(std::vector<int>{0});
+        TFrameSlvForm good(session);
+        select_results(result, std::vector<int>{0});
     }
-    ASSERT_EQ(save_file(work_file("frameslv.lst"), "4 1 1"), 0);
-    TFrameSlvForm window;
+    ASSERT_EQ(save_file(work_file(work_dir, "frameslv.lst"), "4 1 1"), 0);
+    TFrameSlvForm window(session);
     expect_message("ファイルframeslv.lstの読み込みに失敗しました");
     EXPECT_EQ(label_text(window, "StatusLabel"), "ファイルframeslv.lstの読み込みに失敗しました");
     EXPECT_EQ(label_text(window, "FactsLabel"), "");
@@ -129,17 +132,17 @@ TEST_F(ResultsWindow, AFailedReadingShowsNothingOfTheRunBefore) {
 }
 
 TEST_F(ResultsWindow, AClickSelectsAndSpreadsToTheLists) {
-    TFrameSlvForm window;
+    TFrameSlvForm window(session);
     window.resize(900, 700);
     int changes = 0;
     QObject::connect(&window, &TFrameSlvForm::selection_changed, &window, [&] { ++changes; });
     click(window, middle(window, 0));
-    EXPECT_EQ(selected_rows(), std::vector<int>{0});
+    EXPECT_EQ(selected_rows(result), std::vector<int>{0});
     EXPECT_EQ(label_text(window, "StatusLabel"),
               "部材 3　N00003 － N00004　軸力 4.5 kgf（引張）　100.0 ％");
     click(window, middle(window, 2), Qt::ControlModifier);
     click(window, {5, 5}, Qt::ControlModifier);
-    EXPECT_EQ(selected_rows(), (std::vector<int>{0, 2}));
+    EXPECT_EQ(selected_rows(result), (std::vector<int>{0, 2}));
     item(window, "KekkaIchiranMenu")->trigger();
     auto* list = window.findChild<TKekkaIchiranForm*>();
     ASSERT_NE(list, nullptr);
@@ -149,15 +152,15 @@ TEST_F(ResultsWindow, AClickSelectsAndSpreadsToTheLists) {
     list->close();
     item(window, "Heni10Menu")->trigger();
     click(window, middle(window, 1), Qt::ControlModifier);
-    EXPECT_EQ(selected_rows(), (std::vector<int>{0, 2}));
+    EXPECT_EQ(selected_rows(result), (std::vector<int>{0, 2}));
     click(window, {5, 5});
-    EXPECT_TRUE(selected_rows().empty());
+    EXPECT_TRUE(selected_rows(result).empty());
     EXPECT_FALSE(item(window, "SentakuKaijoMenu")->isEnabled());
     EXPECT_EQ(changes, 6);
 }
 
 TEST_F(ResultsWindow, BarsShowTheSelectionOrAllMembers) {
-    TFrameSlvForm window;
+    TFrameSlvForm window(session);
     const auto confirm = [&](int item_no, const char* button) {
         answer_next([=](QDialog& dialog) {
             click_item(dialog, "BuzaiGroup", item_no);
@@ -173,18 +176,18 @@ TEST_F(ResultsWindow, BarsShowTheSelectionOrAllMembers) {
     EXPECT_EQ(label_text(window, "StatusLabel"), "選択した部材がないので、角丸表示は空です");
     EXPECT_EQ(window.picture().segments()->segments().size(), 0u);
     EXPECT_DOUBLE_EQ(view.Theta, 20.0);
-    select_results(std::vector<int>{1});
+    select_results(result, std::vector<int>{1});
     window.show_selection();
     EXPECT_EQ(solids.n_trio, 24) << "the bars follow the selection";
     confirm(1, "OKButton");
     EXPECT_EQ(solids.n_trio, 3 * 24);
-    EXPECT_EQ(selected_rows(), std::vector<int>{1}) << "the selection is kept";
+    EXPECT_EQ(selected_rows(result), std::vector<int>{1}) << "the selection is kept";
     press(*window.findChild<QDialog*>("MarukakuForm"), "AkaAoButton");
     EXPECT_EQ(modes(window), "3 JikuryokuMenu");
 }
 
 TEST_F(ResultsWindow, LeavingTheBarsAndAFailedBuildLeaveThePictureThatIsShown) {
-    TFrameSlvForm window;
+    TFrameSlvForm window(session);
     const std::string at_first = label_text(window, "StatusLabel");
     const auto show_all = [&] {
         answer_next([](QDialog& dialog) {
@@ -200,13 +203,13 @@ TEST_F(ResultsWindow, LeavingTheBarsAndAFailedBuildLeaveThePictureThatIsShown) {
         EXPECT_EQ(label_text(window, "StatusLabel"), at_first) << mode;
     }
     show_all();
-    fs::remove(work_file("TRIO.DAT"));
-    fs::create_directory(work_file("TRIO.DAT"));
+    fs::remove(work_file(work_dir, "TRIO.DAT"));
+    fs::create_directory(work_file(work_dir, "TRIO.DAT"));
     show_all();
     EXPECT_EQ(take_messages().back(), "視点座標表示に失敗しました");
     EXPECT_EQ(modes(window), "3 JikuryokuMenu") << "no picture of bars that have gone";
     EXPECT_EQ(label_text(window, "StatusLabel"), at_first);
-    fs::remove(work_file("TRIO.DAT"));
+    fs::remove(work_file(work_dir, "TRIO.DAT"));
     press(*window.findChild<QDialog*>("MarukakuForm"), "MarukakuButton");
     EXPECT_EQ(modes(window), "6 MarukakuMenu");
     EXPECT_EQ(solids.n_trio, 3 * 24) << "built anew";
@@ -214,7 +217,7 @@ TEST_F(ResultsWindow, LeavingTheBarsAndAFailedBuildLeaveThePictureThatIsShown) {
 }
 
 TEST_F(ResultsWindow, NamesThatDifferAreToldOnce) {
-    TFrameSlvForm window;
+    TFrameSlvForm window(session);
     for (int i = 0; i < 4; ++i) {
         set_name(result.disp[i].name, "OTHER");
     }
@@ -228,26 +231,26 @@ TEST_F(ResultsWindow, NamesThatDifferAreToldOnce) {
 }
 
 TEST_F(ResultsWindow, LabelsComeFromTheInputOfTheseResultsOnly) {
-    const auto put_input = [](float pitch) {
+    const auto put_input = [this](float pitch) {
         for (int i = 0; i < 3; ++i) {
             const float x = static_cast<float>(i + 1) * 100.0f;
-            append_beam({x, 0.0f, 0.0f}, {x + (i == 2 ? pitch : 100.0f), 0.0f, 0.0f}, 10.0f, 10.0f,
-                        kind_none, 2);
+            append_beam(model, {x, 0.0f, 0.0f}, {x + (i == 2 ? pitch : 100.0f), 0.0f, 0.0f}, 10.0f,
+                        10.0f, kind_none, 2);
         }
-        ASSERT_EQ(rebuild_tables(), 0);
-        append_fix(1, 1, 1, 1);
-        append_load(4, 0.0f, 0.0f, -1.0f);
-        ASSERT_EQ(save_honegumi(work_file("FRAMESLV.IN")), 0);
-        reset_model();
+        ASSERT_EQ(rebuild_tables(model), 0);
+        append_fix(model, 1, 1, 1, 1);
+        append_load(model, 4, 0.0f, 0.0f, -1.0f);
+        ASSERT_EQ(save_honegumi(model, work_file(work_dir, "FRAMESLV.IN")), 0);
+        reset_model(model);
     };
     put_input(100.0f);
     {
-        TFrameSlvForm window;
+        TFrameSlvForm window(session);
         EXPECT_EQ(model.N_Fix + model.N_Load, 2);
         EXPECT_TRUE(label_text(window, "StatusLabel").starts_with("計算結果のフォルダ"));
     }
     put_input(101.0f); // as many nodes and members
-    TFrameSlvForm window;
+    TFrameSlvForm window(session);
     EXPECT_EQ(model.N_Fix + model.N_Load, 0);
     EXPECT_EQ(label_text(window, "StatusLabel"), roles_of_other_frame);
     item(window, "WireMenu")->trigger();
@@ -255,20 +258,21 @@ TEST_F(ResultsWindow, LabelsComeFromTheInputOfTheseResultsOnly) {
 }
 
 TEST_F(ResultsWindow, SavesListDrawingAndPictures) {
-    TFrameSlvForm window;
+    TFrameSlvForm window(session);
     window.show();
     Player player;
-    player.menu("TFrameSlvForm", "KekkaSaveMenu").file(work_file("list.txt"));
-    player.menu("TFrameSlvForm", "DxfSaveMenu").file(work_file("a.dxf"));
+    player.menu("TFrameSlvForm", "KekkaSaveMenu").file(work_file(work_dir, "list.txt"));
+    player.menu("TFrameSlvForm", "DxfSaveMenu").file(work_file(work_dir, "a.dxf"));
     player.click("TDxfWidthForm", "OKButton").gone("TDxfWidthForm");
     for (const char* name : {"a.png", "a.pdf"}) {
-        player.menu("TFrameSlvForm", "GazouSaveMenu").file(work_file(name));
-        player.step(name, [this, name] { return fs::exists(work_file(name)); });
+        player.menu("TFrameSlvForm", "GazouSaveMenu").file(work_file(work_dir, name));
+        player.step(name, [this, name] { return fs::exists(work_file(work_dir, name)); });
     }
     player.play();
     expect_message("DXFファイルを作製しました");
-    EXPECT_TRUE(read_file(work_file("list.txt"))->starts_with(work_file("list.txt").string()));
-    EXPECT_TRUE(read_file(work_file("a.pdf"))->starts_with("%PDF"));
+    EXPECT_TRUE(read_file(work_file(work_dir, "list.txt"))
+                    ->starts_with(work_file(work_dir, "list.txt").string()));
+    EXPECT_TRUE(read_file(work_file(work_dir, "a.pdf"))->starts_with("%PDF"));
 }
 
 } // namespace

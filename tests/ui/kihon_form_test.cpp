@@ -29,7 +29,7 @@ class KihonForm : public UiTest {
 
 TEST_F(KihonForm, OpensWithTheDefaults) {
     param.SouMode = 1;
-    TKihonForm form;
+    TKihonForm form(session);
     for (const auto& [box, text] : {std::pair{"XtukaEdit", "    8"},
                                     {"TukaHabaEdit", "    90.0"},
                                     {"SujiEdit", "     9.0"},
@@ -66,8 +66,8 @@ const Refusal refusals[] = {
 TEST_F(KihonForm, ARefusalKeepsTheDialogOpen) {
     for (const Refusal& refusal : refusals) {
         SCOPED_TRACE(refusal.message);
-        set_default_param();
-        TKihonForm form;
+        set_default_param(param);
+        TKihonForm form(session);
         form.show();
         choose(form, refusal.hashira, refusal.kaisou, refusal.yane);
         if (refusal.box != nullptr) {
@@ -89,8 +89,8 @@ TEST_F(KihonForm, ShowsTheHeightAndCloses) {
         int sou_mode;
     } choices[] = {{0, 0, 0, "     95.0", 0}, {2, 1, 0, "    620.0", 1}, {1, 2, 2, "    905.0", 1}};
     for (const auto& [hashira, kaisou, yane, takasa, sou_mode] : choices) {
-        set_default_param();
-        TKihonForm form;
+        set_default_param(param);
+        TKihonForm form(session);
         form.show();
         choose(form, hashira, kaisou, yane);
         press(form, "CheckButton");
@@ -98,13 +98,13 @@ TEST_F(KihonForm, ShowsTheHeightAndCloses) {
         EXPECT_TRUE(form.isVisible());
         press(form, "OKButton");
         EXPECT_FALSE(form.isVisible());
-        EXPECT_EQ(form.result(), QDialog::Accepted);
+        EXPECT_EQ(form.QDialog::result(), QDialog::Accepted);
         EXPECT_EQ(param.SouMode, sou_mode);
     }
 }
 
 TEST_F(KihonForm, OpensTheHeightsOfTheStoreysAndTakesThemIn) {
-    TKihonForm form;
+    TKihonForm form(session);
     type(form, "XtukaEdit", "１２");
     for (int item = 0; item < 3; ++item) {
         click_item(form, "KaisouGroup", item);
@@ -123,7 +123,7 @@ TEST_F(KihonForm, OpensTheHeightsOfTheStoreysAndTakesThemIn) {
 TEST_F(KihonForm, CancelRestoresTheDimensionsAndTheFirstMaterialOnly) {
     model.mat.E[0] = 70000.0f;
     model.mat.density[0] = 0.25f;
-    TKihonForm form;
+    TKihonForm form(session);
     choose(form, 1, 1, 2);
     for (const char* box :
          {"XtukaEdit", "YtukaEdit", "TukaHabaEdit", "TukaTakasaEdit", "HashiraEdit", "WakuEdit",
@@ -135,7 +135,7 @@ TEST_F(KihonForm, CancelRestoresTheDimensionsAndTheFirstMaterialOnly) {
     model.mat.E[0] = 1.0f;
     model.mat.density[0] = 1.0f;
     press(form, "CancelButton");
-    EXPECT_EQ(form.result(), QDialog::Rejected);
+    EXPECT_EQ(form.QDialog::result(), QDialog::Rejected);
     const Param initial;
     EXPECT_EQ(param.NX, initial.NX);
     EXPECT_EQ(param.NY, initial.NY);
@@ -154,8 +154,8 @@ TEST_F(KihonForm, CancelRestoresTheDimensionsAndTheFirstMaterialOnly) {
 
 TEST_F(KihonForm, ARoofSetsItsHeightsAndClosesTheStoreysAbove) {
     for (const int storey : {0, 1}) {
-        set_default_param();
-        TKihonForm form;
+        set_default_param(param);
+        TKihonForm form(session);
         choose(form, 1, storey, none);
         choose_roof(form, [](QDialog& roof) {
             EXPECT_STREQ(roof.metaObject()->className(), "TYaneForm");
@@ -182,7 +182,7 @@ TEST_F(KihonForm, ARoofSetsItsHeightsAndClosesTheStoreysAbove) {
 }
 
 TEST_F(KihonForm, ACancelledRoofLeavesNone) {
-    TKihonForm form;
+    TKihonForm form(session);
     choose(form, 1, 0, none);
     choose_roof(form, [](QDialog& roof) {
         type(roof, "KetaHabaEdit", "99");
@@ -198,16 +198,16 @@ class YaneForm : public UiTest {};
 
 TEST_F(YaneForm, OffersHeightsWhereAnotherChoiceTookThemAway) {
     param.NX = 6;
-    apply_yane_choice(0);
-    const TYaneForm offering;
+    apply_yane_choice(param, 0);
+    const TYaneForm offering(session);
     EXPECT_EQ(text_in(offering, "YaneHashiraEdit"), "240.0");
     EXPECT_EQ(text_in(offering, "YaneTakasaEdit"), "135.0");
     param.YaneMode = 1;
     param.YaneTakasa = 159.25f;
-    TYaneForm chosen;
+    TYaneForm chosen(session);
     EXPECT_EQ(text_in(chosen, "YaneHashiraEdit"), "0.0") << "a roof without posts is one";
     press(chosen, "OKButton");
-    EXPECT_EQ(chosen.result(), QDialog::Accepted);
+    EXPECT_EQ(chosen.QDialog::result(), QDialog::Accepted);
     EXPECT_FLOAT_EQ(param.YaneTakasa, 159.25f);
 }
 
@@ -219,7 +219,7 @@ TEST_F(YaneForm, RefusesSizesThatNoRoofHas) {
         {"HiuchiHabaEdit", "x", "火打合掌の巾: 「x」は数値ではありません"},
     };
     for (const auto& [box, text, message] : sizes) {
-        TYaneForm form;
+        TYaneForm form(session);
         form.show();
         type(form, "YaneHashiraHabaEdit", "15");
         type(form, box, text);

@@ -1,6 +1,7 @@
 // 部材データ: the lists, and the dialogs that change a section or a material.
 #include "analysis/solver_input.h"
-#include "model/lookup.h"
+#include "model/members.h"
+#include "model/sections.h"
 #include "player.h"
 #include "ui/data/record_grid.h"
 #include "ui/data/section_forms.h"
@@ -14,22 +15,24 @@ class MemberData : public UiTest {
   protected:
     void SetUp() override {
         UiTest::SetUp();
-        append_beam({0.0f, 0.0f, 0.0f}, {0.0f, 0.0f, 300.0f}, 10.0f, 20.0f, kind_post, 2);
-        append_beam({0.0f, 0.0f, 300.0f}, {0.0f, 100.0f, 300.0f}, 12.0f, 12.0f, kind_frame, 2);
-        append_beam({0.0f, 100.0f, 0.0f}, {0.0f, 100.0f, 300.0f}, 10.0f, 20.0f, kind_post, 2);
-        ASSERT_EQ(rebuild_tables(), 0);
+        append_beam(model, {0.0f, 0.0f, 0.0f}, {0.0f, 0.0f, 300.0f}, 10.0f, 20.0f, kind_post, 2);
+        append_beam(model, {0.0f, 0.0f, 300.0f}, {0.0f, 100.0f, 300.0f}, 12.0f, 12.0f, kind_frame,
+                    2);
+        append_beam(model, {0.0f, 100.0f, 0.0f}, {0.0f, 100.0f, 300.0f}, 10.0f, 20.0f, kind_post,
+                    2);
+        ASSERT_EQ(rebuild_tables(model), 0);
     }
     static std::string cell(const QWidget& window, const char* grid, int row, int column) {
         return control<RecordGrid>(window, grid)->item(row, column)->text().toStdString();
     }
-    static std::string solver_input() {
-        EXPECT_EQ(save_honegumi(work_file("member.bon")), 0);
-        return *read_file(work_file("member.bon"));
+    std::string solver_input() {
+        EXPECT_EQ(save_honegumi(model, work_file(work_dir, "member.bon")), 0);
+        return *read_file(work_file(work_dir, "member.bon"));
     }
 };
 
 TEST_F(MemberData, ListsAndChangesWhatTheSolverGets) {
-    TSelBeamForm window(nullptr);
+    TSelBeamForm window(session, nullptr);
     EXPECT_EQ(text_in(window, "ZenBeamEdit"), "3");
     EXPECT_EQ(text_in(window, "SizeEdit"), "2");
     EXPECT_EQ(cell(window, "ZenStringGrid", 2, 0), "     3");
@@ -63,7 +66,7 @@ TEST_F(MemberData, ListsAndChangesWhatTheSolverGets) {
 }
 
 TEST_F(MemberData, SectionDialogRefusesAndKnowsWhenNothingChanged) {
-    THenSizeForm form(0, nullptr);
+    THenSizeForm form(session, 0, nullptr);
     const float area = model.size.A[0];
     const std::pair<const char*, const char*> refused[] = {
         {"HabaEdit", "巾の値に誤りがあります"}, {"AtumiEdit", "厚みの値に誤りがあります"}};
@@ -81,13 +84,13 @@ TEST_F(MemberData, SectionDialogRefusesAndKnowsWhenNothingChanged) {
     expect_message("Cold Angle: 「あ」は数値ではありません");
     type(form, "ColdEdit", "0.0");
     press(form, "OKButton");
-    EXPECT_EQ(form.result(), QDialog::Accepted);
+    EXPECT_EQ(form.QDialog::result(), QDialog::Accepted);
     EXPECT_EQ(form.change(), Change::none);
     EXPECT_FLOAT_EQ(model.size.A[0], area);
 }
 
 TEST_F(MemberData, MaterialDialogNamesTheFirstWrongValue) {
-    THenMatForm form(1, nullptr);
+    THenMatForm form(session, 1, nullptr);
     type(form, "YoungEdit", "0");
     type(form, "PoisonEdit", "-0.1");
     type(form, "MitudoEdit", "0");

@@ -3,13 +3,14 @@
 // alive, come to rest, keep its tables sound, and say so when a file cannot be read or written.
 // KIGUMI_MONKEYS sets the number of runs and KIGUMI_SEED the seed of the first.
 #include "dice.h"
+#include "draw/projection.h"
 #include "files/jiku.h"
 #include "files/tegaki.h"
 #include "generate/generate.h"
-#include "geometry/projection.h"
-#include "model/lookup.h"
-#include "ui/dialogs.h"
-#include "ui/main_form.h"
+#include "model/sections.h"
+#include "model/validate.h"
+#include "ui/kit/dialogs.h"
+#include "ui/main/main_form.h"
 #include "ui_support.h"
 
 #include <QAbstractSlider>
@@ -38,7 +39,7 @@ constexpr int patience = 60;       // presses on one dialog before it is closed
 
 class Monkey {
   public:
-    explicit Monkey(unsigned seed) : dice_(seed) {}
+    Monkey(const fs::path& work_dir, unsigned seed) : work_dir_(work_dir), dice_(seed) {}
 
     // Presses until it has had enough, then closes everything.
     void play(QWidget& main);
@@ -73,6 +74,7 @@ class Monkey {
         return usable.isEmpty() ? nullptr : dice_.one_of(usable);
     }
 
+    fs::path work_dir_;
     Dice dice_;
     std::string log_;
     bool gave_up_ = false;
@@ -137,7 +139,7 @@ void Monkey::answer_file_dialog(QFileDialog& dialog) {
               : std::vector{"a.jik", "b.out", "missing/c.dxf", "d.tgk", "good.jik"};
     dialog.setOption(QFileDialog::DontConfirmOverwrite, dice_.roll(2) == 0);
     const std::string name = dice_.one_of(names);
-    dialog.findChild<QLineEdit*>("fileNameEdit")->setText(qt_path(work_file(name)));
+    dialog.findChild<QLineEdit*>("fileNameEdit")->setText(qt_path(work_file(work_dir_, name)));
     const bool bad = name == "broken.jik" || name == "none.jik" || name == "missing/c.dxf";
     bad_file_ = bad ? name : "";
     log_ += name + "; ";
@@ -324,24 +326,26 @@ class MonkeyTest : public UiTest {
         QApplication::setQuitOnLastWindowClosed(false);
         param.NX = 2;
         param.NY = 1;
-        ASSERT_EQ(check_param({0, 0, 0}), 0);
-        ASSERT_EQ(make_unit(), 0);
-        ASSERT_EQ(rebuild_tables(), 0);
-        project_model();
-        ASSERT_EQ(save_jiku_data(work_file("good.jik"), {}), 0);
-        ASSERT_EQ(save_tegaki_data(work_file("good.tgk")), 0);
-        ASSERT_EQ(save_file(work_file("broken.jik"), "1 0 0 0\n"), 0);
-        reset_model();
+        ASSERT_EQ(check_param(param, {0, 0, 0}), 0);
+        ASSERT_EQ(make_unit(model, param, solids), 0);
+        ASSERT_EQ(rebuild_tables(model), 0);
+        project_model(model, view);
+        ASSERT_EQ(save_jiku_data(model, work_file(work_dir, "good.jik"), {}), 0);
+        ASSERT_EQ(save_tegaki_data(model, sketch_places, work_file(work_dir, "good.tgk")), 0);
+        ASSERT_EQ(save_file(work_file(work_dir, "broken.jik"), "1 0 0 0\n"), 0);
+        reset_model(model);
+        reset_solids(solids);
+        clear_points(solids);
         show_messages_in_boxes();
     }
     void run(unsigned seed) {
         SCOPED_TRACE(text_format("seed %u", seed));
         std::printf("seed %u\n", seed);
         std::fflush(stdout);
-        Monkey monkey(seed);
+        Monkey monkey(work_dir, seed);
         bool unfinished = false; // only a sketch, which no other command may take
         {
-            TMainForm window;
+            TMainForm window(session);
             window.show();
             if (seed % 2 == 0) { // the commands of a finished frame
                 QTimer::singleShot(0, window.findChild<QAction*>("JikuDataReadMenu"),
@@ -356,7 +360,7 @@ class MonkeyTest : public UiTest {
         }
         ASSERT_FALSE(monkey.gave_up()) << monkey.log();
         ASSERT_EQ(monkey.untold(), "") << monkey.log();
-        const char* fault = find_model_fault(false);
+        const char* fault = find_model_fault(model, false);
         const std::set<std::string> of_sketches = {"a member's end lies elsewhere than its node",
                                                    "a member names no section or material"};
         ASSERT_TRUE(fault == nullptr || (unfinished && of_sketches.contains(fault)))

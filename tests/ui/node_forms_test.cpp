@@ -1,5 +1,6 @@
 // The support and load window and its dialogs.
-#include "model/lookup.h"
+#include "model/names.h"
+#include "model/nodes.h"
 #include "model/roles.h"
 #include "ui/data/record_grid.h"
 #include "ui/data/sel_node_form.h"
@@ -18,13 +19,13 @@ class NodeForms : public UiTest {
     void SetUp() override {
         UiTest::SetUp();
         for (int i = 0; i < 5; ++i) {
-            find_or_add_node(90.0f * static_cast<float>(i), 0.0f, 240.0f);
+            find_or_add_node(model, 90.0f * static_cast<float>(i), 0.0f, 240.0f);
         }
-        save_level_name();
-        clear_roles();
-        ASSERT_EQ(put_fix(0, 1, 1, 1), 0);
-        ASSERT_EQ(put_load(1, 0.0f, 0.0f, -200.0f), 0);
-        ASSERT_EQ(put_load(2, 5.0f, 0.0f, -200.0f), 0);
+        save_level_name(model);
+        clear_roles(model);
+        ASSERT_EQ(put_fix(model, 0, 1, 1, 1), 0);
+        ASSERT_EQ(put_load(model, 1, 0.0f, 0.0f, -200.0f), 0);
+        ASSERT_EQ(put_load(model, 2, 5.0f, 0.0f, -200.0f), 0);
     }
     static void press_key(const QWidget& window, const char* grid, Qt::Key key) {
         QKeyEvent event(QEvent::KeyPress, key, Qt::NoModifier);
@@ -59,8 +60,8 @@ class NodeForms : public UiTest {
     }
     void expect_agreement(const TSelNodeForm& form) {
         for (int i = 0; i < model.N_Node; ++i) {
-            EXPECT_EQ(find_fix(i + 1) >= 0, model.node[i].flag == role_fixed) << i;
-            EXPECT_EQ(find_load(i + 1) >= 0, model.node[i].flag == role_loaded) << i;
+            EXPECT_EQ(find_fix(model, i + 1) >= 0, model.node[i].flag == role_fixed) << i;
+            EXPECT_EQ(find_load(model, i + 1) >= 0, model.node[i].flag == role_loaded) << i;
         }
         EXPECT_EQ(text_in(form, "FixEdit"), std::to_string(model.N_Fix));
         EXPECT_EQ(text_in(form, "LoadEdit"), std::to_string(model.N_Load));
@@ -68,7 +69,7 @@ class NodeForms : public UiTest {
 };
 
 TEST_F(NodeForms, AddingOffersTheDefaultsAndReplaces) {
-    TSelNodeForm form(nullptr);
+    TSelNodeForm form(session, nullptr);
     int redrawn = 0;
     QObject::connect(&form, &TSelNodeForm::changed, [&redrawn] { ++redrawn; });
     EXPECT_EQ(text_in(form, "ZenEdit"), "5");
@@ -92,7 +93,7 @@ TEST_F(NodeForms, AddingOffersTheDefaultsAndReplaces) {
 }
 
 TEST_F(NodeForms, CancelAndWrongNumbersChangeNothing) {
-    TSelNodeForm form(nullptr);
+    TSelNodeForm form(session, nullptr);
     const std::string fixes = rows(form, "FixStringGrid");
     const std::string loads = rows(form, "LoadStringGrid");
     const std::array<const char*, 3> ways[] = {{"AddFixSpeedButton", "TSelFixForm", "fix"},
@@ -120,7 +121,7 @@ TEST_F(NodeForms, CancelAndWrongNumbersChangeNothing) {
 }
 
 TEST_F(NodeForms, TheOtherRoleIsGivenUpOnlyWhenSaidSo) {
-    TSelNodeForm form(nullptr);
+    TSelNodeForm form(session, nullptr);
     grid(form, "ZenStringGrid")->choose(2);
     for (const char* button : {"CancelButton", "OKButton"}) {
         EXPECT_EQ(model.node[2].flag, role_loaded);
@@ -147,9 +148,9 @@ TEST_F(NodeForms, TheOtherRoleIsGivenUpOnlyWhenSaidSo) {
 }
 
 TEST_F(NodeForms, RowsAreChangedAndRemovedByButtonAndKey) {
-    put_fix(4, 0, 0, 1);
-    put_fix(3, 0, 0, 1);
-    TSelNodeForm window(nullptr);
+    put_fix(model, 4, 0, 0, 1);
+    put_fix(model, 3, 0, 0, 1);
+    TSelNodeForm window(session, nullptr);
     grid(window, "FixStringGrid")->choose(1);
     answer_next([](QDialog& dialog) {
         EXPECT_EQ(label_text(dialog, "MessageLabel"), "この固定節点を編集します");
@@ -177,9 +178,9 @@ TEST_F(NodeForms, RowsAreChangedAndRemovedByButtonAndKey) {
 }
 
 TEST_F(NodeForms, AllLoadsTakeTheShownValuesUntilCancel) {
-    TSelNodeForm form(nullptr);
+    TSelNodeForm form(session, nullptr);
     for (const char* button : {"CancelButton", "OKButton"}) {
-        answer_next([=](QDialog& dialog) {
+        answer_next([this, button](QDialog& dialog) {
             type(dialog, "ZloadEdit", "-750.5");
             press(dialog, "DouButton");
             EXPECT_FLOAT_EQ(model.load[1].fz, -750.5f);
@@ -198,18 +199,19 @@ TEST_F(NodeForms, AllLoadsTakeTheShownValuesUntilCancel) {
 
 TEST_F(NodeForms, TenThousandNodesOpenAtOnceAndScrollToAnId) {
     constexpr int across = 100;
-    reset_model();
+    reset_model(model);
     for (int i = 0; i < node_capacity; ++i) {
-        find_or_add_node(static_cast<float>(i % across), static_cast<float>(i / across), 0.0f);
+        find_or_add_node(model, static_cast<float>(i % across), static_cast<float>(i / across),
+                         0.0f);
     }
-    save_level_name();
-    clear_roles();
+    save_level_name(model);
+    clear_roles(model);
     for (int i = 0; i < fix_capacity; ++i) {
-        put_fix(i, 1, 1, 1);
-        put_load(fix_capacity + i, 0.0f, 0.0f, -200.0f);
+        put_fix(model, i, 1, 1, 1);
+        put_load(model, fix_capacity + i, 0.0f, 0.0f, -200.0f);
     }
     const std::clock_t start = std::clock();
-    TSelNodeForm form(nullptr);
+    TSelNodeForm form(session, nullptr);
     form.show();
     QApplication::processEvents();
     EXPECT_LT(static_cast<double>(std::clock() - start) / CLOCKS_PER_SEC, 0.3);

@@ -1,11 +1,11 @@
 // Picking supports and loads in the main window, and the node search window beside it.
 #include "ui/data/node_picking.h"
 
-#include "model/lookup.h"
+#include "model/model.h"
 #include "model/roles.h"
 #include "player.h"
 #include "ui/data/node_kensaku_form.h"
-#include "ui/main_form.h"
+#include "ui/main/main_form.h"
 
 #include <QComboBox>
 #include <QMessageBox>
@@ -25,10 +25,10 @@ class Picking : public UiTest {
   protected:
     void SetUp() override {
         UiTest::SetUp();
-        ASSERT_EQ(save_file(work_file("portal.jik"), portal), 0);
+        ASSERT_EQ(save_file(work_file(work_dir, "portal.jik"), portal), 0);
         window_.show();
         Player player;
-        player.menu("TMainForm", "JikuDataReadMenu").file(work_file("portal.jik"));
+        player.menu("TMainForm", "JikuDataReadMenu").file(work_file(work_dir, "portal.jik"));
         player.close("TJikuForm").gone("TJikuForm");
         player.play();
         paint();
@@ -48,7 +48,7 @@ class Picking : public UiTest {
         to_screen(window_.picture().area(), model.node[node].X, model.node[node].Y, px, py);
         return {px, py};
     }
-    static std::string flags() {
+    std::string flags() {
         std::string text;
         for (int i = 0; i < model.N_Node; ++i) {
             text += std::to_string(model.node[i].flag) + (i + 1 < model.N_Node ? " " : "");
@@ -73,7 +73,7 @@ class Picking : public UiTest {
         player.gone("TSelNodeForm").play();
     }
 
-    TMainForm window_;
+    TMainForm window_{session};
 };
 
 TEST_F(Picking, SavesTheInputOfTheCommandLine) {
@@ -89,21 +89,21 @@ TEST_F(Picking, SavesTheInputOfTheCommandLine) {
     click(pixel_of(3));
     enter_data();
     Player player;
-    player.menu("TMainForm", "FrameSlvSaveMenu").file(work_file("window.bon"));
-    player.menu("TMainForm", "HoneSaveMenu").file(work_file("window.ydu"));
-    player.step("saved", [] { return fs::exists(work_file("window.ydu")); });
+    player.menu("TMainForm", "FrameSlvSaveMenu").file(work_file(work_dir, "window.bon"));
+    player.menu("TMainForm", "HoneSaveMenu").file(work_file(work_dir, "window.ydu"));
+    player.step("saved", [this] { return fs::exists(work_file(work_dir, "window.ydu")); });
     player.play();
     EXPECT_FALSE(document.roles_changed);
     for (const char* ending : {".bon", ".ydu"}) {
         const QString output = QString("core") + ending;
         QProcess convert;
-        convert.setWorkingDirectory(QString::fromStdString(work_dir().string()));
+        convert.setWorkingDirectory(QString::fromStdString(work_dir.string()));
         convert.start(KIGUMI_PROGRAM, {"convert", "portal.jik", "-o", output, "--fix", "bottom",
                                        "--load", "top:0,0,-200"});
         ASSERT_TRUE(convert.waitForFinished());
         ASSERT_EQ(convert.exitCode(), 0);
-        EXPECT_EQ(read_file(work_file(std::string("window") + ending)),
-                  read_file(work_file(std::string("core") + ending)));
+        EXPECT_EQ(read_file(work_file(work_dir, std::string("window") + ending)),
+                  read_file(work_file(work_dir, std::string("core") + ending)));
     }
 }
 
@@ -111,7 +111,7 @@ TEST_F(Picking, EditedTablesAreOutOfReach) {
     model.node[0].flag = role_fixed;
     model.node[1].flag = role_loaded;
     enter_data();
-    put_fix(0, 0, 0, 1);
+    put_fix(model, 0, 0, 0, 1);
     for (const char* mode : {"KousokuSetutenMenu", "KajyuSetutenMenu"}) {
         trigger(mode);
         click(pixel_of(0));
@@ -174,11 +174,11 @@ TEST_F(Picking, ReachIsStrictlyLessThanTheRadius) {
                  {10.01f, 10.0f, "0 0 0 0"},
                  {0.0f, 1000.0f, "1 0 0 0"}};
     for (const auto& [distance, radius, after] : cases) {
-        clear_roles();
+        clear_roles(model);
         // Nothing is painted in between, so the projected point stays where it is put.
         model.node[2].X = point.X;
         model.node[2].Y = point.Y + distance;
-        snap_radius = radius > 0.0f ? radius : model.node[2].Y - point.Y;
+        model.snap_radius = radius > 0.0f ? radius : model.node[2].Y - point.Y;
         click(at);
         EXPECT_EQ(flags(), after) << distance;
         if (flags() == "0 0 0 0") {
@@ -236,7 +236,7 @@ TEST_F(Picking, LeavingAsksAboutRolesThatNoFileHolds) {
     click(pixel_of(0));
     Player player;
     player.menu("TMainForm", "SinkiMenu").answer("キャンセル");
-    player.step("still there", [] { return model.N_Beam > 0; });
+    player.step("still there", [this] { return model.N_Beam > 0; });
     player.step("pick a load", [&] {
         trigger("KajyuSetutenMenu");
         click(pixel_of(1));
@@ -244,10 +244,10 @@ TEST_F(Picking, LeavingAsksAboutRolesThatNoFileHolds) {
     });
     player.menu("TMainForm", "SetutenDataMenu").click("TSelNodeForm", "OKButton");
     player.gone("TSelNodeForm").menu("TMainForm", "SinkiMenu").answer("保存する");
-    player.file(work_file("kept.bon"));
-    player.step("left", [] { return model.N_Beam == 0; });
+    player.file(work_file(work_dir, "kept.bon"));
+    player.step("left", [this] { return model.N_Beam == 0; });
     player.play();
-    EXPECT_TRUE(fs::exists(work_file("kept.bon")));
+    EXPECT_TRUE(fs::exists(work_file(work_dir, "kept.bon")));
 }
 
 } // namespace

@@ -1,7 +1,8 @@
-#include "geometry/perspective.h"
+#include "sight/perspective.h"
 
 #include "generate/generate.h"
-#include "model/lookup.h"
+#include "model/members.h"
+#include "model/sections.h"
 #include "player.h"
 #include "ui/frame/jiku_form.h"
 #include "ui/picture/perspective_progress.h"
@@ -18,9 +19,9 @@ namespace {
 using PerspectiveWindow = UiTest;
 
 TEST_F(PerspectiveWindow, ShowsWhatTheEyeSeesAndFollowsTheDialog) {
-    ASSERT_EQ(make_unit(), 0);
-    rebuild_tables();
-    TJikuForm window(nullptr);
+    ASSERT_EQ(make_unit(model, param, solids), 0);
+    rebuild_tables(model);
+    TJikuForm window(session, nullptr);
     window.show();
     size_t lines[2] = {};
     const auto look = [&](size_t& count) {
@@ -45,16 +46,16 @@ TEST_F(PerspectiveWindow, ShowsWhatTheEyeSeesAndFollowsTheDialog) {
     // All but crumbs, from the default viewpoint and then from straight above.
     for (const int i : {0, 1}) {
         const ViewCoefficients v = view_coefficients(4000, 20, i == 0 ? 70 : 0);
-        const size_t all = visible_segments(*read_trio_file(), v).size();
+        const size_t all = visible_segments(*read_trio_file(solids, work_dir), v).size();
         EXPECT_LE(lines[i], all);
         EXPECT_GT(lines[i], all * 85 / 100);
     }
 }
 
 TEST_F(PerspectiveWindow, AFrameBehindTheEyeIsToldOnce) {
-    append_beam({5000.0f, 0.0f, 0.0f}, {5100.0f, 0.0f, 0.0f}, 10.0f, 10.0f, kind_none, 2);
-    rebuild_tables();
-    TJikuForm window(nullptr);
+    append_beam(model, {5000.0f, 0.0f, 0.0f}, {5100.0f, 0.0f, 0.0f}, 10.0f, 10.0f, kind_none, 2);
+    rebuild_tables(model);
+    TJikuForm window(session, nullptr);
     window.show();
     const std::string summary = window.statusBar()->currentMessage().toStdString();
     view.Rho = 100.0;
@@ -83,8 +84,8 @@ TEST_F(PerspectiveWindow, AFrameBehindTheEyeIsToldOnce) {
 
 TEST_F(PerspectiveWindow, WorkIsStoppedFromItsBox) {
     param.NX = param.NY = 20; // enough work for the box to be drawn in the midst of it
-    ASSERT_EQ(make_unit(), 0);
-    ASSERT_EQ(build_trio_file(), 0);
+    ASSERT_EQ(make_unit(model, param, solids), 0);
+    ASSERT_EQ(build_trio_file(model, solids, work_dir), 0);
     QString text;
     for (const bool by_key : {false, true}) {
         QTimer::singleShot(0, qApp, [&text, by_key] {
@@ -98,10 +99,13 @@ TEST_F(PerspectiveWindow, WorkIsStoppedFromItsBox) {
                 box->findChild<QPushButton*>()->click();
             }
         });
-        EXPECT_EQ(prepare_perspective_shown(nullptr, 0), perspective_stopped) << by_key;
+        EXPECT_EQ(prepare_perspective_shown(view, solids, perspective, work_dir, nullptr, 0),
+                  perspective_stopped)
+            << by_key;
         EXPECT_EQ(text, "隠れ線を処理しています");
     }
-    EXPECT_EQ(prepare_perspective_shown(nullptr), perspective_ready);
+    EXPECT_EQ(prepare_perspective_shown(view, solids, perspective, work_dir, nullptr),
+              perspective_ready);
 }
 
 } // namespace

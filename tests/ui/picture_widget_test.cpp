@@ -95,7 +95,7 @@ TEST_F(Picture, OnlyASingleLeftClickPicks) {
 
 TEST_F(Picture, AFailedDrawingLeavesTheOldFileWhole) {
     for (const char* name : {"a.png", "a.svg", "a.pdf"}) {
-        const fs::path path = work_file(name);
+        const fs::path path = work_file(work_dir, name);
         ASSERT_EQ(save_file(path, "old"), 0);
         EXPECT_EQ(save_picture(path, 300, 200, [](Canvas&) { return -1; }), -1);
         EXPECT_EQ(read_file(path), "old") << name;

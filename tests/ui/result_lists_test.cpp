@@ -23,11 +23,11 @@ class ResultLists : public UiTest {
   protected:
     void SetUp() override {
         UiTest::SetUp();
-        make_portal_result();
+        make_portal_result(result);
         result.stress[0].xm2 = -30.0f;
         result.stress[1].xm2 = 7.0f;
         result.stress[2].xm2 = 9.0f;
-        clear_selection();
+        clear_selection(result);
     }
     static QTableView& grid(const QWidget& window) { return *window.findChild<QTableView*>(); }
     static std::string cell(const QWidget& window, int row, int column) {
@@ -63,57 +63,57 @@ class ResultLists : public UiTest {
 };
 
 TEST_F(ResultLists, RowsAndSelectionFollowEachOther) {
-    TKekkaIchiranForm list(nullptr);
+    TKekkaIchiranForm list(session, nullptr);
     int told = 0;
     QObject::connect(&list, &TKekkaIchiranForm::selection_changed, [&told] { ++told; });
     click_row(list, 1);
     click_row(list, 2, true);
-    EXPECT_EQ(selected_rows(), (Rows{1, 2}));
+    EXPECT_EQ(selected_rows(result), (Rows{1, 2}));
     EXPECT_EQ(told, 2);
-    select_results(Rows{0});
+    select_results(result, Rows{0});
     list.show_selection();
     EXPECT_EQ(highlighted(list), "1 ");
     EXPECT_EQ(told, 2) << "what another window chose is not told again";
     press(list, "ZenSentakuButton");
-    EXPECT_EQ(selected_rows(), (Rows{0, 1, 2}));
+    EXPECT_EQ(selected_rows(result), (Rows{0, 1, 2}));
     press(list, "SentakuKaijoButton");
-    EXPECT_TRUE(selected_rows().empty());
+    EXPECT_TRUE(selected_rows(result).empty());
     EXPECT_EQ(highlighted(list), "");
     EXPECT_EQ(told, 4);
 }
 
 TEST_F(ResultLists, DeleteTakesTheCurrentRowOutAndGoesOn) {
-    TKekkaIchiranForm list(nullptr);
-    select_results(Rows{0, 2});
+    TKekkaIchiranForm list(session, nullptr);
+    select_results(result, Rows{0, 2});
     list.show_selection();
     press_delete(list);
-    EXPECT_EQ(selected_rows(), (Rows{2}));
+    EXPECT_EQ(selected_rows(result), (Rows{2}));
     press_delete(list);
-    EXPECT_TRUE(selected_rows().empty());
+    EXPECT_TRUE(selected_rows(result).empty());
     EXPECT_FALSE(is_enabled(list, "SakujoButton"));
     press_delete(list);
     click_row(list, 1);
     press(list, "SakujoButton");
-    EXPECT_TRUE(selected_rows().empty());
+    EXPECT_TRUE(selected_rows(result).empty());
 }
 
 TEST_F(ResultLists, FilterKeepsWhatItHides) {
-    TKekkaIchiranForm list(nullptr);
+    TKekkaIchiranForm list(session, nullptr);
     click_row(list, 0);
     type(list, "KensakuEdit", "X01");
     EXPECT_EQ(numbers(list), "2 3 ");
-    EXPECT_EQ(selected_rows(), (Rows{0}));
+    EXPECT_EQ(selected_rows(result), (Rows{0}));
     click_row(list, 1, true);
-    EXPECT_EQ(selected_rows(), (Rows{0, 2})) << "added to the hidden row";
+    EXPECT_EQ(selected_rows(result), (Rows{0, 2})) << "added to the hidden row";
     type(list, "KensakuEdit", "");
     EXPECT_EQ(highlighted(list), "1 3 ");
     type(list, "KensakuEdit", "Ｘ０１"); // full-width
     click_row(list, 0);
-    EXPECT_EQ(selected_rows(), (Rows{1})) << "a plain click chooses afresh";
+    EXPECT_EQ(selected_rows(result), (Rows{1})) << "a plain click chooses afresh";
 }
 
 TEST_F(ResultLists, SortsNumbersByValueAndSavesRowsAsShown) {
-    TKekkaIchiranForm list(nullptr);
+    TKekkaIchiranForm list(session, nullptr);
     list.show();
     constexpr int force = 5;
     grid(list).sortByColumn(force, Qt::AscendingOrder);
@@ -121,30 +121,30 @@ TEST_F(ResultLists, SortsNumbersByValueAndSavesRowsAsShown) {
     grid(list).sortByColumn(force, Qt::DescendingOrder);
     EXPECT_EQ(numbers(list), "2 3 1 ");
     click_row(list, 0);
-    EXPECT_EQ(selected_rows(), (Rows{1})) << "the row of the table, not of the list";
+    EXPECT_EQ(selected_rows(result), (Rows{1})) << "the row of the table, not of the list";
     Player player;
-    player.click("TKekkaIchiranForm", "CsvButton").file(work_file("all.csv"));
+    player.click("TKekkaIchiranForm", "CsvButton").file(work_file(work_dir, "all.csv"));
     player.step("selected only", [&list] {
         control<QComboBox>(list, "HaniComboBox")->setCurrentIndex(1);
         return true;
     });
-    player.click("TKekkaIchiranForm", "CsvButton").file(work_file("some.csv"));
-    player.click("TKekkaIchiranForm", "PdfButton").file(work_file("some.pdf"));
+    player.click("TKekkaIchiranForm", "CsvButton").file(work_file(work_dir, "some.csv"));
+    player.click("TKekkaIchiranForm", "PdfButton").file(work_file(work_dir, "some.pdf"));
     player.close("TKekkaIchiranForm").gone("TKekkaIchiranForm");
     player.play();
     expect_messages(
         {"CSVファイルを保存しました", "CSVファイルを保存しました", "PDFファイルを保存しました"});
-    const std::string all = read_file(work_file("all.csv")).value_or("");
-    const std::string some = read_file(work_file("some.csv")).value_or("");
+    const std::string all = read_file(work_file(work_dir, "all.csv")).value_or("");
+    const std::string some = read_file(work_file(work_dir, "some.csv")).value_or("");
     EXPECT_LT(all.find("\r\n2,2,"), all.find("\r\n1,1,"));
     EXPECT_NE(some.find("\r\n2,2,"), std::string::npos);
     EXPECT_EQ(some.find("\r\n1,1,"), std::string::npos);
-    EXPECT_EQ(read_file(work_file("some.pdf")).value_or("").substr(0, 5), "%PDF-");
+    EXPECT_EQ(read_file(work_file(work_dir, "some.pdf")).value_or("").substr(0, 5), "%PDF-");
 }
 
 TEST_F(ResultLists, StressListShowsTheSelectionAndMarksTheExtremes) {
     constexpr int xm2 = 10;
-    TOuryokuIchiranForm list(nullptr);
+    TOuryokuIchiranForm list(session, nullptr);
     EXPECT_EQ(label_text(list, "SetumeiLabel"), "すべての部材（3 部材）の応力");
     const auto is_bold = [&list](int row) {
         return grid(list).model()->index(row, xm2).data(Qt::FontRole).value<QFont>().bold();
@@ -154,15 +154,15 @@ TEST_F(ResultLists, StressListShowsTheSelectionAndMarksTheExtremes) {
     EXPECT_NE(label_text(list, "GoukeiLabel").find("曲げ xm2 -30.000 kgf·cm（部材 1）"),
               std::string::npos);
     EXPECT_FALSE(is_enabled(list, "SakujoButton"));
-    select_results(Rows{1, 2});
+    select_results(result, Rows{1, 2});
     list.show_selection();
     EXPECT_EQ(numbers(list), "2 3 ");
     EXPECT_EQ(label_text(list, "SetumeiLabel"), "選択した 2 部材の応力");
     EXPECT_TRUE(is_bold(1)) << "the largest of the selection";
     click_row(list, 0);
-    EXPECT_EQ(selected_rows(), (Rows{1, 2})) << "rows of this list are no selection";
+    EXPECT_EQ(selected_rows(result), (Rows{1, 2})) << "rows of this list are no selection";
     press_delete(list);
-    EXPECT_EQ(selected_rows(), (Rows{2}));
+    EXPECT_EQ(selected_rows(result), (Rows{2}));
     EXPECT_EQ(numbers(list), "3 ");
 }
 
@@ -170,7 +170,7 @@ TEST_F(ResultLists, DisplacementsHaveTheLargestFirst) {
     for (int i = 0; i < result.N_Setuten; ++i) {
         result.disp[i].mag = 4.0f - static_cast<float>(i);
     }
-    THeniIchiranForm list(nullptr);
+    THeniIchiranForm list(session, nullptr);
     constexpr int magnitude = 2;
     EXPECT_EQ(cell(list, 0, magnitude), "4.0000");
     grid(list).sortByColumn(magnitude, Qt::AscendingOrder);
@@ -180,23 +180,23 @@ TEST_F(ResultLists, DisplacementsHaveTheLargestFirst) {
 }
 
 TEST_F(ResultLists, SearchCountsAndFillsTheSelection) {
-    TKekkaKensakuForm search(nullptr);
+    TKekkaKensakuForm search(session, nullptr);
     EXPECT_FALSE(is_enabled(search, "DanmenComboBox")) << "there is no model";
     EXPECT_EQ(label_text(search, "CountLabel"), "条件に合う部材 3 / 3　（選択中 0）");
     click_item(search, "FugouGroup", 2);
     press(search, "KensakuButton");
-    EXPECT_EQ(selected_rows(), (Rows{0, 2}));
+    EXPECT_EQ(selected_rows(result), (Rows{0, 2}));
     click_item(search, "FugouGroup", 0);
     type(search, "KagenEdit", "10");
     EXPECT_EQ(label_text(search, "CountLabel"), "条件に合う部材 2 / 3　（選択中 2）");
     press(search, "SiborikomiButton");
-    EXPECT_EQ(selected_rows(), (Rows{0}));
+    EXPECT_EQ(selected_rows(result), (Rows{0}));
     type(search, "BangouFromEdit", "２");
     press(search, "TuikaButton");
-    EXPECT_EQ(selected_rows(), (Rows{0, 1}));
+    EXPECT_EQ(selected_rows(result), (Rows{0, 1}));
     type(search, "JougenEdit", "abc");
     EXPECT_FALSE(is_enabled(search, "KensakuButton"));
-    EXPECT_EQ(selected_rows(), (Rows{0, 1}));
+    EXPECT_EQ(selected_rows(result), (Rows{0, 1}));
 }
 
 // A table of several pages, printed with all of them or with those that are wanted.

@@ -1,6 +1,6 @@
-#include "geometry/projection.h"
-#include "ui/document.h"
+#include "draw/projection.h"
 #include "ui/frame/zahyou_idou_form.h"
+#include "ui/kit/document.h"
 #include "ui/picture/dxf_width_form.h"
 #include "ui/picture/isome_form.h"
 #include "ui/picture/view_form.h"
@@ -15,7 +15,7 @@ class SmallForms : public UiTest {
     static void slide(const QWidget& form, const char* bar, int position) {
         control<QScrollBar>(form, bar)->setValue(position);
     }
-    static void expect_viewpoint(double Rho, double Theta, double Phi) {
+    void expect_viewpoint(double Rho, double Theta, double Phi) {
         EXPECT_DOUBLE_EQ(view.Rho, Rho);
         EXPECT_DOUBLE_EQ(view.Theta, Theta);
         EXPECT_DOUBLE_EQ(view.Phi, Phi);
@@ -23,7 +23,7 @@ class SmallForms : public UiTest {
 };
 
 TEST_F(SmallForms, AnglePresetsAndBarsTurnThePicture) {
-    TIsomeForm form;
+    TIsomeForm form(session);
     int redrawn = 0;
     QObject::connect(&form, &TIsomeForm::changed, [&redrawn] { ++redrawn; });
     EXPECT_EQ(item_of(form, "ZumenGroup"), 0);
@@ -49,7 +49,7 @@ TEST_F(SmallForms, AnglePresetsAndBarsTurnThePicture) {
 
 TEST_F(SmallForms, ViewpointOpensWithTheStoredValues) {
     view.Theta = -20.7;
-    const TViewForm form;
+    const TViewForm form(session);
     EXPECT_EQ(form.focusWidget(), control<QScrollBar>(form, "RhoScrollBar"));
     EXPECT_EQ(control<QScrollBar>(form, "RhoScrollBar")->value(), 4000);
     EXPECT_EQ(control<QScrollBar>(form, "ThetaScrollBar")->value(), -20);
@@ -64,7 +64,7 @@ TEST_F(SmallForms, ViewpointOpensWithTheStoredValues) {
 }
 
 TEST_F(SmallForms, ViewpointIsStoredResetAndShown) {
-    TViewForm form;
+    TViewForm form(session);
     form.show();
     slide(form, "RhoScrollBar", 5000);
     slide(form, "ThetaScrollBar", -30);
@@ -77,10 +77,10 @@ TEST_F(SmallForms, ViewpointIsStoredResetAndShown) {
     slide(form, "PhiScrollBar", 10);
     press(form, "CancelButton");
     EXPECT_FALSE(form.isVisible());
-    EXPECT_EQ(form.result(), QDialog::Rejected);
+    EXPECT_EQ(form.QDialog::result(), QDialog::Rejected);
     expect_viewpoint(5000, -30, 90);
     EXPECT_EQ(view.perspective, 0);
-    TViewForm again;
+    TViewForm again(session);
     again.show();
     press(again, "DefautrButton");
     EXPECT_TRUE(again.isVisible());
@@ -88,7 +88,7 @@ TEST_F(SmallForms, ViewpointIsStoredResetAndShown) {
     EXPECT_EQ(label_text(again, "PhiLabel"), "70");
     slide(again, "RhoScrollBar", 6000);
     press(again, "PersButton");
-    EXPECT_EQ(again.result(), QDialog::Accepted);
+    EXPECT_EQ(again.QDialog::result(), QDialog::Accepted);
     EXPECT_EQ(view.perspective, 1);
     expect_viewpoint(6000, 20, 70);
 }
@@ -100,7 +100,7 @@ TEST_F(SmallForms, DxfWidthTellsTheItem) {
         EXPECT_EQ(form.choice(), 2);
         click_item(form, "WidthGroup", item);
         press(form, "OKButton");
-        EXPECT_EQ(form.result(), QDialog::Accepted);
+        EXPECT_EQ(form.QDialog::result(), QDialog::Accepted);
         EXPECT_EQ(form.choice(), item + 1);
     }
     TDxfWidthForm cancelled;
@@ -120,13 +120,13 @@ TEST_F(SmallForms, ShiftStartsFromTheLastOne) {
         {"0", "OKButton", 0.0f, "0.0"},
     };
     for (const auto& step : steps) {
-        TZahyouIdouForm form;
+        TZahyouIdouForm form(session);
         type(form, "DxEdit", step.dx);
         press(form, step.button);
         EXPECT_FLOAT_EQ(document.shift.dx, step.shift);
-        EXPECT_EQ(text_in(TZahyouIdouForm(), "DxEdit"), step.next);
+        EXPECT_EQ(text_in(TZahyouIdouForm(session), "DxEdit"), step.next);
     }
-    TZahyouIdouForm refusing;
+    TZahyouIdouForm refusing(session);
     refusing.show();
     type(refusing, "DxEdit", "5");
     type(refusing, "DzEdit", "上");

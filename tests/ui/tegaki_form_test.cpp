@@ -2,7 +2,7 @@
 #include "ui/sketch/tegaki_form.h"
 
 #include "files/tegaki.h"
-#include "model/lookup.h"
+#include "model/model.h"
 #include "player.h"
 #include "ui/picture/isome_form.h"
 #include "ui/sketch/beam_form.h"
@@ -21,7 +21,6 @@ class Editor : public UiTest {
   protected:
     void SetUp() override {
         UiTest::SetUp();
-        forget_old_node();
         open();
     }
     void TearDown() override {
@@ -29,7 +28,7 @@ class Editor : public UiTest {
         UiTest::TearDown();
     }
     void open() {
-        form_ = std::make_unique<TTegakiForm>(nullptr);
+        form_ = std::make_unique<TTegakiForm>(session, nullptr);
         form_->resize(1000, 740);
         form_->show();
         look();
@@ -84,9 +83,9 @@ class Editor : public UiTest {
         answer<QMessageBox>([=](QMessageBox& box) { press_word(box, text); });
     }
     std::string saved_as(const char* name) {
-        answer_file(work_file(name));
+        answer_file(work_file(work_dir, name));
         menu("TegakiSaveMenu");
-        return read_file(work_file(name)).value_or("(none)");
+        return read_file(work_file(work_dir, name)).value_or("(none)");
     }
     std::string open_items() {
         std::string open;
@@ -176,7 +175,7 @@ TEST_F(Editor, ASketchIsDrawnFilledInSavedAndReadBack) {
     menu("TegakiModosuMenu");
     EXPECT_FLOAT_EQ(model.node[0].X, 100.0f);
     EXPECT_EQ(saved_as("c.tgk"), bytes);
-    answer_file(work_file("a.tgk"));
+    answer_file(work_file(work_dir, "a.tgk"));
     menu("TegakiReadMenu");
     EXPECT_EQ(saved_as("d.tgk"), bytes) << "read back";
     EXPECT_EQ(label_text(*form_, "FileLabel"), "d.tgk");
@@ -278,7 +277,7 @@ TEST_F(Editor, APressHeldWhileTheModeChangesDoesNothing) {
 }
 
 TEST_F(Editor, AnUnsavedSketchIsOfferedForSavingOnEveryWayOut) {
-    const fs::path kept = work_file("kept.tgk");
+    const fs::path kept = work_file(work_dir, "kept.tgk");
     for (const std::string item : {"ModoruMenu", "", "SinkiMenu", "TegakiReadMenu"}) {
         SCOPED_TRACE(item);
         const auto leave = [&] { item.empty() ? void(form_->close()) : menu(item.c_str()); };
@@ -296,8 +295,8 @@ TEST_F(Editor, AnUnsavedSketchIsOfferedForSavingOnEveryWayOut) {
         EXPECT_TRUE(fs::remove(kept));
         EXPECT_FALSE(document.changed);
         form_.reset();
-        reset_model();
-        forget_old_node();
+        reset_model(model);
+        forget_old_node(sketch_places);
         document = Document{};
         open();
     }
@@ -306,7 +305,7 @@ TEST_F(Editor, AnUnsavedSketchIsOfferedForSavingOnEveryWayOut) {
 TEST_F(Editor, AutosavedCopyIsOfferedAfterACrash) {
     draw({100, 600}, {300, 600});
     form_->autosave().tick();
-    const fs::path copy = work_file("tegaki.autosave.tgk");
+    const fs::path copy = work_file(work_dir, "tegaki.autosave.tgk");
     ASSERT_TRUE(fs::exists(copy));
     const std::string bytes = read_file(copy).value_or("");
     click({400, 400}); // half-drawn: not part of the copy
@@ -314,19 +313,19 @@ TEST_F(Editor, AutosavedCopyIsOfferedAfterACrash) {
     form_->autosave().tick();
     EXPECT_EQ(read_file(copy), bytes);
     form_.reset(); // as if the program had ended here
-    reset_model();
-    forget_old_node();
+    reset_model(model);
+    forget_old_node(sketch_places);
     answer_box("あとで決める");
     open();
     draw({500, 500}, {600, 600});
     form_->autosave().tick();
     EXPECT_EQ(read_file(copy), bytes) << "a copy that was not decided on stays";
-    EXPECT_TRUE(fs::exists(work_file("tegaki-2.autosave.tgk")));
+    EXPECT_TRUE(fs::exists(work_file(work_dir, "tegaki-2.autosave.tgk")));
     answer_box("このデータを保存しない");
     form_->close();
-    EXPECT_FALSE(fs::exists(work_file("tegaki-2.autosave.tgk")));
+    EXPECT_FALSE(fs::exists(work_file(work_dir, "tegaki-2.autosave.tgk")));
     form_.reset();
-    reset_model();
+    reset_model(model);
     answer_box("復元する");
     open();
     EXPECT_EQ(model.N_Beam, 1);
@@ -337,58 +336,58 @@ TEST_F(Editor, AutosavedCopyIsOfferedAfterACrash) {
     draw({300, 600}, {300, 400});
     form_->autosave().tick();
     form_.reset();
-    reset_model();
+    reset_model(model);
     answer_box("あとで決める");
     open();
-    answer_file(work_file("a.tgk"));
+    answer_file(work_file(work_dir, "a.tgk"));
     answer_box("復元する");
     menu("TegakiReadMenu");
     EXPECT_EQ(model.N_Beam, 2);
-    EXPECT_EQ(document.file, work_file("a.tgk"));
+    EXPECT_EQ(document.file, work_file(work_dir, "a.tgk"));
     document.changed = false;
 }
 
 TEST_F(Editor, TheNewestFreeCopyOfAFileIsOffered) {
-    const fs::path file = work_file("b.tgk");
-    const fs::path first = work_file("b.autosave.tgk");
-    const fs::path second = work_file("b-2.autosave.tgk");
-    const fs::path lock = work_file("b-2.autosave.tgk.lock");
+    const fs::path file = work_file(work_dir, "b.tgk");
+    const fs::path first = work_file(work_dir, "b.autosave.tgk");
+    const fs::path second = work_file(work_dir, "b-2.autosave.tgk");
+    const fs::path lock = work_file(work_dir, "b-2.autosave.tgk.lock");
     const auto an_hour_ago = fs::file_time_type::clock::now() - std::chrono::hours(1);
-    EXPECT_TRUE(find_autosave_of(file).empty());
+    EXPECT_TRUE(find_autosave_of(work_dir, file).empty());
     ASSERT_EQ(save_file(first, "1"), 0);
     ASSERT_EQ(save_file(second, "2"), 0);
     fs::last_write_time(first, an_hour_ago);
-    EXPECT_EQ(find_autosave_of(file), second);
+    EXPECT_EQ(find_autosave_of(work_dir, file), second);
     const CopyLock kept = lock_copy(second);
-    EXPECT_EQ(find_autosave_of(file), first) << "another program draws on the newer";
+    EXPECT_EQ(find_autosave_of(work_dir, file), first) << "another program draws on the newer";
     kept->unlock();
     ASSERT_EQ(save_file(lock, ""), 0);
-    EXPECT_EQ(find_autosave_of(file), first) << "perhaps just being locked";
+    EXPECT_EQ(find_autosave_of(work_dir, file), first) << "perhaps just being locked";
     fs::last_write_time(lock, an_hour_ago);
-    EXPECT_EQ(find_autosave_of(file), second) << "a torn lock is nobody's";
+    EXPECT_EQ(find_autosave_of(work_dir, file), second) << "a torn lock is nobody's";
 }
 
 TEST_F(Editor, ACopyIsNotOfferedWhileItsProgramRuns) {
     draw({100, 600}, {300, 600});
     const std::string bytes = saved_as("a.tgk");
     for (const char* name : {"tegaki.autosave.tgk", "a.autosave.tgk"}) {
-        ASSERT_EQ(save_file(work_file(name), bytes), 0);
+        ASSERT_EQ(save_file(work_file(work_dir, name), bytes), 0);
     }
     {
-        const CopyLock others[] = {lock_copy(work_file("tegaki.autosave.tgk")),
-                                   lock_copy(work_file("a.autosave.tgk"))};
-        ASSERT_EQ(find_autosave(), fs::path());
-        answer_file(work_file("a.tgk"));
+        const CopyLock others[] = {lock_copy(work_file(work_dir, "tegaki.autosave.tgk")),
+                                   lock_copy(work_file(work_dir, "a.autosave.tgk"))};
+        ASSERT_EQ(find_autosave(work_dir), fs::path());
+        answer_file(work_file(work_dir, "a.tgk"));
         menu("TegakiReadMenu"); // without a question
         draw({300, 600}, {300, 400});
         form_->autosave().tick();
-        EXPECT_TRUE(fs::exists(work_file("a-2.autosave.tgk")));
-        EXPECT_NE(find_autosave(), work_file("a-2.autosave.tgk"));
-        EXPECT_EQ(read_file(work_file("a.autosave.tgk")), bytes);
+        EXPECT_TRUE(fs::exists(work_file(work_dir, "a-2.autosave.tgk")));
+        EXPECT_NE(find_autosave(work_dir), work_file(work_dir, "a-2.autosave.tgk"));
+        EXPECT_EQ(read_file(work_file(work_dir, "a.autosave.tgk")), bytes);
     }
-    EXPECT_NE(find_autosave(), fs::path()) << "now they are left over";
+    EXPECT_NE(find_autosave(work_dir), fs::path()) << "now they are left over";
     form_->autosave().remove();
-    EXPECT_FALSE(fs::exists(work_file("a-2.autosave.tgk.lock")));
+    EXPECT_FALSE(fs::exists(work_file(work_dir, "a-2.autosave.tgk.lock")));
     document.changed = false;
 }
 

@@ -1,9 +1,9 @@
 // A roof truss from the empty sheet to its forces.
 #include "analysis/result.h"
 #include "files/tegaki.h"
-#include "model/lookup.h"
+#include "model/validate.h"
 #include "player.h"
-#include "ui/main_form.h"
+#include "ui/main/main_form.h"
 
 #include <QClipboard>
 
@@ -84,32 +84,31 @@ class Truss : public UiTest {
 };
 
 TEST_F(Truss, IsDrawnAnalysedAndItsForcesAreThoseOfTheJoints) {
-    forget_old_node();
-    TMainForm window;
+    TMainForm window(session);
     window.show();
     Player player;
     player.menu("TMainForm", "TegakiMenu");
     draw(player);
     player.menu("TTegakiForm", "TegakiSaveMenu")
-        .file(work_file("truss.tgk"))
+        .file(work_file(work_dir, "truss.tgk"))
         .menu("TTegakiForm", "ModoruMenu")
         .gone("TTegakiForm");
     player.play();
     EXPECT_EQ(model.N_Node, static_cast<int>(std::size(places)));
     ASSERT_EQ(model.N_Beam, static_cast<int>(std::size(bars)));
-    EXPECT_EQ(find_model_fault(true), nullptr);
+    EXPECT_EQ(find_model_fault(model, true), nullptr);
     EXPECT_EQ(window.state().stage, Stage::made);
     EXPECT_TRUE(std::all_of(model.node.begin(), model.node.begin() + model.N_Node,
                             [](const Node& node) { return node.flag == role_plain; }))
         << "drawing states are no roles";
-    const std::string bytes = read_file(work_file("truss.tgk")).value_or("");
+    const std::string bytes = read_file(work_file(work_dir, "truss.tgk")).value_or("");
     EXPECT_NE(bytes.find(" 12 \"X82Y00Z33\" 1000.000000 0.000000 100.000000 600.000000 "),
               std::string::npos);
     EXPECT_NE(bytes.find(" 2\r\n    21\r\n"), std::string::npos) << "the file keeps them";
 
     Player roles;
     const auto pick = [&](int node) {
-        drag(roles, "TMainForm", [&window, node] {
+        drag(roles, "TMainForm", [this, &window, node] {
             QPoint at;
             to_screen(window.picture().area(), model.node[node].X, model.node[node].Y, at.rx(),
                       at.ry());
@@ -124,7 +123,7 @@ TEST_F(Truss, IsDrawnAnalysedAndItsForcesAreThoseOfTheJoints) {
         pick(i);
     }
     roles.menu("TMainForm", "SetutenDataMenu").click("TSelNodeForm", "OKButton");
-    roles.gone("TSelNodeForm").step("roller", [&window] {
+    roles.gone("TSelNodeForm").step("roller", [this, &window] {
         model.fix[1].ix = 0;
         return window.state().stage == Stage::loaded && model.N_Fix == 2 && model.N_Load == 5;
     });

@@ -1,10 +1,8 @@
-// What the window tests share: clean settings, controls by name, and answers to modal dialogs.
+// What the window tests share: a session, controls by name, and answers to modal dialogs.
 #pragma once
 
-#include "analysis/result.h"
-#include "generate/param.h"
 #include "support.h"
-#include "ui/document.h"
+#include "ui/kit/session.h"
 
 #include <QAbstractButton>
 #include <QApplication>
@@ -110,17 +108,19 @@ inline void answer_next(std::function<void(QDialog&)> answer) {
     });
 }
 
+// Gives every test a new session.
 class UiTest : public CoreTest {
   protected:
-    void SetUp() override {
-        CoreTest::SetUp();
-        document = Document{};
-        result.N_Setuten = result.N_Stress = result.Nken_Stress = 0;
-    }
-    void TearDown() override {
-        document = Document{};
-        CoreTest::TearDown();
-    }
+    UiTest() : UiTest(std::make_shared<Session>()) {}
+
+  private:
+    explicit UiTest(const std::shared_ptr<Session>& of)
+        : CoreTest(std::shared_ptr<Project>(of, &of->project)), session(*of),
+          document(session.document) {}
+
+  protected:
+    Session& session;
+    Document& document;
 };
 
 } // namespace kigumi::test

@@ -1,10 +1,10 @@
 // The main window and the windows that it opens, played to saved files.
 #include "files/jiku.h"
 #include "generate/generate.h"
-#include "model/lookup.h"
+#include "model/validate.h"
 #include "player.h"
-#include "ui/document.h"
-#include "ui/main_form.h"
+#include "ui/kit/document.h"
+#include "ui/main/main_form.h"
 
 #include <QStatusBar>
 #include <QStatusTipEvent>
@@ -17,7 +17,7 @@ class Windows : public UiTest {
   protected:
     void SetUp() override {
         UiTest::SetUp();
-        window_ = std::make_unique<TMainForm>();
+        window_ = std::make_unique<TMainForm>(session);
         window_->show();
     }
     void TearDown() override {
@@ -43,7 +43,7 @@ TEST_F(Windows, GeneratedFrameIsSavedAsFromTheCommandLine) {
     generate_frame();
     player_.menu("TKihonUnitForm", "ZenDataMenu")
         .click("TZahyouIdouForm", "OKButton")
-        .file(work_file("window.jik"))
+        .file(work_file(work_dir, "window.jik"))
         .step("summary beside an open menu",
               [] {
                   auto* unit = qobject_cast<QMainWindow*>(Player::shown("TKihonUnitForm"));
@@ -52,10 +52,10 @@ TEST_F(Windows, GeneratedFrameIsSavedAsFromTheCommandLine) {
                   return unit->statusBar()->currentMessage().startsWith("節点 ");
               })
         .menu("TKihonUnitForm", "DxfSaveMenu")
-        .file(work_file("window.dxf"))
+        .file(work_file(work_dir, "window.dxf"))
         .click("TDxfWidthForm", "OKButton")
         .menu("TKihonUnitForm", "Win3dSaveMenu")
-        .file(work_file("window.dat"))
+        .file(work_file(work_dir, "window.dat"))
         .menu("TKihonUnitForm", "ModoruMenu")
         .gone("TKihonUnitForm");
     player_.play();
@@ -65,22 +65,25 @@ TEST_F(Windows, GeneratedFrameIsSavedAsFromTheCommandLine) {
     EXPECT_TRUE(is_open("SetutenMeishouMenu"));
     EXPECT_FALSE(is_open("KaisekiMenu"));
     EXPECT_TRUE(window_->windowTitle().startsWith("window.jik - ")) << "saved work has no mark";
-    EXPECT_EQ(find_model_fault(true), nullptr);
+    EXPECT_EQ(find_model_fault(model, true), nullptr);
 
-    set_default_param();
+    set_default_param(param);
     param.N_Sou = 2;
-    apply_yane_choice(2);
-    ASSERT_EQ(check_param({1, 1, 2}), 0);
-    ASSERT_EQ(make_unit(), 0);
-    ASSERT_EQ(save_jiku_data(work_file("core.jik"), {}), 0);
-    EXPECT_EQ(read_file(work_file("window.jik")), read_file(work_file("core.jik")));
+    apply_yane_choice(param, 2);
+    ASSERT_EQ(check_param(param, {1, 1, 2}), 0);
+    ASSERT_EQ(make_unit(model, param, solids), 0);
+    ASSERT_EQ(save_jiku_data(model, work_file(work_dir, "core.jik"), {}), 0);
+    EXPECT_EQ(read_file(work_file(work_dir, "window.jik")),
+              read_file(work_file(work_dir, "core.jik")));
 }
 
 TEST_F(Windows, ThreeModelsInARow) {
     generate_frame();
-    player_.menu("TKihonUnitForm", "JikuSaveMenu").file(work_file("a.jik"));
+    player_.menu("TKihonUnitForm", "JikuSaveMenu").file(work_file(work_dir, "a.jik"));
     player_.menu("TKihonUnitForm", "ModoruMenu").menu("TMainForm", "SinkiMenu");
-    player_.menu("TMainForm", "JikuDataReadMenu").file(work_file("a.jik")).close("TJikuForm");
+    player_.menu("TMainForm", "JikuDataReadMenu")
+        .file(work_file(work_dir, "a.jik"))
+        .close("TJikuForm");
     player_.gone("TJikuForm").menu("TMainForm", "SinkiMenu");
     player_.step("empty again", [&] { return model.N_Beam == 0 && is_open("KihonMenu"); });
     generate_frame();
@@ -88,13 +91,13 @@ TEST_F(Windows, ThreeModelsInARow) {
     player_.play();
     expect_message("軸ファイルを作製しました");
     EXPECT_EQ(model.N_Beam, 2 * (768 + 96) + 136);
-    EXPECT_EQ(find_model_fault(true), nullptr);
+    EXPECT_EQ(find_model_fault(model, true), nullptr);
     EXPECT_TRUE(document.changed);
 }
 
 TEST_F(Windows, BrokenAxisDataGivesTheStartBack) {
-    ASSERT_EQ(save_file(work_file("bad.jik"), "1 0 0 0 90 0 0 9 9\r\n7 1 2 3\r\n"), 0);
-    player_.menu("TMainForm", "JikuDataReadMenu").file(work_file("bad.jik"));
+    ASSERT_EQ(save_file(work_file(work_dir, "bad.jik"), "1 0 0 0 90 0 0 9 9\r\n7 1 2 3\r\n"), 0);
+    player_.menu("TMainForm", "JikuDataReadMenu").file(work_file(work_dir, "bad.jik"));
     player_.step("open again", [&] { return is_open("JikuDataReadMenu"); });
     player_.play();
     expect_messages({"最初の文字は '1' or '2' or '3' or '999'", "軸データ読みこみに失敗しました"});
@@ -105,13 +108,13 @@ TEST_F(Windows, UnsavedWorkIsAskedAbout) {
     generate_frame();
     player_.menu("TKihonUnitForm", "ModoruMenu").gone("TKihonUnitForm");
     player_.menu("TMainForm", "SinkiMenu").answer("キャンセル");
-    player_.step("still there", [] { return model.N_Beam > 0; });
+    player_.step("still there", [this] { return model.N_Beam > 0; });
     player_.close("TMainForm").answer("キャンセル").menu("TMainForm", "ExitMenu");
-    player_.answer("保存する").file(work_file("kept.jik")).gone("TMainForm");
+    player_.answer("保存する").file(work_file(work_dir, "kept.jik")).gone("TMainForm");
     player_.play();
     EXPECT_FALSE(document.changed);
-    EXPECT_TRUE(fs::exists(work_file("kept.jik")));
-    EXPECT_EQ(read_file(work_file("SPY.TXT"))->substr(0, 11), "Spy Start\r\n");
+    EXPECT_TRUE(fs::exists(work_file(work_dir, "kept.jik")));
+    EXPECT_EQ(read_file(work_file(work_dir, "SPY.TXT"))->substr(0, 11), "Spy Start\r\n");
 }
 
 TEST_F(Windows, SearchWritesTheChosenMembersOnly) {
@@ -123,11 +126,13 @@ TEST_F(Windows, SearchWritesTheChosenMembersOnly) {
             }
         }
     });
-    player_.click("TKensakuForm", "OKButton").file(work_file("some.jik")).gone("TKensakuForm");
+    player_.click("TKensakuForm", "OKButton")
+        .file(work_file(work_dir, "some.jik"))
+        .gone("TKensakuForm");
     player_.menu("TKihonUnitForm", "ModoruMenu").gone("TKihonUnitForm");
     player_.play();
     take_messages();
-    const std::string text = read_file(work_file("some.jik")).value_or("");
+    const std::string text = read_file(work_file(work_dir, "some.jik")).value_or("");
     EXPECT_EQ(std::count(text.begin(), text.end(), '\n'), 2 * 256 + 1);
     EXPECT_EQ(text.substr(0, 2), "1 ");
     EXPECT_EQ(text.substr(text.size() - 5), "999\r\n");

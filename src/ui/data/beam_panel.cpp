@@ -2,8 +2,8 @@
 
 #include "base/format.h"
 #include "model/model.h"
-#include "ui/dialogs.h"
-#include "ui/form.h"
+#include "ui/kit/dialogs.h"
+#include "ui/kit/form.h"
 
 #include <QFormLayout>
 #include <QGroupBox>
@@ -42,7 +42,8 @@ QGroupBox* end_group(const End& end) {
 
 } // namespace
 
-BeamPanel::BeamPanel(int member, bool editable, QWidget* parent) : QWidget(parent) {
+BeamPanel::BeamPanel(Session& session, int member, bool editable, QWidget* parent)
+    : QWidget(parent), Desk(session) {
     const Beam& beam = model.beam[member];
     auto* all = new QVBoxLayout(this);
     all->setContentsMargins(0, 0, 0, 0);

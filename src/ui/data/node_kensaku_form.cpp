@@ -1,8 +1,8 @@
 #include "ui/data/node_kensaku_form.h"
 
 #include "ui/data/search_boxes.h"
-#include "ui/dialogs.h"
-#include "ui/document.h"
+#include "ui/kit/dialogs.h"
+#include "ui/kit/document.h"
 
 #include <QCloseEvent>
 #include <QLabel>
@@ -14,22 +14,23 @@ using namespace kigumi;
 namespace {
 
 // How many of the found nodes are restrained or loaded.
-int found_with_role() {
+int found_with_role(const Model& model) {
     int count = 0;
     for (int i = 0; i < model.N_Node; ++i) {
-        count += model.node[i].flag == role_found && role_of(i) != role_plain ? 1 : 0;
+        count += model.node[i].flag == role_found && role_of(model, i) != role_plain ? 1 : 0;
     }
     return count;
 }
 
 } // namespace
 
-TNodeKensakuForm::TNodeKensakuForm(QWidget* parent) : QWidget(parent, Qt::Tool) {
+TNodeKensakuForm::TNodeKensakuForm(Session& session, QWidget* parent)
+    : QWidget(parent, Qt::Tool), Desk(session) {
     setObjectName("NodeKensakuForm");
     setWindowTitle("節点検索");
     setAttribute(Qt::WA_ShowWithoutActivating);
     auto* column = new QVBoxLayout(this);
-    ranges_ = new LevelRangeBox(true);
+    ranges_ = new LevelRangeBox(session, true);
     column->addWidget(ranges_);
     connect(ranges_, &LevelRangeBox::changed, this, [this] { search(); });
     add_buttons(column);
@@ -75,7 +76,7 @@ void TNodeKensakuForm::show_all_levels() {
 }
 
 void TNodeKensakuForm::search() {
-    show_count(find_nodes(ranges_->levels()));
+    show_count(find_nodes(model, ranges_->levels()));
     emit marked();
 }
 
@@ -90,7 +91,7 @@ void TNodeKensakuForm::select_all() {
     if (role_ == role_loaded) {
         search();
     }
-    const int with_role = found_with_role();
+    const int with_role = found_with_role(model);
     const QString details = QString("青丸のうち %1 個はすでに固定節点か荷重節点です。"
                                     "「いいえ」を選ぶとその指定もなくなります。")
                                 .arg(with_role);
@@ -101,7 +102,7 @@ void TNodeKensakuForm::select_all() {
     if (answer == YesNo::cancel) {
         return;
     }
-    turn_found(answer == YesNo::yes ? role_ : role_plain);
+    turn_found(model, answer == YesNo::yes ? role_ : role_plain);
     document.roles_changed = true;
     show_all_levels();
     emit marked();
@@ -114,7 +115,7 @@ void TNodeKensakuForm::closeEvent(QCloseEvent* event) {
 
 void TNodeKensakuForm::hideEvent(QHideEvent* event) {
     QWidget::hideEvent(event);
-    forget_found();
+    forget_found(model);
     show_count(0);
     emit marked();
 }

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "model/roles.h"
+#include "ui/kit/session.h"
 
 #include <QWidget>
 
@@ -17,11 +18,11 @@ class LevelRangeBox;
 // from it. Ranges of levels choose nodes, which are found (role_found, blue circles in the picture)
 // until they are turned into supports or loads or the window is hidden; hiding gives them their
 // roles back.
-class TNodeKensakuForm : public QWidget {
+class TNodeKensakuForm : public QWidget, protected kigumi::Desk {
     Q_OBJECT
 
   public:
-    explicit TNodeKensakuForm(QWidget* parent);
+    TNodeKensakuForm(kigumi::Session& session, QWidget* parent);
 
     // Shows the window for role_fixed or role_loaded, at the right edge of `beside` when it was
     // hidden, with all levels chosen and nothing found.

@@ -1,11 +1,11 @@
 #include "ui/data/node_picking.h"
 
 #include "base/message.h"
-#include "model/lookup.h"
+#include "model/nodes.h"
 #include "model/roles.h"
 #include "ui/data/node_kensaku_form.h"
-#include "ui/dialogs.h"
-#include "ui/document.h"
+#include "ui/kit/dialogs.h"
+#include "ui/kit/document.h"
 #include "ui/picture/picture_widget.h"
 
 #include <QKeyEvent>
@@ -25,7 +25,7 @@ int picked_role(PickMode mode) {
     return mode == PickMode::restrain ? role_fixed : role_loaded;
 }
 
-QString mode_text(PickMode mode) {
+QString mode_text(const Model& model, PickMode mode) {
     if (mode == PickMode::none) {
         return {};
     }
@@ -35,8 +35,8 @@ QString mode_text(PickMode mode) {
                        : "：節点を左クリック（Esc で終わり）");
 }
 
-QString node_text(int node) {
-    const int role = role_of(node);
+QString node_text(const Model& model, int node) {
+    const int role = role_of(model, node);
     return QString("　%1 %2").arg(qt_text(model.node[node].id),
                                   QString(role == role_fixed    ? "固定節点"
                                           : role == role_loaded ? "荷重節点"
@@ -45,9 +45,10 @@ QString node_text(int node) {
 
 } // namespace
 
-NodePicking::NodePicking(QMainWindow* window, PictureWidget* picture)
-    : QObject(window), picture_(picture), search_(new TNodeKensakuForm(window)),
-      status_(new QLabel), timer_(new QTimer(window)) {
+NodePicking::NodePicking(Session& session, QMainWindow* window, PictureWidget* picture)
+    : QObject(window), Desk(session), picture_(picture),
+      search_(new TNodeKensakuForm(session, window)), status_(new QLabel),
+      timer_(new QTimer(window)) {
     status_->setObjectName("PickLabel");
     window->statusBar()->addPermanentWidget(status_);
     timer_->setObjectName("Timer1");
@@ -100,7 +101,7 @@ int NodePicking::node_at(QPoint at) const {
         return -1;
     }
     const PlanePoint point = to_plane(picture_->area(), at.x(), at.y());
-    return search_2dim_node(point.X, point.Y);
+    return search_2dim_node(model, point.X, point.Y);
 }
 
 void NodePicking::pick(QPoint at) {
@@ -114,7 +115,7 @@ void NodePicking::pick(QPoint at) {
         return;
     }
     if (model.fix_load_edited == 0) {
-        pick_role(node, picked_role(mode_));
+        pick_role(model, node, picked_role(mode_));
         document.roles_changed = true;
         picture_->update();
     }
@@ -126,7 +127,7 @@ void NodePicking::hover(QPoint at) {
 }
 
 void NodePicking::show_status(int node) {
-    const QString text = mode_text(mode_) + (node >= 0 ? node_text(node) : QString());
+    const QString text = mode_text(model, mode_) + (node >= 0 ? node_text(model, node) : QString());
     status_->setText(text);
     status_->setVisible(!text.isEmpty());
 }

@@ -1,6 +1,8 @@
 // Picking restrained and loaded nodes with the mouse in the main window's picture.
 #pragma once
 
+#include "ui/kit/session.h"
+
 #include <QObject>
 #include <QPoint>
 
@@ -19,12 +21,12 @@ enum class PickMode { none, restrain, load };
 // tells in the status bar which mode is on and which node, of what role, lies under the pointer.
 // Once supports and loads were entered by hand (Model::fix_load_edited) a click changes nothing and
 // the status bar says so, so that flags, tables and marks go on agreeing.
-class NodePicking : public QObject {
+class NodePicking : public QObject, protected Desk {
     Q_OBJECT
 
   public:
     // Makes Timer1, which hides the search window once no mode is on, a child of the window.
-    NodePicking(QMainWindow* window, PictureWidget* picture);
+    NodePicking(Session& session, QMainWindow* window, PictureWidget* picture);
 
     PickMode mode() const { return mode_; }
     // Enters restrain or load.

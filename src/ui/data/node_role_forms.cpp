@@ -1,8 +1,8 @@
 #include "ui/data/node_role_forms.h"
 
 #include "model/roles.h"
-#include "ui/dialogs.h"
-#include "ui/form.h"
+#include "ui/kit/dialogs.h"
+#include "ui/kit/form.h"
 
 #include <QFormLayout>
 #include <QLabel>
@@ -12,8 +12,9 @@ using namespace kigumi;
 
 namespace kigumi {
 
-NodeValueForm::NodeValueForm(QWidget* parent, const QString& title, int node, const Boxes& boxes)
-    : QDialog(parent), rows_(new QFormLayout(this)) {
+NodeValueForm::NodeValueForm(Session& session, QWidget* parent, const QString& title, int node,
+                             const Boxes& boxes)
+    : QDialog(parent), Desk(session), rows_(new QFormLayout(this)) {
     setWindowTitle(title);
     add_shown_box(rows_, "BangouEdit", boxes.number_label)
         ->setText(QString::number(number_at(node)));
@@ -50,8 +51,9 @@ void NodeValueForm::lock_values() {
     findChild<QPushButton*>("OKButton")->setFocus();
 }
 
-FixValueForm::FixValueForm(QWidget* parent, const QString& title, int node, const Values& values)
-    : NodeValueForm(parent, title, node,
+FixValueForm::FixValueForm(Session& session, QWidget* parent, const QString& title, int node,
+                           const Values& values)
+    : NodeValueForm(session, parent, title, node,
                     {"節点番号",
                      {"XfixEdit", "YfixEdit", "ZfixEdit"},
                      {"X方向固定", "Y方向固定", "Z方向固定"}}),
@@ -74,9 +76,10 @@ void FixValueForm::accept() {
     QDialog::accept();
 }
 
-LoadValueForm::LoadValueForm(QWidget* parent, const QString& title, int node, const Values& values)
+LoadValueForm::LoadValueForm(Session& session, QWidget* parent, const QString& title, int node,
+                             const Values& values)
     : NodeValueForm(
-          parent, title, node,
+          session, parent, title, node,
           {"No", {"XloadEdit", "YloadEdit", "ZloadEdit"}, {"X方向荷重", "Y方向荷重", "Z方向荷重"}}),
       values_(values) {
     for (int axis = 0; axis < 3; ++axis) {
@@ -125,35 +128,35 @@ QString message_of(RecordPurpose purpose) {
 
 } // namespace
 
-TSelFixForm::TSelFixForm(QWidget* parent, int node)
-    : FixValueForm(parent, "固定節点選択", node, offered_fix) {
-    if (role_of(node) == role_fixed) {
+TSelFixForm::TSelFixForm(Session& session, QWidget* parent, int node)
+    : FixValueForm(session, parent, "固定節点選択", node, offered_fix) {
+    if (role_of(model, node) == role_fixed) {
         add_note("すでに固定節点です。OK で置き換えます");
     }
 }
 
-TFixEditForm::TFixEditForm(QWidget* parent, int at, RecordPurpose purpose)
-    : FixValueForm(parent, "固定節点編集", position_of(model.fix[at].no),
-                   values_of(model.fix[at])) {
+TFixEditForm::TFixEditForm(Session& session, QWidget* parent, int at, RecordPurpose purpose)
+    : FixValueForm(session, parent, "固定節点編集", position_of(session.project.model.fix[at].no),
+                   values_of(session.project.model.fix[at])) {
     add_message(message_of(purpose));
     if (purpose == RecordPurpose::remove) {
         lock_values();
     }
 }
 
-TSelLoadForm::TSelLoadForm(QWidget* parent, int node)
-    : LoadValueForm(parent, "荷重節点データ", node, offered_load) {
-    if (role_of(node) == role_loaded) {
+TSelLoadForm::TSelLoadForm(Session& session, QWidget* parent, int node)
+    : LoadValueForm(session, parent, "荷重節点データ", node, offered_load) {
+    if (role_of(model, node) == role_loaded) {
         add_note("すでに荷重節点です。OK で置き換えます");
-    } else if (role_of(node) == role_fixed) {
+    } else if (role_of(model, node) == role_fixed) {
         add_note("固定節点です。OK で固定をやめて荷重節点にします");
     }
     add_note(force_note);
 }
 
-TLoadEditForm::TLoadEditForm(QWidget* parent, int at, RecordPurpose purpose)
-    : LoadValueForm(parent, "荷重節点編集", position_of(model.load[at].no),
-                    values_of(model.load[at])) {
+TLoadEditForm::TLoadEditForm(Session& session, QWidget* parent, int at, RecordPurpose purpose)
+    : LoadValueForm(session, parent, "荷重節点編集", position_of(session.project.model.load[at].no),
+                    values_of(session.project.model.load[at])) {
     add_message(message_of(purpose));
     if (purpose == RecordPurpose::remove) {
         note_ = add_note("この節点の荷重だけがなくなります");
@@ -185,7 +188,7 @@ void TLoadEditForm::set_all() {
             before_.push_back(values_of(model.load[i]));
         }
     }
-    set_all_loads(values()[0], values()[1], values()[2]);
+    set_all_loads(model, values()[0], values()[1], values()[2]);
     note_->setText(
         QString("荷重 %1 個をこの値にしました（Cancel で元に戻ります）").arg(model.N_Load));
 }
@@ -200,9 +203,9 @@ void TLoadEditForm::reject() {
     QDialog::reject();
 }
 
-TDelNodeForm::TDelNodeForm(QWidget* parent, int at)
-    : LoadValueForm(parent, "節点荷重中止", position_of(model.load[at].no),
-                    values_of(model.load[at])) {
+TDelNodeForm::TDelNodeForm(Session& session, QWidget* parent, int at)
+    : LoadValueForm(session, parent, "節点荷重中止", position_of(session.project.model.load[at].no),
+                    values_of(session.project.model.load[at])) {
     add_message("この節点の荷重を中止");
     lock_values();
 }

@@ -1,6 +1,8 @@
 // The dialogs for one restrained or one loaded node.
 #pragma once
 
+#include "ui/kit/session.h"
+
 #include <QDialog>
 
 #include <array>
@@ -17,7 +19,7 @@ class NumberEdit;
 enum class RecordPurpose { edit, remove };
 
 // A node's number and name, three boxes for its x, y and z value, OK and Cancel.
-class NodeValueForm : public QDialog {
+class NodeValueForm : public QDialog, protected Desk {
     Q_OBJECT
 
   protected:
@@ -27,7 +29,8 @@ class NodeValueForm : public QDialog {
         std::array<const char*, 3> names;
         std::array<const char*, 3> labels;
     };
-    NodeValueForm(QWidget* parent, const QString& title, int node, const Boxes& boxes);
+    NodeValueForm(Session& session, QWidget* parent, const QString& title, int node,
+                  const Boxes& boxes);
 
     // A line above the boxes, and one below them.
     void add_message(const QString& text);
@@ -54,7 +57,8 @@ class FixValueForm : public NodeValueForm {
     void accept() override;
 
   protected:
-    FixValueForm(QWidget* parent, const QString& title, int node, const Values& values);
+    FixValueForm(Session& session, QWidget* parent, const QString& title, int node,
+                 const Values& values);
 
   private:
     Values values_;
@@ -70,7 +74,8 @@ class LoadValueForm : public NodeValueForm {
     void accept() override;
 
   protected:
-    LoadValueForm(QWidget* parent, const QString& title, int node, const Values& values);
+    LoadValueForm(Session& session, QWidget* parent, const QString& title, int node,
+                  const Values& values);
     // Takes the boxes over; false after the message that one of them holds no number.
     bool read_values();
 
@@ -85,7 +90,7 @@ class TSelFixForm : public kigumi::FixValueForm {
     Q_OBJECT
 
   public:
-    TSelFixForm(QWidget* parent, int node);
+    TSelFixForm(kigumi::Session& session, QWidget* parent, int node);
 };
 
 // The record at position `at` of the support table.
@@ -93,7 +98,7 @@ class TFixEditForm : public kigumi::FixValueForm {
     Q_OBJECT
 
   public:
-    TFixEditForm(QWidget* parent, int at, kigumi::RecordPurpose purpose);
+    TFixEditForm(kigumi::Session& session, QWidget* parent, int at, kigumi::RecordPurpose purpose);
 };
 
 // A new loaded node (node position), offered with 1000 kgf downwards.
@@ -101,7 +106,7 @@ class TSelLoadForm : public kigumi::LoadValueForm {
     Q_OBJECT
 
   public:
-    TSelLoadForm(QWidget* parent, int node);
+    TSelLoadForm(kigumi::Session& session, QWidget* parent, int node);
 };
 
 // The record at position `at` of the load table. 同 gives the boxes' forces to the whole table at
@@ -110,7 +115,7 @@ class TLoadEditForm : public kigumi::LoadValueForm {
     Q_OBJECT
 
   public:
-    TLoadEditForm(QWidget* parent, int at, kigumi::RecordPurpose purpose);
+    TLoadEditForm(kigumi::Session& session, QWidget* parent, int at, kigumi::RecordPurpose purpose);
     void reject() override;
 
   private:
@@ -126,5 +131,5 @@ class TDelNodeForm : public kigumi::LoadValueForm {
     Q_OBJECT
 
   public:
-    TDelNodeForm(QWidget* parent, int at);
+    TDelNodeForm(kigumi::Session& session, QWidget* parent, int at);
 };

@@ -15,23 +15,23 @@ namespace {
 
 struct Axis {
     const char* name;
-    const std::array<float, level_capacity>& levels;
+    const Table<float, level_capacity>& levels;
     int count;
 };
 
-std::array<Axis, 3> axes() {
+std::array<Axis, 3> axes(const Model& model) {
     return {
         {{"X", model.Xval, model.N_X}, {"Y", model.Yval, model.N_Y}, {"Z", model.Zval, model.N_Z}}};
 }
 
 } // namespace
 
-LevelRangeBox::LevelRangeBox(bool numbered, QWidget* parent)
-    : QGroupBox("座標の範囲 (cm)", parent), numbered_(numbered) {
+LevelRangeBox::LevelRangeBox(Session& session, bool numbered, QWidget* parent)
+    : QGroupBox("座標の範囲 (cm)", parent), Desk(session), numbered_(numbered) {
     auto* grid = new QGridLayout(this);
     grid->setColumnStretch(1, 1);
     grid->setColumnStretch(3, 1);
-    const auto all = axes();
+    const auto all = axes(model);
     for (size_t axis = 0; axis < all.size(); ++axis) {
         const QString name = all[axis].name;
         const int row = static_cast<int>(axis);
@@ -62,7 +62,7 @@ LevelRangeBox::LevelRangeBox(bool numbered, QWidget* parent)
 }
 
 void LevelRangeBox::fill(QComboBox* box, int axis) {
-    const Axis levels = axes()[static_cast<size_t>(axis)];
+    const Axis levels = axes(model)[static_cast<size_t>(axis)];
     const QSignalBlocker quiet(box);
     box->clear();
     for (int k = 0; k < levels.count; ++k) {
@@ -99,11 +99,11 @@ std::optional<LevelRangeBox::Range> LevelRangeBox::chosen(int axis) const {
     return Range{from->currentData().toFloat(), to->currentData().toFloat()};
 }
 
-QComboBox* make_section_box() {
+QComboBox* make_section_box(const Model& model) {
     auto* box = new QComboBox;
     box->setObjectName("DanmenComboBox");
     box->addItem("すべて");
-    for (const CrossSection& section : cross_sections()) {
+    for (const CrossSection& section : cross_sections(model)) {
         box->addItem(QString("%1 × %2").arg(section.haba, 0, 'f', 1).arg(section.atumi, 0, 'f', 1),
                      QVariantList{section.haba, section.atumi});
     }

@@ -1,8 +1,10 @@
 // Controls that the search windows share: ranges of levels, and the choice of a cross-section.
 #pragma once
 
+#include "model/model.h"
 #include "model/roles.h"
 #include "model/select.h"
+#include "ui/kit/session.h"
 
 #include <QGroupBox>
 
@@ -15,12 +17,12 @@ namespace kigumi {
 
 // From and to for the levels of each direction (`XFromComboBox` ... `ZToComboBox`), the whole
 // extent at first; `from` never lies behind `to`.
-class LevelRangeBox : public QGroupBox {
+class LevelRangeBox : public QGroupBox, protected Desk {
     Q_OBJECT
 
   public:
     // `numbered` puts the level's number, as in the names of nodes, before its coordinate.
-    explicit LevelRangeBox(bool numbered = false, QWidget* parent = nullptr);
+    explicit LevelRangeBox(Session& session, bool numbered = false, QWidget* parent = nullptr);
 
     // Takes the levels from the model anew and chooses the whole extent, without a signal.
     void reset();
@@ -44,7 +46,7 @@ class LevelRangeBox : public QGroupBox {
 };
 
 // A box with "すべて" and every cross-section of the model (`DanmenComboBox`).
-QComboBox* make_section_box();
+QComboBox* make_section_box(const Model& model);
 // The cross-section chosen in it; nothing for all.
 std::optional<CrossSection> chosen_section(const QComboBox& box);
 

@@ -1,14 +1,15 @@
 #include "ui/data/section_forms.h"
 
 #include "model/model.h"
-#include "ui/form.h"
+#include "ui/kit/form.h"
 
 #include <QFormLayout>
 #include <QLabel>
 
 using namespace kigumi;
 
-THenSizeForm::THenSizeForm(int section, QWidget* parent) : QDialog(parent), section_(section) {
+THenSizeForm::THenSizeForm(Session& session, int section, QWidget* parent)
+    : QDialog(parent), Desk(session), section_(section) {
     setObjectName("HenSizeForm");
     setWindowTitle("巾・厚み変更");
     auto* rows = new QFormLayout(this);
@@ -29,13 +30,14 @@ void THenSizeForm::accept() {
     if (!read_box(width_, haba) || !read_box(thickness_, atumi) || !read_box(angle_, angle)) {
         return;
     }
-    change_ = change_section(section_, haba, atumi, angle);
+    change_ = change_section(model, section_, haba, atumi, angle);
     if (change_ != Change::refused) {
         QDialog::accept();
     }
 }
 
-THenMatForm::THenMatForm(int material, QWidget* parent) : QDialog(parent), material_(material) {
+THenMatForm::THenMatForm(Session& session, int material, QWidget* parent)
+    : QDialog(parent), Desk(session), material_(material) {
     setObjectName("HenMatForm");
     setWindowTitle("物性値変更");
     auto* rows = new QFormLayout(this);
@@ -55,7 +57,7 @@ void THenMatForm::accept() {
     if (!read_box(young_, young) || !read_box(poisson_, poisson) || !read_box(density_, density)) {
         return;
     }
-    change_ = change_material(material_, young, poisson, density);
+    change_ = change_material(model, material_, young, poisson, density);
     if (change_ != Change::refused) {
         QDialog::accept();
     }

@@ -1,7 +1,8 @@
 // The dialogs that change one section (巾・厚み変更) or one material (物性値変更).
 #pragma once
 
-#include "model/section.h"
+#include "model/sections.h"
+#include "ui/kit/session.h"
 
 #include <QDialog>
 
@@ -12,11 +13,11 @@ class NumberEdit;
 }
 
 // Changes the section at a position of the section table.
-class THenSizeForm : public QDialog {
+class THenSizeForm : public QDialog, protected kigumi::Desk {
     Q_OBJECT
 
   public:
-    THenSizeForm(int section, QWidget* parent);
+    THenSizeForm(kigumi::Session& session, int section, QWidget* parent);
 
     void accept() override;
     // What OK did: stored, or none when it found nothing changed or was not pressed.
@@ -31,11 +32,11 @@ class THenSizeForm : public QDialog {
 };
 
 // Changes the material at a position of the material table.
-class THenMatForm : public QDialog {
+class THenMatForm : public QDialog, protected kigumi::Desk {
     Q_OBJECT
 
   public:
-    THenMatForm(int material, QWidget* parent);
+    THenMatForm(kigumi::Session& session, int material, QWidget* parent);
 
     void accept() override;
     kigumi::Change change() const { return change_; }

@@ -2,11 +2,12 @@
 
 #include "base/format.h"
 #include "model/model.h"
+#include "model/sections.h"
 #include "ui/data/record_grid.h"
 #include "ui/data/section_forms.h"
 #include "ui/data/show_beam_form.h"
-#include "ui/dialogs.h"
-#include "ui/form.h"
+#include "ui/kit/dialogs.h"
+#include "ui/kit/form.h"
 
 #include <QFormLayout>
 #include <QGridLayout>
@@ -25,13 +26,13 @@ QString written(const char* format, float value) {
     return written(format, static_cast<double>(value));
 }
 
-QStringList member_texts(int row) {
+QStringList member_texts(const Model& model, int row) {
     const Beam& beam = model.beam[row];
     return {written(" %5d", beam.no), qt_text(beam.idi), qt_text(beam.idj),
             written(" %5d", beam.size), written(" %5d", beam.mat)};
 }
 
-QStringList section_texts(int row) {
+QStringList section_texts(const Model& model, int row) {
     const SizeTable& size = model.size;
     return {QString::number(row + 1),          written("%8.1f", size.haba[row]),
             written("%8.1f", size.atumi[row]), written("%10.3e", size.A[row]),
@@ -39,7 +40,7 @@ QStringList section_texts(int row) {
             written("%10.3e", size.J[row]),    written("%8.1f", size.angle[row])};
 }
 
-QStringList material_texts(int row) {
+QStringList material_texts(const Model& model, int row) {
     return {QString::number(row + 1), written("%10.3e", model.mat.E[row]),
             written("%8.3f", model.mat.poisson[row]), written("%10.3e", model.mat.density[row])};
 }
@@ -66,7 +67,7 @@ QPushButton* add_action(QHBoxLayout* row, const char* name, const QString& capti
 
 } // namespace
 
-TSelBeamForm::TSelBeamForm(QWidget* parent) : QDialog(parent) {
+TSelBeamForm::TSelBeamForm(Session& session, QWidget* parent) : QDialog(parent), Desk(session) {
     setObjectName("SelBeamForm");
     setWindowTitle("部材データ");
     resize(1120, 680);
@@ -111,9 +112,9 @@ TSelBeamForm::TSelBeamForm(QWidget* parent) : QDialog(parent) {
 
 void TSelBeamForm::fill_grids() {
     const BusyCursor busy;
-    members_->fill(model.N_Beam, member_texts);
-    sections_->fill(model.N_Size, section_texts);
-    materials_->fill(model.N_Mat, material_texts);
+    members_->fill(model.N_Beam, [this](int row) { return member_texts(model, row); });
+    sections_->fill(model.N_Size, [this](int row) { return section_texts(model, row); });
+    materials_->fill(model.N_Mat, [this](int row) { return material_texts(model, row); });
 }
 
 void TSelBeamForm::change_section() {
@@ -121,10 +122,10 @@ void TSelBeamForm::change_section() {
     if (row < 0) {
         return;
     }
-    THenSizeForm form(row, this);
+    THenSizeForm form(session_, row, this);
     form.exec();
     if (form.change() == Change::stored) {
-        sections_->set_row(row, section_texts(row));
+        sections_->set_row(row, section_texts(model, row));
         changed_ = true;
     }
 }
@@ -134,16 +135,16 @@ void TSelBeamForm::change_material() {
     if (row < 0) {
         return;
     }
-    THenMatForm form(row, this);
+    THenMatForm form(session_, row, this);
     form.exec();
     if (form.change() == Change::stored) {
-        materials_->set_row(row, material_texts(row));
+        materials_->set_row(row, material_texts(model, row));
         changed_ = true;
     }
 }
 
 void TSelBeamForm::show_member() {
     if (members_->currentRow() >= 0) {
-        TShowBeamForm(members_->currentRow(), this).exec();
+        TShowBeamForm(session_, members_->currentRow(), this).exec();
     }
 }

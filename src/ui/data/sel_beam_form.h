@@ -1,6 +1,9 @@
 // The member data window (部材データ): members, sections and materials.
 #pragma once
 
+#include "model/sections.h"
+#include "ui/kit/session.h"
+
 #include <QDialog>
 
 namespace kigumi {
@@ -9,11 +12,11 @@ class RecordGrid;
 
 // Lists the three tables of the model and opens the dialogs that change a section or a material and
 // show a member. The chosen row of each grid is what its button works on.
-class TSelBeamForm : public QDialog {
+class TSelBeamForm : public QDialog, protected kigumi::Desk {
     Q_OBJECT
 
   public:
-    explicit TSelBeamForm(QWidget* parent);
+    TSelBeamForm(kigumi::Session& session, QWidget* parent);
 
     // True once a section or a material was changed.
     bool changed() const { return changed_; }

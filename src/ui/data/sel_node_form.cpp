@@ -5,9 +5,9 @@
 #include "model/roles.h"
 #include "ui/data/node_role_forms.h"
 #include "ui/data/record_grid.h"
-#include "ui/dialogs.h"
-#include "ui/document.h"
-#include "ui/form.h"
+#include "ui/kit/dialogs.h"
+#include "ui/kit/document.h"
+#include "ui/kit/form.h"
 
 #include <QFormLayout>
 #include <QHBoxLayout>
@@ -33,19 +33,19 @@ QString place(const Node& node) {
         .arg(node.z, 0, 'f', 1);
 }
 
-QStringList node_texts(int row) {
+QStringList node_texts(const Model& model, int row) {
     const Node& node = model.node[row];
     return {qt_text(node.id), decimal(node.x), decimal(node.y), decimal(node.z)};
 }
 
-QStringList fix_texts(int row) {
+QStringList fix_texts(const Model& model, int row) {
     const Fix& fix = model.fix[row];
     const Node& node = model.node[position_of(fix.no)];
     return {qt_text(node.id),        QString::number(fix.ix), QString::number(fix.iy),
             QString::number(fix.iz), QString::number(fix.no), place(node)};
 }
 
-QStringList load_texts(int row) {
+QStringList load_texts(const Model& model, int row) {
     const Load& load = model.load[row];
     const Node& node = model.node[position_of(load.no)];
     return {qt_text(node.id), decimal(load.fx),         decimal(load.fy),
@@ -76,8 +76,9 @@ QPushButton* small_button(const QString& name, const QString& face, const QStrin
 
 } // namespace
 
-TSelNodeForm::TSelNodeForm(QWidget* parent)
-    : QDialog(parent), nodes_(new RecordGrid("ZenStringGrid", {"Node", "X(cm)", "Y(cm)", "Z(cm)"})),
+TSelNodeForm::TSelNodeForm(Session& session, QWidget* parent)
+    : QDialog(parent), Desk(session),
+      nodes_(new RecordGrid("ZenStringGrid", {"Node", "X(cm)", "Y(cm)", "Z(cm)"})),
       fixes_(record_grid("FixStringGrid", {"Xmov", "Ymov", "Zmov"})),
       loads_(record_grid("LoadStringGrid", {"Xkgf", "Ykgf", "Zkgf"})), id_(new QLineEdit),
       note_(new QLabel) {
@@ -182,14 +183,14 @@ void TSelNodeForm::keyPressEvent(QKeyEvent* event) {
 
 void TSelNodeForm::fill_nodes() {
     node_count_->setText(QString::number(model.N_Node));
-    nodes_->fill(model.N_Node, node_texts);
+    nodes_->fill(model.N_Node, [this](int row) { return node_texts(model, row); });
 }
 
 void TSelNodeForm::fill_records() {
     findChild<QLineEdit*>("FixEdit")->setText(QString::number(model.N_Fix));
     findChild<QLineEdit*>("LoadEdit")->setText(QString::number(model.N_Load));
-    fixes_->fill(model.N_Fix, fix_texts);
-    loads_->fill(model.N_Load, load_texts);
+    fixes_->fill(model.N_Fix, [this](int row) { return fix_texts(model, row); });
+    loads_->fill(model.N_Load, [this](int row) { return load_texts(model, row); });
     for (const char* name : {"DelFixSpeedButton", "ModFixSpeedButton"}) {
         findChild<QPushButton*>(name)->setEnabled(model.N_Fix > 0);
     }
@@ -215,18 +216,18 @@ void TSelNodeForm::add_fix() {
     if (node < 0) {
         return;
     }
-    TSelFixForm form(this, node);
+    TSelFixForm form(session_, this, node);
     if (form.exec() != QDialog::Accepted) {
         return;
     }
-    const int load = find_load(number_at(node));
-    if (load >= 0 && TDelNodeForm(this, load).exec() != QDialog::Accepted) {
+    const int load = find_load(model, number_at(node));
+    if (load >= 0 && TDelNodeForm(session_, this, load).exec() != QDialog::Accepted) {
         return;
     }
     const auto& [ix, iy, iz] = form.values();
-    if (put_fix(node, ix, iy, iz) == 0) {
+    if (put_fix(model, node, ix, iy, iz) == 0) {
         note_change();
-        fixes_->choose(find_fix(number_at(node)));
+        fixes_->choose(find_fix(model, number_at(node)));
     }
 }
 
@@ -235,14 +236,14 @@ void TSelNodeForm::add_load() {
     if (node < 0) {
         return;
     }
-    TSelLoadForm form(this, node);
+    TSelLoadForm form(session_, this, node);
     if (form.exec() != QDialog::Accepted) {
         return;
     }
     const auto& [fx, fy, fz] = form.values();
-    if (put_load(node, fx, fy, fz) == 0) {
+    if (put_load(model, node, fx, fy, fz) == 0) {
         note_change();
-        loads_->choose(find_load(number_at(node)));
+        loads_->choose(find_load(model, number_at(node)));
     }
 }
 
@@ -250,15 +251,15 @@ void TSelNodeForm::open_fix(int row, bool remove) {
     if (row < 0) {
         return;
     }
-    TFixEditForm form(this, row, remove ? RecordPurpose::remove : RecordPurpose::edit);
+    TFixEditForm form(session_, this, row, remove ? RecordPurpose::remove : RecordPurpose::edit);
     if (form.exec() != QDialog::Accepted) {
         return;
     }
     if (remove) {
-        delete_fix(row);
+        delete_fix(model, row);
     } else {
         const auto& [ix, iy, iz] = form.values();
-        put_fix(position_of(model.fix[row].no), ix, iy, iz);
+        put_fix(model, position_of(model.fix[row].no), ix, iy, iz);
     }
     note_change();
 }
@@ -267,22 +268,22 @@ void TSelNodeForm::open_load(int row, bool remove) {
     if (row < 0) {
         return;
     }
-    TLoadEditForm form(this, row, remove ? RecordPurpose::remove : RecordPurpose::edit);
+    TLoadEditForm form(session_, this, row, remove ? RecordPurpose::remove : RecordPurpose::edit);
     if (form.exec() != QDialog::Accepted) {
         return;
     }
     if (remove) {
-        delete_load(row);
+        delete_load(model, row);
     } else {
         const auto& [fx, fy, fz] = form.values();
-        put_load(position_of(model.load[row].no), fx, fy, fz);
+        put_load(model, position_of(model.load[row].no), fx, fy, fz);
     }
     note_change();
 }
 
 void TSelNodeForm::search_id() {
     const QString text = id_->text().normalized(QString::NormalizationForm_KC);
-    const int node = find_node_id(text.toStdString());
+    const int node = find_node_id(model, text.toStdString());
     if (node >= 0) {
         nodes_->show_at_top(node);
         return;

@@ -1,6 +1,8 @@
 // The supports and loads of the model (節点選択).
 #pragma once
 
+#include "ui/kit/session.h"
+
 #include <QDialog>
 
 class QBoxLayout;
@@ -13,11 +15,11 @@ class RecordGrid;
 
 // Lists all nodes, the restrained and the loaded ones, and adds, changes and removes supports and
 // loads. Every change is in force at once: tables, node flags and, by changed(), the drawing.
-class TSelNodeForm : public QDialog {
+class TSelNodeForm : public QDialog, protected kigumi::Desk {
     Q_OBJECT
 
   public:
-    explicit TSelNodeForm(QWidget* parent);
+    TSelNodeForm(kigumi::Session& session, QWidget* parent);
 
   signals:
     void changed();

@@ -5,11 +5,12 @@
 #include <QPushButton>
 #include <QVBoxLayout>
 
-TShowBeamForm::TShowBeamForm(int member, QWidget* parent) : QDialog(parent) {
+TShowBeamForm::TShowBeamForm(kigumi::Session& session, int member, QWidget* parent)
+    : QDialog(parent) {
     setObjectName("ShowBeamForm");
     setWindowTitle("部材詳細");
     auto* all = new QVBoxLayout(this);
-    all->addWidget(new kigumi::BeamPanel(member, false));
+    all->addWidget(new kigumi::BeamPanel(session, member, false));
     auto* ok = new QPushButton("OK");
     ok->setObjectName("OKButton");
     ok->setDefault(true);

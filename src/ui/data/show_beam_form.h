@@ -3,10 +3,14 @@
 
 #include <QDialog>
 
+namespace kigumi {
+struct Session;
+}
+
 // Shows the member at a position of the member table.
 class TShowBeamForm : public QDialog {
     Q_OBJECT
 
   public:
-    TShowBeamForm(int member, QWidget* parent);
+    TShowBeamForm(kigumi::Session& session, int member, QWidget* parent);
 };

@@ -7,5 +7,5 @@ class TJikuForm : public kigumi::ModelWindow {
     Q_OBJECT
 
   public:
-    explicit TJikuForm(QWidget* parent);
+    TJikuForm(kigumi::Session& session, QWidget* parent);
 };

@@ -2,11 +2,11 @@
 
 #include "base/message.h"
 #include "files/jiku.h"
-#include "model/lookup.h"
+#include "model/model.h"
 #include "trace/spy.h"
 #include "ui/data/search_boxes.h"
-#include "ui/dialogs.h"
-#include "ui/document.h"
+#include "ui/kit/dialogs.h"
+#include "ui/kit/document.h"
 #include "ui/picture/picture_widget.h"
 
 #include <QCheckBox>
@@ -24,7 +24,8 @@ using namespace kigumi;
 namespace {
 
 // Draws all members in grey and the chosen ones over them, always from the same side.
-void draw_choice(Canvas& canvas, DrawArea& area, const std::vector<int>& chosen) {
+void draw_choice(const Model& model, Canvas& canvas, DrawArea& area,
+                 const std::vector<int>& chosen) {
     constexpr float isometric = 30.0f; // degrees
     const Projector projector(isometric, isometric);
     PlaneBounds bounds = square_fit_start;
@@ -51,7 +52,7 @@ void draw_choice(Canvas& canvas, DrawArea& area, const std::vector<int>& chosen)
 
 } // namespace
 
-TKensakuForm::TKensakuForm(QWidget* parent) : QDialog(parent) {
+TKensakuForm::TKensakuForm(Session& session, QWidget* parent) : QDialog(parent), Desk(session) {
     setObjectName("KensakuForm");
     setWindowTitle("条件検索");
     resize(1100, 700);
@@ -61,7 +62,7 @@ TKensakuForm::TKensakuForm(QWidget* parent) : QDialog(parent) {
     picture_ = new PictureWidget(this);
     all->addWidget(picture_, 1);
     add_kinds(column);
-    ranges_ = new LevelRangeBox;
+    ranges_ = new LevelRangeBox(session);
     connect(ranges_, &LevelRangeBox::changed, this, [this] { search(); });
     column->addWidget(ranges_);
     add_sections(column);
@@ -95,7 +96,7 @@ void TKensakuForm::add_kinds(QVBoxLayout* column) {
 void TKensakuForm::add_sections(QVBoxLayout* column) {
     auto* group = new QGroupBox("断面 巾 × 厚み (cm)");
     auto* boxes = new QVBoxLayout(group);
-    section_ = make_section_box();
+    section_ = make_section_box(model);
     boxes->addWidget(section_);
     connect(section_, &QComboBox::currentIndexChanged, this, [this] { search(); });
     column->addWidget(group);
@@ -146,16 +147,18 @@ void TKensakuForm::search() {
     spy_now("Pass kensaku %5d of %5d", static_cast<int>(chosen_.size()), model.N_Beam);
     count_->setText(QString("選択した部材 %1 / %2").arg(chosen_.size()).arg(model.N_Beam));
     save_->setEnabled(!chosen_.empty());
-    picture_->set_picture(
-        [chosen = chosen_](Canvas& canvas, DrawArea& area) { draw_choice(canvas, area, chosen); });
+    picture_->set_picture([this, chosen = chosen_](Canvas& canvas, DrawArea& area) {
+        draw_choice(model, canvas, area, chosen);
+    });
 }
 
 void TKensakuForm::save() {
-    const fs::path path = ask_save_file(this, "検索データ変換", "軸データ保存(*.jik)|*.jik", "jik");
+    const fs::path path =
+        ask_save_file(work_dir, this, "検索データ変換", "軸データ保存(*.jik)|*.jik", "jik");
     if (path.empty()) {
         return;
     }
-    if (save_jiku_selection(path, chosen_, document.shift) == 0) {
+    if (save_jiku_selection(model, path, chosen_, document.shift) == 0) {
         show_message("軸ファイルを作製しました");
         accept();
     }

@@ -1,6 +1,8 @@
 // The condition search window (条件検索): chooses members and writes them as axis data.
 #pragma once
 
+#include "ui/kit/session.h"
+
 #include <QDialog>
 
 #include <vector>
@@ -18,11 +20,11 @@ class PictureWidget;
 
 // Chooses members by category, by ranges of the x, y and z levels within which both ends lie, and
 // by section; shows their count and draws them in colour among the others.
-class TKensakuForm : public QDialog {
+class TKensakuForm : public QDialog, protected kigumi::Desk {
     Q_OBJECT
 
   public:
-    explicit TKensakuForm(QWidget* parent);
+    TKensakuForm(kigumi::Session& session, QWidget* parent);
 
     // Positions of the members that the conditions choose.
     const std::vector<int>& chosen() const { return chosen_; }

@@ -2,9 +2,9 @@
 
 #include "base/format.h"
 #include "model/model.h"
-#include "ui/dialogs.h"
-#include "ui/form.h"
 #include "ui/frame/yane_form.h"
+#include "ui/kit/dialogs.h"
+#include "ui/kit/form.h"
 
 #include "ui_kihon_form.h"
 
@@ -12,7 +12,6 @@
 
 using kigumi::NumberEdit;
 using kigumi::Param;
-using kigumi::param;
 
 namespace {
 
@@ -64,9 +63,9 @@ void show_outcome(QLineEdit* box, float value) {
 
 } // namespace
 
-TKihonForm::TKihonForm(QWidget* parent)
-    : QDialog(parent), ui_(std::make_unique<Ui::TKihonForm>()), at_opening_(param),
-      E_at_opening_(kigumi::model.mat.E[0]), density_at_opening_(kigumi::model.mat.density[0]) {
+TKihonForm::TKihonForm(kigumi::Session& session, QWidget* parent)
+    : QDialog(parent), Desk(session), ui_(std::make_unique<Ui::TKihonForm>()), at_opening_(param),
+      E_at_opening_(model.mat.E[0]), density_at_opening_(model.mat.density[0]) {
     ui_->setupUi(this);
     param.SouMode = 0;
     fill();
@@ -126,7 +125,7 @@ void TKihonForm::yane_clicked(int item) {
     if (item == 1) {
         ask_roof();
     } else {
-        kigumi::apply_yane_choice(item);
+        kigumi::apply_yane_choice(param, item);
         show_roof_heights();
     }
     update_sketch();
@@ -136,7 +135,7 @@ void TKihonForm::ask_roof() {
     // The roof's height is offered for the floor that stands in the boxes.
     kigumi::peek_box(ui_->XtukaEdit, param.NX);
     kigumi::peek_box(ui_->TukaHabaEdit, param.TukaHaba);
-    TYaneForm roof(this);
+    TYaneForm roof(session_, this);
     if (roof.exec() != QDialog::Accepted) {
         kigumi::choose_item(ui_->YaneGroup, 0);
         param.YaneMode = 0;
@@ -144,7 +143,7 @@ void TKihonForm::ask_roof() {
         show_outcome(ui_->YaneTakasaEdit, param.YaneTakasa);
         return;
     }
-    kigumi::apply_yane_choice(1);
+    kigumi::apply_yane_choice(param, 1);
     show_roof_heights();
     if (param.N_Sou == 1) {
         show_outcome(ui_->No2HashiraHeightEdit, param.HashiraHeight2);
@@ -185,7 +184,7 @@ bool TKihonForm::read() {
 }
 
 bool TKihonForm::check() {
-    if (!read() || kigumi::check_param(choice()) < 0) {
+    if (!read() || kigumi::check_param(param, choice()) < 0) {
         return false;
     }
     show_outcome(ui_->TakasaEdit, param.Takasa);
@@ -209,7 +208,7 @@ void TKihonForm::reject() {
     for (const auto dimension : dimensions) {
         param.*dimension = at_opening_.*dimension;
     }
-    kigumi::model.mat.E[0] = E_at_opening_;
-    kigumi::model.mat.density[0] = density_at_opening_;
+    model.mat.E[0] = E_at_opening_;
+    model.mat.density[0] = density_at_opening_;
     QDialog::reject();
 }

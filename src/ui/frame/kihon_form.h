@@ -2,6 +2,7 @@
 #pragma once
 
 #include "generate/param.h"
+#include "ui/kit/session.h"
 
 #include <QDialog>
 
@@ -14,11 +15,11 @@ class TKihonForm;
 // Edits the basic data in `param`. Ends accepted with data from which a frame can be generated, as
 // check_param finds. Cancelling gives the nine dimensions NX ... Sujikai and the first material
 // back as they were; levels, heights and choices stay as clicked and read.
-class TKihonForm : public QDialog {
+class TKihonForm : public QDialog, protected kigumi::Desk {
     Q_OBJECT
 
   public:
-    explicit TKihonForm(QWidget* parent = nullptr);
+    explicit TKihonForm(kigumi::Session& session, QWidget* parent = nullptr);
     ~TKihonForm() override;
 
     void accept() override;

@@ -4,13 +4,13 @@
 #include "files/jiku.h"
 #include "files/tegaki.h"
 #include "generate/generate.h"
-#include "geometry/solid.h"
-#include "model/lookup.h"
-#include "ui/dialogs.h"
-#include "ui/document.h"
+#include "model/sections.h"
+#include "solid/solid.h"
 #include "ui/frame/kensaku_form.h"
 #include "ui/frame/kihon_form.h"
 #include "ui/frame/zahyou_idou_form.h"
+#include "ui/kit/dialogs.h"
+#include "ui/kit/document.h"
 
 #include <QTimer>
 
@@ -18,14 +18,14 @@ using namespace kigumi;
 
 namespace {
 
-const char* axis_filter = "軸データ保存(*.jik)|*.jik";
+constexpr const char* axis_filter = "軸データ保存(*.jik)|*.jik";
 
 } // namespace
 
-TKihonUnitForm::TKihonUnitForm(QWidget* parent) : ModelWindow(parent) {
+TKihonUnitForm::TKihonUnitForm(Session& session, QWidget* parent) : ModelWindow(session, parent) {
     setObjectName("KihonUnitForm");
     setWindowTitle("QZ基本ユニット");
-    set_default_param();
+    set_default_param(param);
     QMenu* file = add_menu("FileMenu", "ファイル(&F)");
     frame_items_ = {
         add_item(
@@ -61,7 +61,7 @@ void TKihonUnitForm::showEvent(QShowEvent* event) {
 }
 
 void TKihonUnitForm::ask_basic_data() {
-    TKihonForm dialog(this);
+    TKihonForm dialog(session_, this);
     if (dialog.exec() != QDialog::Accepted) {
         close();
         return;
@@ -71,35 +71,35 @@ void TKihonUnitForm::ask_basic_data() {
 
 void TKihonUnitForm::generate() {
     const BusyCursor busy;
-    forget_old_node();
-    if (make_unit() < 0 || rebuild_tables() < 0) {
+    forget_old_node(sketch_places);
+    if (make_unit(model, param, solids) < 0 || rebuild_tables(model) < 0) {
         return;
     }
     document.set_generated();
     // The frame is there and can be saved even where its solids cannot be (a folder without the
     // right to write, say); the message has told so.
-    save_trio_file();
+    save_trio_file(solids, work_dir);
     set_frame_exists(true);
-    tell(document_summary());
+    tell(document_summary(model, document));
     show_mode(ModelMode::wire);
 }
 
 void TKihonUnitForm::save_axis_data(bool move) {
     if (move) {
-        TZahyouIdouForm dialog(this);
+        TZahyouIdouForm dialog(session_, this);
         if (dialog.exec() != QDialog::Accepted) {
             return;
         }
-        tell(document_summary()); // it tells the shift
+        tell(document_summary(model, document)); // it tells the shift
     }
-    const fs::path path = ask_save_file(this, "軸データ保存", axis_filter, "jik");
+    const fs::path path = ask_save_file(work_dir, this, "軸データ保存", axis_filter, "jik");
     if (path.empty()) {
         return;
     }
     int status = 0;
     {
         const BusyCursor busy;
-        status = save_jiku_data(path, document.shift);
+        status = save_jiku_data(model, path, document.shift);
     }
     if (status == 0) {
         document.set_saved(path);
@@ -108,6 +108,6 @@ void TKihonUnitForm::save_axis_data(bool move) {
 }
 
 void TKihonUnitForm::save_selection() {
-    TKensakuForm search(this);
+    TKensakuForm search(session_, this);
     search.exec();
 }

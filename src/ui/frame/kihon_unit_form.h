@@ -8,7 +8,7 @@ class TKihonUnitForm : public kigumi::ModelWindow {
 
   public:
     // Sets the parameters to their defaults; the basic data dialog opens once the window is shown.
-    explicit TKihonUnitForm(QWidget* parent);
+    TKihonUnitForm(kigumi::Session& session, QWidget* parent);
 
   protected:
     void showEvent(QShowEvent* event) override;

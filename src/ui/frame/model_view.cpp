@@ -1,10 +1,10 @@
 #include "ui/frame/model_view.h"
 
 #include "base/message.h"
-#include "geometry/axis_picture.h"
-#include "geometry/perspective.h"
-#include "geometry/solid.h"
-#include "ui/dialogs.h"
+#include "sight/perspective.h"
+#include "solid/axis_picture.h"
+#include "solid/solid.h"
+#include "ui/kit/dialogs.h"
 #include "ui/picture/isome_form.h"
 #include "ui/picture/perspective_progress.h"
 #include "ui/picture/view_form.h"
@@ -15,19 +15,20 @@ namespace kigumi {
 
 namespace {
 
-void paint_model(ModelMode mode, Canvas& canvas, DrawArea& area) {
+void paint_model(Model& model, const View& view, Solids& solids, PerspectiveLines& perspective,
+                 const fs::path& work_dir, ModelMode mode, Canvas& canvas, DrawArea& area) {
     switch (mode) {
     case ModelMode::wire_nodes:
-        draw_wire(canvas, area, true);
+        draw_wire(model, view, canvas, area, true);
         break;
     case ModelMode::wire:
-        draw_wire(canvas, area, false);
+        draw_wire(model, view, canvas, area, false);
         break;
     case ModelMode::axis:
-        draw_axis_model(canvas, area);
+        draw_axis_model(model, view, solids, work_dir, canvas, area);
         break;
     case ModelMode::perspective:
-        draw_perspective(canvas, area);
+        draw_perspective(view, solids, perspective, work_dir, canvas, area);
         break;
     case ModelMode::nothing:
         break;
@@ -36,15 +37,17 @@ void paint_model(ModelMode mode, Canvas& canvas, DrawArea& area) {
 
 } // namespace
 
-ModelWindow::ModelWindow(QWidget* parent, PictureWidget* picture) : PictureWindow(parent, picture) {
+ModelWindow::ModelWindow(Session& session, QWidget* parent, PictureWidget* picture)
+    : PictureWindow(session, parent, picture) {
     view.TAU = view.FAI = 30.0f;
 }
 
 void ModelWindow::show_mode(ModelMode mode) {
     mode_ = mode;
     picture().fit();
-    picture().set_picture(
-        [mode](Canvas& canvas, DrawArea& area) { paint_model(mode, canvas, area); });
+    picture().set_picture([this, mode](Canvas& canvas, DrawArea& area) {
+        paint_model(model, view, solids, perspective, work_dir, mode, canvas, area);
+    });
     if (mode != ModelMode::perspective) {
         tell_of_perspective(nullptr);
     }
@@ -76,7 +79,7 @@ void ModelWindow::turn_parallel(ModelMode mode) {
     view.TAU = view.FAI = 30.0f;
     view.perspective = 0;
     show_mode(mode);
-    TIsomeForm angles(this);
+    TIsomeForm angles(session_, this);
     connect(&angles, &TIsomeForm::changed, &picture(), qOverload<>(&QWidget::update));
     angles.exec();
 }
@@ -86,7 +89,9 @@ int ModelWindow::rebuild_solids() {
     DrawArea area;
     area.xScreen = picture().width();
     area.yScreen = picture().height();
-    return build_trio_file() < 0 ? -1 : get_jiku_world(area);
+    return build_trio_file(model, solids, work_dir) < 0
+               ? -1
+               : get_jiku_world(model, view, solids, work_dir, area);
 }
 
 void ModelWindow::show_axis_model() {
@@ -110,14 +115,14 @@ void ModelWindow::show_viewpoint_model() {
         return;
     }
     show_mode(ModelMode::perspective);
-    TViewForm viewpoint(this);
+    TViewForm viewpoint(session_, this);
     connect(&viewpoint, &TViewForm::stored, this, [&] { prepare_viewpoint(&viewpoint); });
     viewpoint.exec();
     prepare_viewpoint(this);
 }
 
 int ModelWindow::prepare_viewpoint(QWidget* parent) {
-    const int status = prepare_perspective_shown(parent);
+    const int status = prepare_perspective_shown(view, solids, perspective, work_dir, parent);
     tell_of_perspective(paint_perspective(status));
     return status;
 }

@@ -20,7 +20,7 @@ class ModelWindow : public PictureWindow {
     Q_OBJECT
 
   public:
-    explicit ModelWindow(QWidget* parent, PictureWidget* picture = nullptr);
+    ModelWindow(Session& session, QWidget* parent, PictureWidget* picture = nullptr);
 
     // Paints this mode from now on.
     void show_mode(ModelMode mode);

@@ -2,13 +2,12 @@
 
 #include "base/message.h"
 #include "generate/param.h"
-#include "ui/form.h"
+#include "ui/kit/form.h"
 
 #include "ui_yane_form.h"
 
 using kigumi::NumberEdit;
 using kigumi::Param;
-using kigumi::param;
 
 namespace {
 
@@ -39,7 +38,7 @@ QString column_type(int sumi_type) {
 
 // The roof data as the dialog first shows them. Once a roof is in force its post height of 0 stands
 // for no posts.
-Param offered() {
+Param offered(const Param& param) {
     Param offer = param;
     if (offer.YaneMode != 1 && !(offer.YaneHashira > 0.0f)) {
         offer.YaneHashira = Param{}.YaneHashira;
@@ -64,9 +63,10 @@ bool length_ok(const Field& field, float value, const QString& label) {
 
 } // namespace
 
-TYaneForm::TYaneForm(QWidget* parent) : QDialog(parent), ui_(std::make_unique<Ui::TYaneForm>()) {
+TYaneForm::TYaneForm(kigumi::Session& session, QWidget* parent)
+    : QDialog(parent), Desk(session), ui_(std::make_unique<Ui::TYaneForm>()) {
     ui_->setupUi(this);
-    const Param offer = offered();
+    const Param offer = offered(param);
     for (const Field& field : fields) {
         (ui_.get()->*field.box)->setText(kigumi::number_text(offer.*field.length));
     }

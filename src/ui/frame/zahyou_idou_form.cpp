@@ -1,16 +1,16 @@
 #include "ui/frame/zahyou_idou_form.h"
 
-#include "ui/document.h"
-#include "ui/form.h"
+#include "ui/kit/document.h"
+#include "ui/kit/form.h"
 
 #include "ui_zahyou_idou_form.h"
 
-TZahyouIdouForm::TZahyouIdouForm(QWidget* parent)
-    : QDialog(parent), ui_(std::make_unique<Ui::TZahyouIdouForm>()) {
+TZahyouIdouForm::TZahyouIdouForm(kigumi::Session& session, QWidget* parent)
+    : QDialog(parent), Desk(session), ui_(std::make_unique<Ui::TZahyouIdouForm>()) {
     ui_->setupUi(this);
-    ui_->DxEdit->setText(kigumi::number_text(kigumi::document.shift.dx));
-    ui_->DyEdit->setText(kigumi::number_text(kigumi::document.shift.dy));
-    ui_->DzEdit->setText(kigumi::number_text(kigumi::document.shift.dz));
+    ui_->DxEdit->setText(kigumi::number_text(document.shift.dx));
+    ui_->DyEdit->setText(kigumi::number_text(document.shift.dy));
+    ui_->DzEdit->setText(kigumi::number_text(document.shift.dz));
     connect(ui_->OKButton, &QPushButton::clicked, this, &TZahyouIdouForm::accept);
     connect(ui_->CancelButton, &QPushButton::clicked, this, &TZahyouIdouForm::reject);
 }
@@ -21,7 +21,7 @@ void TZahyouIdouForm::accept() {
     kigumi::Shift read;
     if (kigumi::read_box(ui_->DxEdit, read.dx) && kigumi::read_box(ui_->DyEdit, read.dy) &&
         kigumi::read_box(ui_->DzEdit, read.dz)) {
-        kigumi::document.shift = read;
+        document.shift = read;
         QDialog::accept();
     }
 }

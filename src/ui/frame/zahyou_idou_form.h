@@ -2,6 +2,7 @@
 #pragma once
 
 #include "files/jiku.h"
+#include "ui/kit/session.h"
 
 #include <QDialog>
 
@@ -13,11 +14,11 @@ class TZahyouIdouForm;
 
 // Asks for the shift of a written axis data file. It starts from the shift given last
 // (`document.shift`), which OK sets.
-class TZahyouIdouForm : public QDialog {
+class TZahyouIdouForm : public QDialog, protected kigumi::Desk {
     Q_OBJECT
 
   public:
-    explicit TZahyouIdouForm(QWidget* parent = nullptr);
+    explicit TZahyouIdouForm(kigumi::Session& session, QWidget* parent = nullptr);
     ~TZahyouIdouForm() override;
 
     void accept() override;

@@ -1,6 +1,6 @@
 #include "ui/picture/dxf_width_form.h"
 
-#include "ui/form.h"
+#include "ui/kit/form.h"
 
 #include "ui_dxf_width_form.h"
 

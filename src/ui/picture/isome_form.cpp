@@ -1,11 +1,9 @@
 #include "ui/picture/isome_form.h"
 
-#include "geometry/projection.h"
-#include "ui/form.h"
+#include "draw/projection.h"
+#include "ui/kit/form.h"
 
 #include "ui_isome_form.h"
-
-using kigumi::view;
 
 namespace {
 
@@ -27,7 +25,8 @@ int preset_of(int tau, int fai) {
 
 } // namespace
 
-TIsomeForm::TIsomeForm(QWidget* parent) : QDialog(parent), ui_(std::make_unique<Ui::TIsomeForm>()) {
+TIsomeForm::TIsomeForm(kigumi::Session& session, QWidget* parent)
+    : QDialog(parent), Desk(session), ui_(std::make_unique<Ui::TIsomeForm>()) {
     ui_->setupUi(this);
     ui_->Tau->setValue(static_cast<int>(view.TAU));
     ui_->Fai->setValue(static_cast<int>(view.FAI));

@@ -1,6 +1,8 @@
 // The angle dialog of the parallel pictures (アイソメ).
 #pragma once
 
+#include "ui/kit/session.h"
+
 #include <QDialog>
 
 #include <memory>
@@ -12,11 +14,11 @@ class TIsomeForm;
 // Turns the shared view angles TAU and FAI, by scroll bars or to one of the four presets, while the
 // picture behind follows. Opens in the lower right corner of its parent, so that the picture stays
 // in sight.
-class TIsomeForm : public QDialog {
+class TIsomeForm : public QDialog, protected kigumi::Desk {
     Q_OBJECT
 
   public:
-    explicit TIsomeForm(QWidget* parent = nullptr);
+    explicit TIsomeForm(kigumi::Session& session, QWidget* parent = nullptr);
     ~TIsomeForm() override;
 
   signals:

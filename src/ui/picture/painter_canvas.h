@@ -1,7 +1,7 @@
 // The canvas that every screen, PNG, SVG and PDF picture is painted on.
 #pragma once
 
-#include "geometry/canvas.h"
+#include "draw/canvas.h"
 
 #include <QLine>
 #include <QPainter>

@@ -1,7 +1,7 @@
 // The drawing widget of every picture window.
 #pragma once
 
-#include "geometry/canvas.h"
+#include "draw/canvas.h"
 
 #include <QPoint>
 #include <QWidget>

@@ -1,12 +1,12 @@
 #include "ui/picture/picture_window.h"
 
 #include "base/message.h"
+#include "draw/segment_file.h"
 #include "export/dxf.h"
 #include "export/win3d.h"
-#include "geometry/perspective.h"
-#include "geometry/segment_file.h"
-#include "ui/dialogs.h"
-#include "ui/help_form.h"
+#include "sight/perspective.h"
+#include "ui/kit/dialogs.h"
+#include "ui/kit/help_form.h"
 #include "ui/picture/dxf_width_form.h"
 #include "ui/picture/perspective_progress.h"
 
@@ -19,8 +19,9 @@
 
 namespace kigumi {
 
-PictureWindow::PictureWindow(QWidget* parent, PictureWidget* picture)
-    : QMainWindow(parent), picture_(picture != nullptr ? picture : new PictureWidget) {
+PictureWindow::PictureWindow(Session& session, QWidget* parent, PictureWidget* picture)
+    : QMainWindow(parent), Desk(session),
+      picture_(picture != nullptr ? picture : new PictureWidget) {
     setCentralWidget(picture_);
 }
 
@@ -59,13 +60,14 @@ QAction* PictureWindow::add_fit_item(QMenu* menu) {
 }
 
 QAction* PictureWindow::add_joint_item(QMenu* menu, Handler changed) {
-    QAction* item = add_item(menu, "KousenMenu", "部材の交線(&X)", [changed = std::move(changed)] {
-        view.joints = 1 - view.joints;
-        changed();
-    });
+    QAction* item =
+        add_item(menu, "KousenMenu", "部材の交線(&X)", [this, changed = std::move(changed)] {
+            view.joints = 1 - view.joints;
+            changed();
+        });
     item->setCheckable(true);
     item->setChecked(view.joints != 0);
-    connect(menu, &QMenu::aboutToShow, item, [item] { item->setChecked(view.joints != 0); });
+    connect(menu, &QMenu::aboutToShow, item, [this, item] { item->setChecked(view.joints != 0); });
     return item;
 }
 
@@ -77,7 +79,8 @@ void PictureWindow::add_help_menu() {
 }
 
 void PictureWindow::export_dxf(const char* done) {
-    const fs::path path = ask_save_file(this, "DXF保存", "DXFファイル(*.DXF)|*.dxf", "dxf");
+    const fs::path path =
+        ask_save_file(work_dir, this, "DXF保存", "DXFファイル(*.DXF)|*.dxf", "dxf");
     if (path.empty()) {
         return;
     }
@@ -89,23 +92,23 @@ void PictureWindow::export_dxf(const char* done) {
     {
         const BusyCursor busy;
         const std::optional<SegmentCanvas> lines = picture_->segments();
-        if (!lines || save_segment_file(lines->area(), lines->segments()) < 0) {
+        if (!lines || save_segment_file(work_dir, lines->area(), lines->segments()) < 0) {
             return;
         }
-        make_dxf_file(path, width.choice());
+        make_dxf_file(work_dir, path, width.choice());
     }
     show_message(done);
 }
 
 void PictureWindow::export_win3d(const QString& filter) {
-    const fs::path path = ask_save_file(this, "Win3D保存", filter, "dat");
+    const fs::path path = ask_save_file(work_dir, this, "Win3D保存", filter, "dat");
     if (path.empty()) {
         return;
     }
     int status = 0;
     {
         const BusyCursor busy;
-        status = save_win3d(path);
+        status = save_win3d(solids, work_dir, path);
     }
     show_message(status == 0 ? "Win3Dデータを保存しました" : "Win3Dデータ保存に失敗しました");
 }
@@ -115,7 +118,7 @@ const char* PictureWindow::paint_perspective(int status) {
         picture_->update();
         return nullptr;
     }
-    const bool nothing = is_nothing_in_sight();
+    const bool nothing = is_nothing_in_sight(solids, perspective);
     picture_->paint_again(nothing ? nothing_in_sight : ""); // first: the box lets it paint
     if (nothing && !std::exchange(told_nothing_in_sight_, nothing)) {
         show_message(nothing_in_sight);

@@ -1,6 +1,7 @@
 // What every picture window has: the drawing widget, menus, exports, and being shown modally.
 #pragma once
 
+#include "ui/kit/session.h"
 #include "ui/picture/picture_widget.h"
 
 #include <QAction>
@@ -11,12 +12,13 @@
 
 namespace kigumi {
 
-class PictureWindow : public QMainWindow {
+class PictureWindow : public QMainWindow, protected Desk {
     Q_OBJECT
 
   public:
     // `picture` is what the window shows pictures on; it makes a plain one where none is given.
-    explicit PictureWindow(QWidget* parent = nullptr, PictureWidget* picture = nullptr);
+    explicit PictureWindow(Session& session, QWidget* parent = nullptr,
+                           PictureWidget* picture = nullptr);
 
     PictureWidget& picture() { return *picture_; }
     // Shows the window, filling the screen, and returns when it is closed.

@@ -1,7 +1,7 @@
 #include "ui/picture/print_pages.h"
 
 #include "base/message.h"
-#include "ui/dialogs.h"
+#include "ui/kit/dialogs.h"
 #include "ui/picture/table_printer.h"
 
 #include <QPrintDialog>
@@ -11,12 +11,12 @@
 
 namespace kigumi {
 
-void print_pages(QWidget* parent, const TablePrinter& pages) {
+void print_pages(const fs::path& work_dir, QWidget* parent, const TablePrinter& pages) {
     QPrinter printer(QPrinter::HighResolution);
     printer.setDocName(pages.title());
     printer.setPageLayout(pages.page_layout());
     if (QPrinterInfo::availablePrinters().isEmpty()) { // only a file can be printed to
-        printer.setOutputFileName(qt_path(work_dir()) + "/" + pages.title() + ".pdf");
+        printer.setOutputFileName(qt_path(work_dir) + "/" + pages.title() + ".pdf");
     }
     QPrintDialog dialog(&printer, parent);
     dialog.setWindowTitle("印刷");
@@ -45,8 +45,9 @@ void preview_pages(QWidget* parent, const TablePrinter& pages) {
     dialog.exec();
 }
 
-void save_pages(QWidget* parent, const TablePrinter& pages) {
-    const fs::path path = ask_save_file(parent, "PDF保存", "PDFファイル(*.pdf)|*.pdf", "pdf");
+void save_pages(const fs::path& work_dir, QWidget* parent, const TablePrinter& pages) {
+    const fs::path path =
+        ask_save_file(work_dir, parent, "PDF保存", "PDFファイル(*.pdf)|*.pdf", "pdf");
     if (path.empty()) {
         return;
     }

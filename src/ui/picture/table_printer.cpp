@@ -1,7 +1,7 @@
 #include "ui/picture/table_printer.h"
 
 #include "base/message.h"
-#include "ui/dialogs.h"
+#include "ui/kit/dialogs.h"
 #include "ui/picture/painter_canvas.h"
 
 #include <QBuffer>

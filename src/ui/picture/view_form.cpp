@@ -1,15 +1,13 @@
 #include "ui/picture/view_form.h"
 
-#include "geometry/projection.h"
-#include "geometry/viewpoint.h"
+#include "draw/projection.h"
+#include "sight/viewpoint.h"
 #include "trace/spy.h"
 
 #include "ui_view_form.h"
 
-using kigumi::view;
-using kigumi::View;
-
-TViewForm::TViewForm(QWidget* parent) : QDialog(parent), ui_(std::make_unique<Ui::TViewForm>()) {
+TViewForm::TViewForm(kigumi::Session& session, QWidget* parent)
+    : QDialog(parent), Desk(session), ui_(std::make_unique<Ui::TViewForm>()) {
     kigumi::spy("Enter TViewForm()");
     ui_->setupUi(this);
     ui_->RhoScrollBar->setFocus(); // else the preview, which comes first, takes the keys
@@ -21,7 +19,9 @@ TViewForm::TViewForm(QWidget* parent) : QDialog(parent), ui_(std::make_unique<Ui
             qOverload<int>(&QLabel::setNum));
     show_stored();
     kigumi::spy("Rho %8.1f Theta %8.1f Phi %8.1f", view.Rho, view.Theta, view.Phi);
-    ui_->Image2->set_picture(kigumi::make_cuve);
+    ui_->Image2->set_picture([this](kigumi::Canvas& canvas, kigumi::DrawArea& area) {
+        kigumi::make_cuve(model, view, canvas, area);
+    });
     connect(ui_->OKButton, &QPushButton::clicked, this, [this] {
         store_positions();
         show_stored();
@@ -51,7 +51,7 @@ void TViewForm::store_positions() {
 }
 
 void TViewForm::use_default() {
-    const View initial;
+    const kigumi::View initial;
     view.Rho = initial.Rho;
     view.Theta = initial.Theta;
     view.Phi = initial.Phi;

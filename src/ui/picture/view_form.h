@@ -1,6 +1,8 @@
 // The viewpoint dialog (視点).
 #pragma once
 
+#include "ui/kit/session.h"
+
 #include <QDialog>
 
 #include <memory>
@@ -12,11 +14,11 @@ class TViewForm;
 // Chooses the shared viewpoint Rho, Theta, Phi. OK stores the positions and shows the model's box
 // from there, Default stores the defaults; both keep the dialog open. Pers stores the positions,
 // asks for the perspective picture and ends accepted.
-class TViewForm : public QDialog {
+class TViewForm : public QDialog, protected kigumi::Desk {
     Q_OBJECT
 
   public:
-    explicit TViewForm(QWidget* parent = nullptr);
+    explicit TViewForm(kigumi::Session& session, QWidget* parent = nullptr);
     ~TViewForm() override;
 
   signals:

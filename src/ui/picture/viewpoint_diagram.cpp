@@ -1,6 +1,6 @@
 #include "ui/picture/viewpoint_diagram.h"
 
-#include "geometry/projection.h"
+#include "draw/projection.h"
 
 #include <QPainter>
 #include <QPainterPath>

@@ -2,7 +2,7 @@
 
 #include "analysis/solver_run.h"
 #include "base/message.h"
-#include "ui/dialogs.h"
+#include "ui/kit/dialogs.h"
 #include "ui/result/kaiseki_form.h"
 
 #include <QEvent>
@@ -51,23 +51,27 @@ class CloseStops : public QObject {
     TKaisekiForm& run_;
 };
 
-QString solver_words(const fs::path& solver) {
+QString solver_words(const fs::path& work_dir, const fs::path& solver) {
     const QString name = qt_path(solver.filename());
-    return is_own_solver(solver) ? "作業フォルダの " + name : "同梱の " + name;
+    return is_own_solver(work_dir, solver) ? "作業フォルダの " + name : "同梱の " + name;
 }
 
-int run_behind_window(QWidget& main_window, SolverOutcome& outcome) {
+int run_behind_window(const Model& model, const SolverSeams& solver_seams, const fs::path& work_dir,
+                      QWidget& main_window, SolverOutcome& outcome) {
     const Minimised minimised(main_window);
-    TKaisekiForm window(solver_words(find_solver()));
+    TKaisekiForm window(solver_words(work_dir, find_solver(work_dir)));
     const CloseStops closing(main_window, window);
-    return run_solver(outcome, [&window] { return window.keep_waiting(); });
+    return run_solver(model, solver_seams, work_dir, outcome,
+                      [&window] { return window.keep_waiting(); });
 }
 
 } // namespace
 
-bool run_analysis(QWidget& main_window) {
+bool run_analysis(const Model& model, const SolverSeams& solver_seams, const fs::path& work_dir,
+                  QWidget& main_window) {
     SolverOutcome outcome;
-    if (!can_analyse() || run_behind_window(main_window, outcome) < 0) {
+    if (!can_analyse(model) ||
+        run_behind_window(model, solver_seams, work_dir, main_window, outcome) < 0) {
         return false;
     }
     if (outcome.stopped) {

@@ -1,6 +1,10 @@
 // 構造解析実施 as the windows run it.
 #pragma once
 
+#include "analysis/solver_run.h"
+#include "base/files.h"
+#include "model/model.h"
+
 class QWidget;
 
 namespace kigumi {
@@ -9,6 +13,7 @@ namespace kigumi {
 // small modal window that shows the time and can stop it, as closing either window does, brings the
 // main window back as it was and tells how long the solver took. True when results should be looked
 // at; false after a message or when the user stopped it.
-bool run_analysis(QWidget& main_window);
+bool run_analysis(const Model& model, const SolverSeams& solver_seams, const fs::path& work_dir,
+                  QWidget& main_window);
 
 } // namespace kigumi

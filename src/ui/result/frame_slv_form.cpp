@@ -2,16 +2,16 @@
 
 #include "analysis/solver_run.h"
 #include "base/message.h"
-#include "geometry/axis_picture.h"
-#include "geometry/perspective.h"
+#include "draw/stroke_font.h"
 #include "results/displacement.h"
 #include "results/listing.h"
 #include "results/marukaku.h"
 #include "results/pick_member.h"
 #include "results/selection.h"
-#include "results/stroke_font.h"
+#include "sight/perspective.h"
+#include "solid/axis_picture.h"
 #include "trace/spy.h"
-#include "ui/dialogs.h"
+#include "ui/kit/dialogs.h"
 #include "ui/picture/isome_form.h"
 #include "ui/picture/painter_canvas.h"
 #include "ui/picture/perspective_progress.h"
@@ -70,7 +70,8 @@ void place_beside(QWidget& list, const QWidget& window, std::size_t above) {
 
 } // namespace
 
-TFrameSlvForm::TFrameSlvForm(QWidget* parent, ResultsOf whose) : PictureWindow(parent) {
+TFrameSlvForm::TFrameSlvForm(Session& session, QWidget* parent, ResultsOf whose)
+    : PictureWindow(session, parent) {
     spy("Enter TFrameSlvForm()");
     setObjectName("FrameSlvForm");
     setWindowTitle("計算結果表示");
@@ -91,7 +92,7 @@ TFrameSlvForm::~TFrameSlvForm() {
         model.N_Fix = model.N_Load = 0;
     }
     if (bars_built_) {
-        reset_solids(); // no later command may take the bars for the frame's solids
+        reset_solids(solids); // no later command may take the bars for the frame's solids
     }
 }
 
@@ -102,7 +103,7 @@ void TFrameSlvForm::read_results(ResultsOf whose) {
     clear_file_error(); // of earlier work, which would stand as this failure's reason
     {
         const BusyCursor busy;
-        valid_ = FrameSlv(whose) == 0;
+        valid_ = FrameSlv(model, result, work_dir, whose) == 0;
     }
     set_message_sink(std::move(sink));
     QStringList told;
@@ -119,7 +120,7 @@ void TFrameSlvForm::read_results(ResultsOf whose) {
         item->setEnabled(valid_);
     }
     if (!valid_) {
-        clear_selection();
+        clear_selection(result);
         status_->setText(told.join("　"));
         return;
     }
@@ -132,7 +133,7 @@ void TFrameSlvForm::read_results(ResultsOf whose) {
     status_->setText(roles == ResultRoles::of_other_frame ? roles_of_other_frame : folder_text());
     picture().set_overlay([this](PainterCanvas& canvas) {
         if (legend_) {
-            paint_legend(canvas, picture().width(), result_legend(shown_, scale_));
+            paint_legend(canvas, picture().width(), result_legend(result, shown_, scale_));
         }
     });
 }
@@ -142,7 +143,7 @@ ResultRoles TFrameSlvForm::read_roles() {
     if (!own_roles_) {
         return ResultRoles::read;
     }
-    const ResultRoles roles = load_result_roles();
+    const ResultRoles roles = load_result_roles(model, result, work_dir);
     clear_file_error(); // without the solver's input there are no such labels, and no failure
     return roles;
 }
@@ -158,7 +159,7 @@ void TFrameSlvForm::add_file_menu() {
         add_item(menu, "GazouSaveMenu", "画像・PDF保存(&G)...", [this] { save_image(); })};
     menu->addSeparator();
     needs_results_.push_back(add_item(
-        menu, "InsatuMenu", "印刷(&P)...", [this] { print_pages(this, page()); },
+        menu, "InsatuMenu", "印刷(&P)...", [this] { print_pages(work_dir, this, page()); },
         QKeySequence::Print));
     needs_results_.push_back(add_item(menu, "InsatuPreviewMenu", "印刷プレビュー(&V)...",
                                       [this] { preview_pages(this, page()); }));
@@ -221,7 +222,7 @@ void TFrameSlvForm::add_view_menu() {
         int& flag = shown_.label[toggle.label];
         add_checked_item(
             menu, toggle.name, toggle.caption,
-            [&flag] { flag = flag == 0 && load_stroke_font() == 0 ? 1 : 0; },
+            [this, &flag] { flag = flag == 0 && load_stroke_font(lettering) == 0 ? 1 : 0; },
             [&flag] { return flag != 0; });
     }
     add_checked_item(
@@ -269,7 +270,7 @@ void TFrameSlvForm::add_list_menu() {
                                [this] { open_list<TKekkaKensakuForm>(); }, QKeySequence::Find)});
     menu->addSeparator();
     clear_item_ = add_item(menu, "SentakuKaijoMenu", "選択解除(&C)", [this] {
-        clear_selection();
+        clear_selection(result);
         spread_selection(nullptr);
     });
 }
@@ -281,7 +282,7 @@ template <class Form> void TFrameSlvForm::open_list() {
     }
     if (form == nullptr) {
         const BusyCursor busy;
-        form = new Form(this);
+        form = new Form(session_, this);
         place_beside(*form, *this, lists_.size());
         connect(form, &Form::selection_changed, this, [this, form] { spread_selection(form); });
         form->setAttribute(Qt::WA_DeleteOnClose);
@@ -319,8 +320,10 @@ void TFrameSlvForm::show_selection() {
 
 int TFrameSlvForm::draw(Canvas& canvas, DrawArea& area) {
     shown_.area = area;
-    const int status = shown_.mode == mode_solids ? draw_marukaku(canvas, shown_)
-                                                  : draw_result_picture(canvas, shown_);
+    const int status = shown_.mode == mode_solids
+                           ? draw_marukaku(model, view, result, solids, perspective, lettering,
+                                           work_dir, canvas, shown_)
+                           : draw_result_picture(model, view, result, lettering, canvas, shown_);
     area = shown_.area;
     return status;
 }
@@ -334,14 +337,14 @@ PictureFunction TFrameSlvForm::drawing(QSize size) {
             return -1;
         }
         if (legend_) {
-            paint_legend(canvas, size.width(), result_legend(shown_, scale_));
+            paint_legend(canvas, size.width(), result_legend(result, shown_, scale_));
         }
         return 0;
     };
 }
 
 TablePrinter TFrameSlvForm::page() {
-    TablePrinter page("計算結果　" + qt_text(result_title(shown_, scale_)), qt_path(work_dir()));
+    TablePrinter page("計算結果　" + qt_text(result_title(shown_, scale_)), qt_path(work_dir));
     page.set_landscape(true);
     page.add_picture(page_picture, drawing(page_picture));
     return page;
@@ -355,15 +358,15 @@ void TFrameSlvForm::set_mode(int mode) {
     show_state();
 }
 
-QString TFrameSlvForm::folder_text() {
-    return "計算結果のフォルダ　" + qt_path(work_dir());
+QString TFrameSlvForm::folder_text() const {
+    return "計算結果のフォルダ　" + qt_path(work_dir);
 }
 
 void TFrameSlvForm::show_displaced(float scale) {
     std::vector<std::string> messages;
     MessageSink sink =
         set_message_sink([&messages](std::string_view text) { messages.emplace_back(text); });
-    const int status = get_new_beam(scale);
+    const int status = get_new_beam(result, scale);
     set_message_sink(std::move(sink));
     std::string reason;
     if (status < 0) {
@@ -407,7 +410,7 @@ void TFrameSlvForm::ask_band() {
 void TFrameSlvForm::turn() {
     view.TAU = shown_.TAU;
     view.FAI = shown_.FAI;
-    TIsomeForm angles(this);
+    TIsomeForm angles(session_, this);
     connect(&angles, &TIsomeForm::changed, this, [this] {
         shown_.TAU = view.TAU;
         shown_.FAI = view.FAI;
@@ -418,22 +421,23 @@ void TFrameSlvForm::turn() {
 
 int TFrameSlvForm::build_solids(bool all_members) {
     const BusyCursor busy;
-    const std::vector<int> chosen = selected_rows();
+    const std::vector<int> chosen = selected_rows(result);
     if (all_members) {
         std::vector<int> all(result.N_Stress);
         std::iota(all.begin(), all.end(), 0);
-        select_results(all);
+        select_results(result, all);
     }
     shown_.area.xScreen = picture().width();
     shown_.area.yScreen = picture().height();
     shown_.all_bars = all_members;
-    const int status = make_marukaku(shown_);
+    const int status = make_marukaku(view, result, solids, work_dir, shown_);
     if (all_members) {
-        select_results(chosen);
+        select_results(result, chosen);
     }
     DrawArea bounds = shown_.area;
-    if (status < 0 || (solids.n_trio > 0 && get_jiku_world(bounds) < 0)) {
-        reset_solids();
+    if (status < 0 ||
+        (solids.n_trio > 0 && get_jiku_world(model, view, solids, work_dir, bounds) < 0)) {
+        reset_solids(solids);
         bars_built_ = false;
         if (shown_.mode == mode_solids) {
             set_mode(mode_sign); // the bars shown until now have gone
@@ -445,7 +449,7 @@ int TFrameSlvForm::build_solids(bool all_members) {
 }
 
 int TFrameSlvForm::prepare_solids(QWidget* parent) {
-    const int status = prepare_perspective_shown(parent);
+    const int status = prepare_perspective_shown(view, solids, perspective, work_dir, parent);
     const char* text = paint_perspective(status);
     if (status < 0) {
         return -1;
@@ -468,7 +472,7 @@ int TFrameSlvForm::show_solids() {
 }
 
 void TFrameSlvForm::ask_marukaku() {
-    TMarukakuKakuninForm question(this);
+    TMarukakuKakuninForm question(session_, this);
     if (question.exec() != QDialog::Accepted || build_solids(question.all_members()) < 0) {
         return;
     }
@@ -497,7 +501,7 @@ void TFrameSlvForm::show_viewpoint() {
     if (show_solids() < 0) {
         return;
     }
-    TViewForm viewpoint(this);
+    TViewForm viewpoint(session_, this);
     connect(&viewpoint, &TViewForm::stored, this, [&] { prepare_solids(&viewpoint); });
     viewpoint.exec();
     prepare_solids(this);
@@ -506,19 +510,19 @@ void TFrameSlvForm::show_viewpoint() {
 void TFrameSlvForm::save_list() {
     // Without members it is only said so.
     const fs::path path = result.N_Stress == 0 ? fs::path()
-                                               : ask_save_file(this, "計算結果の保存",
+                                               : ask_save_file(work_dir, this, "計算結果の保存",
                                                                "計算結果 (*.*)|*.*", QString());
     if (path.empty() && result.N_Stress > 0) {
         return;
     }
-    if (save_listing(path) == 0) {
+    if (save_listing(result, path) == 0) {
         status_->setText("計算結果を保存しました　" + qt_path(path));
     }
 }
 
 void TFrameSlvForm::save_image() {
     const fs::path path =
-        ask_save_file(this, "画像・PDF保存", "画像・PDF|*.png *.svg *.pdf", "png");
+        ask_save_file(work_dir, this, "画像・PDF保存", "画像・PDF|*.png *.svg *.pdf", "png");
     if (path.empty()) {
         return;
     }
@@ -536,14 +540,15 @@ void TFrameSlvForm::pick(QPoint at, Qt::KeyboardModifiers keys) {
     }
     const float reach = pick_reach * (seen.world.xmax - seen.world.xmin) /
                         static_cast<float>(seen.crt.right - seen.crt.left);
-    const int row = pick_member(shown_, to_plane(seen, at.x(), at.y()), reach);
+    const int row =
+        pick_member(result, solids, perspective, shown_, to_plane(seen, at.x(), at.y()), reach);
     const bool several = keys.testFlag(Qt::ControlModifier);
     if (row >= 0 && several) {
-        toggle_result(row);
+        toggle_result(result, row);
     } else if (row >= 0) {
-        select_results(std::vector<int>{row});
+        select_results(result, std::vector<int>{row});
     } else if (!several) {
-        clear_selection();
+        clear_selection(result);
     }
     tell_member(row);
     spread_selection(nullptr);

@@ -22,7 +22,7 @@ class TFrameSlvForm : public kigumi::PictureWindow {
     Q_OBJECT
 
   public:
-    explicit TFrameSlvForm(QWidget* parent = nullptr,
+    explicit TFrameSlvForm(kigumi::Session& session, QWidget* parent = nullptr,
                            kigumi::ResultsOf whose = kigumi::ResultsOf::any_frame);
     ~TFrameSlvForm() override;
 
@@ -93,7 +93,7 @@ class TFrameSlvForm : public kigumi::PictureWindow {
     void show_state();
     QString facts() const;
     // What the status bar says of a mode that has nothing to tell.
-    static QString folder_text();
+    QString folder_text() const;
 
     kigumi::ResultView shown_;
     bool valid_ = false;

@@ -8,7 +8,7 @@ class THeniIchiranForm : public kigumi::ResultListForm {
     Q_OBJECT
 
   public:
-    explicit THeniIchiranForm(QWidget* parent);
+    THeniIchiranForm(kigumi::Session& session, QWidget* parent);
 
   public slots:
     // The list shows all nodes, whatever is selected.

@@ -1,7 +1,7 @@
 #include "ui/result/kekka_ichiran_form.h"
 
 #include "results/selection.h"
-#include "ui/dialogs.h"
+#include "ui/kit/dialogs.h"
 
 #include <QPushButton>
 #include <QTableView>
@@ -10,8 +10,8 @@
 
 using namespace kigumi;
 
-TKekkaIchiranForm::TKekkaIchiranForm(QWidget* parent)
-    : ResultListForm(member_table(), "KekkaGrid", parent) {
+TKekkaIchiranForm::TKekkaIchiranForm(Session& session, QWidget* parent)
+    : ResultListForm(session, member_table(), "KekkaGrid", parent) {
     setObjectName("KekkaIchiranForm");
     auto* all = add_button("ZenSentakuButton", "全選択(&A)");
     all->setToolTip("表示している行を全部選ぶ");
@@ -29,17 +29,18 @@ TKekkaIchiranForm::TKekkaIchiranForm(QWidget* parent)
             [this](bool added) { take_highlighted(added); });
     connect(&chosen(), &RowSelection::currentChanged, this, [this] { show_state(); });
     set_note("行を選ぶと、その部材が計算結果の図で色付きになります（Ctrl・Shift で複数）。", false);
-    show_rows(all_rows(member_table()), false);
+    show_rows(all_rows(result, member_table()), false);
     show_selection();
 }
 
 void TKekkaIchiranForm::show_selection() {
-    if (model().rowCount() != member_table().rows()) {
-        show_rows(all_rows(member_table()), false);
+    if (listed().rowCount() != member_table().rows(result)) {
+        show_rows(all_rows(result, member_table()), false);
     }
     highlight_selection();
     const std::vector<int> shown = proxy().shown_rows();
-    const auto first = std::find_if(shown.begin(), shown.end(), is_selected);
+    const auto first = std::find_if(shown.begin(), shown.end(),
+                                    [this](int row) { return is_selected(result, row); });
     if (first != shown.end()) {
         const QModelIndex place = proxy().index(static_cast<int>(first - shown.begin()), 0);
         chosen().setCurrentIndex(place, QItemSelectionModel::NoUpdate);
@@ -54,7 +55,7 @@ void TKekkaIchiranForm::filtered() {
 void TKekkaIchiranForm::highlight_selection() {
     std::vector<bool> highlighted;
     for (const int row : proxy().shown_rows()) {
-        highlighted.push_back(is_selected(row));
+        highlighted.push_back(is_selected(result, row));
     }
     chosen().show_rows(highlighted);
     show_state();
@@ -63,12 +64,13 @@ void TKekkaIchiranForm::highlight_selection() {
 void TKekkaIchiranForm::show_state() {
     show_counts();
     const QModelIndex current = chosen().currentIndex();
-    remove_->setEnabled(current.isValid() && is_selected(proxy().result_row(current.row())));
-    clear_->setEnabled(!selected_rows().empty());
+    remove_->setEnabled(current.isValid() &&
+                        is_selected(result, proxy().result_row(current.row())));
+    clear_->setEnabled(!selected_rows(result).empty());
 }
 
 void TKekkaIchiranForm::select_rows(const std::vector<int>& rows) {
-    select_results(rows);
+    select_results(result, rows);
     highlight_selection();
     emit selection_changed();
 }
@@ -78,13 +80,13 @@ void TKekkaIchiranForm::take_highlighted(bool added) {
     if (added) {
         std::vector<int> shown = proxy().shown_rows();
         std::sort(shown.begin(), shown.end());
-        const std::vector<int> before = selected_rows();
+        const std::vector<int> before = selected_rows(result);
         std::set_difference(before.begin(), before.end(), shown.begin(), shown.end(),
                             std::back_inserter(rows));
     }
     std::sort(rows.begin(), rows.end());
-    if (rows != selected_rows()) {
-        select_results(rows);
+    if (rows != selected_rows(result)) {
+        select_results(result, rows);
         emit selection_changed();
     }
     show_state();
@@ -92,10 +94,10 @@ void TKekkaIchiranForm::take_highlighted(bool added) {
 
 void TKekkaIchiranForm::remove_current() {
     const QModelIndex current = chosen().currentIndex();
-    if (!current.isValid() || !is_selected(proxy().result_row(current.row()))) {
+    if (!current.isValid() || !is_selected(result, proxy().result_row(current.row()))) {
         return;
     }
-    std::vector<int> rows = selected_rows();
+    std::vector<int> rows = selected_rows(result);
     std::erase(rows, proxy().result_row(current.row()));
     select_rows(rows);
     const int count = proxy().rowCount();

@@ -9,7 +9,7 @@ class TKekkaIchiranForm : public kigumi::ResultListForm {
     Q_OBJECT
 
   public:
-    explicit TKekkaIchiranForm(QWidget* parent);
+    TKekkaIchiranForm(kigumi::Session& session, QWidget* parent);
 
   public slots:
     void show_selection() override;

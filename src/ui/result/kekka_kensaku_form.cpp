@@ -2,8 +2,8 @@
 
 #include "results/selection.h"
 #include "ui/data/search_boxes.h"
-#include "ui/dialogs.h"
-#include "ui/form.h"
+#include "ui/kit/dialogs.h"
+#include "ui/kit/form.h"
 
 #include <QComboBox>
 #include <QGridLayout>
@@ -47,14 +47,15 @@ template <class Number> bool read_bound(const QLineEdit* box, Number& value) {
 
 } // namespace
 
-TKekkaKensakuForm::TKekkaKensakuForm(QWidget* parent) : QDialog(parent) {
+TKekkaKensakuForm::TKekkaKensakuForm(Session& session, QWidget* parent)
+    : QDialog(parent), Desk(session) {
     setObjectName("KekkaKensakuForm");
     setWindowTitle("計算結果検索");
     setModal(false);
     auto* column = new QVBoxLayout(this);
     add_force(column);
     add_member(column);
-    levels_ = new LevelRangeBox;
+    levels_ = new LevelRangeBox(session);
     levels_->setTitle("座標の範囲 (cm)　両端がこの中にある部材");
     connect(levels_, &LevelRangeBox::changed, this, [this] { count(); });
     column->addWidget(levels_);
@@ -87,7 +88,7 @@ void TKekkaKensakuForm::add_force(QVBoxLayout* column) {
 void TKekkaKensakuForm::add_member(QVBoxLayout* column) {
     auto* group = new QGroupBox("部材");
     auto* grid = new QGridLayout(group);
-    section_ = make_section_box();
+    section_ = make_section_box(model);
     auto* caption = new QLabel("断面 巾 × 厚み (cm)(&D)");
     caption->setBuddy(section_);
     grid->addWidget(caption, 0, 0);
@@ -154,24 +155,24 @@ void TKekkaKensakuForm::count() {
     if (searches_.empty()) {
         return;
     }
-    const bool known = results_are_of_model();
+    const bool known = results_are_of_model(model, result);
     section_->setEnabled(known);
     section_hint_->setVisible(!known);
     ResultQuery query;
     const bool good = read(query);
-    found_ = good ? find_members(query) : std::vector<int>{};
+    found_ = good ? find_members(model, result, query) : std::vector<int>{};
     for (QPushButton* button : searches_) {
         button->setEnabled(good);
     }
     count_->setText(good ? QString("条件に合う部材 %1 / %2　（選択中 %3）")
                                .arg(found_.size())
-                               .arg(kigumi::result.N_Stress)
-                               .arg(selected_rows().size())
+                               .arg(result.N_Stress)
+                               .arg(selected_rows(result).size())
                          : QString("割合と部材番号には数値を入れてください"));
 }
 
 void TKekkaKensakuForm::select(std::vector<int> rows) {
-    select_results(rows);
+    select_results(result, rows);
     count();
     emit selection_changed();
 }
@@ -181,13 +182,13 @@ void TKekkaKensakuForm::take() {
 }
 
 void TKekkaKensakuForm::add() {
-    std::vector<int> rows = selected_rows();
+    std::vector<int> rows = selected_rows(result);
     rows.insert(rows.end(), found_.begin(), found_.end());
     select(std::move(rows));
 }
 
 void TKekkaKensakuForm::narrow() {
-    const std::vector<int> before = selected_rows();
+    const std::vector<int> before = selected_rows(result);
     std::vector<int> rows;
     std::set_intersection(before.begin(), before.end(), found_.begin(), found_.end(),
                           std::back_inserter(rows));

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "results/result_search.h"
+#include "ui/kit/session.h"
 
 #include <QDialog>
 
@@ -18,11 +19,11 @@ class LevelRangeBox;
 
 // Finds members by percent, sign, section, levels and number, counting as the conditions change,
 // and makes what it finds the selection of results, adds it, or keeps only what is in both.
-class TKekkaKensakuForm : public QDialog {
+class TKekkaKensakuForm : public QDialog, protected kigumi::Desk {
     Q_OBJECT
 
   public:
-    explicit TKekkaKensakuForm(QWidget* parent);
+    TKekkaKensakuForm(kigumi::Session& session, QWidget* parent);
 
   public slots:
     // Counts anew: another window has changed the selection, or the model.
@@ -33,6 +34,8 @@ class TKekkaKensakuForm : public QDialog {
     void selection_changed();
 
   private:
+    using Desk::result; // and not that of QDialog
+
     void add_force(QVBoxLayout* column);
     void add_member(QVBoxLayout* column);
     void add_buttons(QVBoxLayout* column);

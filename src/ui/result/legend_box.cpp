@@ -1,6 +1,6 @@
 #include "ui/result/legend_box.h"
 
-#include "ui/dialogs.h"
+#include "ui/kit/dialogs.h"
 #include "ui/picture/painter_canvas.h"
 
 #include <QFontMetricsF>

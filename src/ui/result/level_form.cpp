@@ -1,8 +1,8 @@
 #include "ui/result/level_form.h"
 
 #include "results/force_picture.h"
-#include "ui/dialogs.h"
-#include "ui/form.h"
+#include "ui/kit/dialogs.h"
+#include "ui/kit/form.h"
 
 #include <QDialogButtonBox>
 #include <QFormLayout>

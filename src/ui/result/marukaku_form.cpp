@@ -9,7 +9,8 @@
 #include <QRadioButton>
 #include <QVBoxLayout>
 
-TMarukakuKakuninForm::TMarukakuKakuninForm(QWidget* parent) : QDialog(parent) {
+TMarukakuKakuninForm::TMarukakuKakuninForm(kigumi::Session& session, QWidget* parent)
+    : QDialog(parent), Desk(session) {
     setObjectName("MarukakuKakuninForm");
     setWindowTitle("角丸表示");
     auto* column = new QVBoxLayout(this);
@@ -18,14 +19,13 @@ TMarukakuKakuninForm::TMarukakuKakuninForm(QWidget* parent) : QDialog(parent) {
     auto* group = new QGroupBox("表示する部材");
     group->setObjectName("BuzaiGroup");
     auto* items = new QVBoxLayout(group);
-    auto* chosen =
-        new QRadioButton(QString("選択した部材 %1 本(&S)").arg(kigumi::result.Nken_Stress));
+    auto* chosen = new QRadioButton(QString("選択した部材 %1 本(&S)").arg(result.Nken_Stress));
     chosen->setObjectName("SentakuRadioButton");
-    all_ = new QRadioButton(QString("全部材 %1 本(&A)").arg(kigumi::result.N_Stress));
+    all_ = new QRadioButton(QString("全部材 %1 本(&A)").arg(result.N_Stress));
     all_->setObjectName("ZenBuzaiRadioButton");
     items->addWidget(chosen);
     items->addWidget(all_);
-    (kigumi::result.Nken_Stress > 0 ? chosen : all_)->setChecked(true);
+    (result.Nken_Stress > 0 ? chosen : all_)->setChecked(true);
     column->addWidget(group);
     auto* buttons = new QDialogButtonBox;
     QPushButton* ok = buttons->addButton("OK", QDialogButtonBox::AcceptRole);

@@ -1,7 +1,7 @@
 #include "ui/result/ouryoku_ichiran_form.h"
 
 #include "results/selection.h"
-#include "ui/dialogs.h"
+#include "ui/kit/dialogs.h"
 
 #include <QPushButton>
 #include <QTableView>
@@ -10,8 +10,8 @@
 
 using namespace kigumi;
 
-TOuryokuIchiranForm::TOuryokuIchiranForm(QWidget* parent)
-    : ResultListForm(stress_table(), "OuryokuGrid", parent) {
+TOuryokuIchiranForm::TOuryokuIchiranForm(Session& session, QWidget* parent)
+    : ResultListForm(session, stress_table(), "OuryokuGrid", parent) {
     setObjectName("OuryokuIchiranForm");
     remove_ = add_button("SakujoButton", "選択から外す(&R)");
     remove_->setToolTip("この一覧で選んだ行の部材を、計算結果の選択から外す（Delete）");
@@ -21,11 +21,11 @@ TOuryokuIchiranForm::TOuryokuIchiranForm(QWidget* parent)
 }
 
 void TOuryokuIchiranForm::show_selection() {
-    const std::vector<int> rows = selected_rows();
+    const std::vector<int> rows = selected_rows(result);
     const bool some = !rows.empty();
-    show_rows(some ? rows : all_rows(stress_table()), true);
+    show_rows(some ? rows : all_rows(result, stress_table()), true);
     set_note(some ? QString("選択した %1 部材の応力").arg(rows.size())
-                  : QString("すべての部材（%1 部材）の応力").arg(stress_table().rows()),
+                  : QString("すべての部材（%1 部材）の応力").arg(stress_table().rows(result)),
              true);
     set_summary(extremes());
     show_state();
@@ -33,11 +33,11 @@ void TOuryokuIchiranForm::show_selection() {
 
 QString TOuryokuIchiranForm::extremes() const {
     QStringList found;
-    const ResultSheet& sheet = model().sheet();
+    const ResultSheet& sheet = listed().sheet();
     for (int column = 0; column < sheet.columns(); ++column) {
-        const std::vector<int>& rows = model().result_rows();
-        const auto largest = std::find_if(rows.begin(), rows.end(),
-                                          [&](int row) { return model().is_largest(row, column); });
+        const std::vector<int>& rows = listed().result_rows();
+        const auto largest = std::find_if(
+            rows.begin(), rows.end(), [&](int row) { return listed().is_largest(row, column); });
         if (largest != rows.end()) {
             found << QString("%1 %2 %3（部材 %4）")
                          .arg(sheet.column(column).heading, qt_text(sheet.text(*largest, column)),
@@ -50,20 +50,20 @@ QString TOuryokuIchiranForm::extremes() const {
 
 void TOuryokuIchiranForm::show_state() {
     show_counts();
-    remove_->setEnabled(!selected_rows().empty() && chosen().hasSelection());
+    remove_->setEnabled(!selected_rows(result).empty() && chosen().hasSelection());
 }
 
 void TOuryokuIchiranForm::remove_highlighted() {
     std::vector<int> removed = highlighted_rows();
-    if (selected_rows().empty() || removed.empty()) {
+    if (selected_rows(result).empty() || removed.empty()) {
         return;
     }
     std::sort(removed.begin(), removed.end());
-    std::vector<int> rows = selected_rows();
+    std::vector<int> rows = selected_rows(result);
     std::erase_if(rows, [&removed](int row) {
         return std::binary_search(removed.begin(), removed.end(), row);
     });
-    select_results(rows);
+    select_results(result, rows);
     show_selection();
     emit selection_changed();
 }

@@ -9,7 +9,7 @@ class TOuryokuIchiranForm : public kigumi::ResultListForm {
     Q_OBJECT
 
   public:
-    explicit TOuryokuIchiranForm(QWidget* parent);
+    TOuryokuIchiranForm(kigumi::Session& session, QWidget* parent);
 
   public slots:
     void show_selection() override;

@@ -2,7 +2,7 @@
 
 #include "base/message.h"
 #include "results/result_csv.h"
-#include "ui/dialogs.h"
+#include "ui/kit/dialogs.h"
 #include "ui/picture/print_pages.h"
 
 #include <QComboBox>
@@ -42,8 +42,9 @@ QLabel* make_label(const char* name) {
 
 } // namespace
 
-ResultListForm::ResultListForm(const ResultTable& table, const char* grid, QWidget* parent)
-    : QDialog(parent), model_(new ResultListModel(table, this)),
+ResultListForm::ResultListForm(Session& session, const ResultTable& table, const char* grid,
+                               QWidget* parent)
+    : QDialog(parent), Desk(session), model_(new ResultListModel(result, table, this)),
       proxy_(new ResultListProxy(*model_)), chosen_(new RowSelection(proxy_)) {
     setWindowTitle(table.title);
     setWindowFlag(Qt::WindowMinMaxButtonsHint);
@@ -216,7 +217,7 @@ QString ResultListForm::wanted_text(size_t rows) const {
 }
 
 TablePrinter ResultListForm::printed() const {
-    TablePrinter pages(windowTitle(), qt_path(work_dir().filename()));
+    TablePrinter pages(windowTitle(), qt_path(work_dir.filename()));
     const std::vector<int> rows = wanted_rows();
     PrintedTable table = printed_rows(model_->sheet(), rows);
     table.marked = [this, rows](int row, int column) {
@@ -236,14 +237,14 @@ TablePrinter ResultListForm::printed() const {
 
 void ResultListForm::save_csv() {
     const fs::path path =
-        ask_save_file(this, windowTitle() + "の保存", "CSVファイル(*.csv)|*.csv", "csv");
+        ask_save_file(work_dir, this, windowTitle() + "の保存", "CSVファイル(*.csv)|*.csv", "csv");
     if (path.empty()) {
         return;
     }
     int status = 0;
     {
         const BusyCursor busy;
-        status = save_result_csv(path, model_->sheet().table(), wanted_rows());
+        status = save_result_csv(result, path, model_->sheet().table(), wanted_rows());
     }
     if (status == 0) {
         show_message("CSVファイルを保存しました");
@@ -251,11 +252,11 @@ void ResultListForm::save_csv() {
 }
 
 void ResultListForm::save_pdf() {
-    save_pages(this, printed());
+    save_pages(work_dir, this, printed());
 }
 
 void ResultListForm::print() {
-    print_pages(this, printed());
+    print_pages(work_dir, this, printed());
 }
 
 void ResultListForm::preview() {

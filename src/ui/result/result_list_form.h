@@ -1,6 +1,7 @@
 // What the list windows of the results share: the list, the filter, CSV, print, preview and PDF.
 #pragma once
 
+#include "ui/kit/session.h"
 #include "ui/picture/table_printer.h"
 #include "ui/result/result_list_model.h"
 
@@ -18,12 +19,12 @@ namespace kigumi {
 // A window beside the results window that shows one result table, sortable by every column
 // and filtered by words (`KensakuEdit`). What is saved and printed are the rows as
 // shown, or the highlighted ones (`HaniComboBox`).
-class ResultListForm : public QDialog {
+class ResultListForm : public QDialog, protected Desk {
     Q_OBJECT
 
   public:
     // `grid` is the name of the list.
-    ResultListForm(const ResultTable& table, const char* grid, QWidget* parent);
+    ResultListForm(Session& session, const ResultTable& table, const char* grid, QWidget* parent);
 
     // The pages that are printed.
     TablePrinter printed() const;
@@ -37,8 +38,10 @@ class ResultListForm : public QDialog {
     void selection_changed();
 
   protected:
+    using Desk::result; // and not that of QDialog
+
     QTableView& list() const { return *list_; }
-    ResultListModel& model() const { return *model_; }
+    ResultListModel& listed() const { return *model_; }
     ResultListProxy& proxy() const { return *proxy_; }
     RowSelection& chosen() const { return *chosen_; }
 

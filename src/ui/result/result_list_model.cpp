@@ -1,6 +1,6 @@
 #include "ui/result/result_list_model.h"
 
-#include "ui/dialogs.h"
+#include "ui/kit/dialogs.h"
 
 #include <QColor>
 #include <QFont>
@@ -16,21 +16,22 @@ const QColor mark_tint(0xFF, 0xE9, 0xA8);
 
 } // namespace
 
-ResultListModel::ResultListModel(const ResultTable& table, QObject* parent)
-    : QAbstractTableModel(parent), sheet_(table) {}
+ResultListModel::ResultListModel(const Result& of, const ResultTable& table, QObject* parent)
+    : QAbstractTableModel(parent), result_(of), sheet_(of, table) {}
 
 void ResultListModel::set_rows(std::vector<int> rows, bool mark) {
     beginResetModel();
-    sheet_ = ResultSheet(sheet_.table());
+    sheet_ = ResultSheet(result_, sheet_.table());
     rows_ = std::move(rows);
     mark_ = mark;
-    largest_ = largest_magnitudes(sheet_.table(), rows_);
+    largest_ = largest_magnitudes(result_, sheet_.table(), rows_);
     endResetModel();
 }
 
 bool ResultListModel::is_largest(int result_row, int column) const {
     const double largest = largest_[static_cast<size_t>(column)];
-    return mark_ && largest > 0.0 && std::fabs(sheet_.column(column).number(result_row)) >= largest;
+    return mark_ && largest > 0.0 &&
+           std::fabs(sheet_.column(column).number(result_, result_row)) >= largest;
 }
 
 QString ResultListModel::longest_text(int column) const {
@@ -109,15 +110,16 @@ std::vector<int> ResultListProxy::shown_rows() const {
 }
 
 bool ResultListProxy::lessThan(const QModelIndex& left, const QModelIndex& right) const {
+    const Result& result = model_.result();
     const ResultColumn& column = model_.sheet().column(left.column());
     const int a = model_.result_row(left.row());
     const int b = model_.result_row(right.row());
-    return column.text != nullptr ? std::strcmp(column.text(a), column.text(b)) < 0
-                                  : column.number(a) < column.number(b);
+    return column.text != nullptr ? std::strcmp(column.text(result, a), column.text(result, b)) < 0
+                                  : column.number(result, a) < column.number(result, b);
 }
 
 bool ResultListProxy::filterAcceptsRow(int row, const QModelIndex&) const {
-    return row_matches(model_.sheet().table(), model_.result_row(row), filter_);
+    return row_matches(model_.result(), model_.sheet().table(), model_.result_row(row), filter_);
 }
 
 void RowSelection::select(const QItemSelection& selection, SelectionFlags command) {

@@ -15,7 +15,8 @@ class ResultListModel : public QAbstractTableModel {
     Q_OBJECT
 
   public:
-    explicit ResultListModel(const ResultTable& table, QObject* parent = nullptr);
+    // `of` is what the table lists; it lives longer.
+    ResultListModel(const Result& of, const ResultTable& table, QObject* parent = nullptr);
 
     // Shows these rows of the table; measures its numbers anew. With `mark`, the largest magnitude
     // of each column within the rows is shown in bold on a tint.
@@ -23,6 +24,7 @@ class ResultListModel : public QAbstractTableModel {
     // The row of the result table that stands in this row of the model.
     int result_row(int row) const { return rows_[static_cast<size_t>(row)]; }
     const std::vector<int>& result_rows() const { return rows_; }
+    const Result& result() const { return result_; }
     const ResultSheet& sheet() const { return sheet_; }
     // Largest magnitudes of the rows shown, by column.
     const std::vector<double>& largest() const { return largest_; }
@@ -37,6 +39,7 @@ class ResultListModel : public QAbstractTableModel {
     QVariant headerData(int section, Qt::Orientation direction, int role) const override;
 
   private:
+    const Result& result_;
     ResultSheet sheet_;
     std::vector<int> rows_;
     bool mark_ = false;

@@ -3,18 +3,19 @@
 #include "base/message.h"
 #include "model/model.h"
 #include "ui/data/beam_panel.h"
-#include "ui/form.h"
+#include "ui/kit/form.h"
 
 #include <QFormLayout>
 #include <QPushButton>
 
 using namespace kigumi;
 
-TBeamForm::TBeamForm(int member, QWidget* parent) : QDialog(parent), member_(member) {
+TBeamForm::TBeamForm(Session& session, int member, QWidget* parent)
+    : QDialog(parent), Desk(session), member_(member) {
     setObjectName("BeamForm");
     setWindowTitle("軸データ");
     auto* rows = new QFormLayout(this);
-    panel_ = new BeamPanel(member, true);
+    panel_ = new BeamPanel(session, member, true);
     rows->addRow(panel_);
     auto* all = new QPushButton("全データ同一巾・厚みにする(&A)");
     all->setObjectName("AllButton");

@@ -3,8 +3,8 @@
 #include "base/float.h"
 #include "base/format.h"
 #include "model/sketch.h"
-#include "ui/dialogs.h"
-#include "ui/form.h"
+#include "ui/kit/dialogs.h"
+#include "ui/kit/form.h"
 
 #include <QFormLayout>
 
@@ -12,16 +12,14 @@ using namespace kigumi;
 
 namespace {
 
-// What the dialog stored last, cm.
-std::array<float, 3> last_entered{};
-
 QString shown(float value) {
     return qt_text(text_format(" %8.1f", static_cast<double>(value)));
 }
 
 } // namespace
 
-TNodeForm::TNodeForm(int node, QWidget* parent) : QDialog(parent), node_(node) {
+TNodeForm::TNodeForm(Session& session, int node, QWidget* parent)
+    : QDialog(parent), Desk(session), node_(node) {
     setObjectName("NodeForm");
     setWindowTitle("節点データ");
     const Node& record = model.node[node];
@@ -35,7 +33,7 @@ TNodeForm::TNodeForm(int node, QWidget* parent) : QDialog(parent), node_(node) {
     } items[3] = {{"XEdit", "X値"}, {"YEdit", "Y値"}, {"ZEdit", "Z値"}};
     for (int axis = 0; axis < 3; ++axis) {
         const bool unknown = missing && same_float(place[axis], unknown_place);
-        offered_[axis] = unknown ? last_entered[axis] : place[axis];
+        offered_[axis] = unknown ? session.last_entered[axis] : place[axis];
         boxes_[axis] = add_number_box(rows, items[axis].name, items[axis].caption, offered_[axis]);
         boxes_[axis]->setText(shown(offered_[axis]));
     }
@@ -51,7 +49,7 @@ void TNodeForm::accept() {
             return;
         }
     }
-    last_entered = entered;
-    set_node_place(node_, entered[0], entered[1], entered[2]);
+    session_.last_entered = entered;
+    set_node_place(model, node_, entered[0], entered[1], entered[2]);
     QDialog::accept();
 }

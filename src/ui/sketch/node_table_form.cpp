@@ -2,10 +2,10 @@
 
 #include "base/float.h"
 #include "base/message.h"
-#include "model/lookup.h"
+#include "model/members.h"
 #include "model/sketch.h"
-#include "ui/dialogs.h"
-#include "ui/form.h"
+#include "ui/kit/dialogs.h"
+#include "ui/kit/form.h"
 
 #include <QApplication>
 #include <QClipboard>
@@ -76,7 +76,8 @@ void PlaceGrid::closeEditor(QWidget* editor, QAbstractItemDelegate::EndEditHint 
     }
 }
 
-TNodeTableForm::TNodeTableForm(QWidget* parent) : QDialog(parent), grid_(new PlaceGrid(this)) {
+TNodeTableForm::TNodeTableForm(Session& session, QWidget* parent)
+    : QDialog(parent), Desk(session), grid_(new PlaceGrid(this)) {
     setObjectName("NodeTableForm");
     setWindowTitle("節点座標の表");
     auto* all = new QVBoxLayout(this);
@@ -114,7 +115,7 @@ void TNodeTableForm::showEvent(QShowEvent* event) {
     place_in_corner(*this);
 }
 
-TNodeTableForm::Place TNodeTableForm::place_of(int node) {
+TNodeTableForm::Place TNodeTableForm::place_of(int node) const {
     const Node& record = model.node[node];
     Place place{{record.x, record.y, record.z}, {}};
     const bool missing = is_missing(record);
@@ -234,13 +235,13 @@ void TNodeTableForm::store(std::vector<Place> places) {
             continue;
         }
         if (place.is_whole()) {
-            set_node_place(row, place.value[0], place.value[1], place.value[2]);
+            set_node_place(model, row, place.value[0], place.value[1], place.value[2]);
         } else {
             Node& node = model.node[row];
             node.x = place.value[0];
             node.y = place.value[1];
             node.z = place.value[2];
-            copy_node_to_beams(row);
+            copy_node_to_beams(model, row);
         }
     }
     emit edited();

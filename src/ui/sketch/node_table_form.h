@@ -1,6 +1,8 @@
 // All nodes of a sketch in one table, to type or paste their places.
 #pragma once
 
+#include "ui/kit/session.h"
+
 #include <QDialog>
 #include <QTableWidget>
 
@@ -32,11 +34,11 @@ class PlaceGrid : public QTableWidget {
 // A row for each node: number, name, x, y and z, cm, and whether its place is known. A node takes
 // its place, and its members follow it, once all three of its numbers are there. Every edit and
 // every paste is one change, told by edited().
-class TNodeTableForm : public QDialog {
+class TNodeTableForm : public QDialog, protected kigumi::Desk {
     Q_OBJECT
 
   public:
-    explicit TNodeTableForm(QWidget* parent);
+    TNodeTableForm(kigumi::Session& session, QWidget* parent);
 
     // Shows the nodes as they now are.
     void refill();
@@ -57,7 +59,7 @@ class TNodeTableForm : public QDialog {
         std::array<bool, 3> given;
         bool is_whole() const { return given[0] && given[1] && given[2]; }
     };
-    static Place place_of(int node);
+    Place place_of(int node) const;
     void show_row(int row);
     void take_cell(int row, int column);
     void copy();

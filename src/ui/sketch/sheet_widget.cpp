@@ -1,7 +1,7 @@
 #include "ui/sketch/sheet_widget.h"
 
-#include "geometry/sheet_picture.h"
-#include "model/lookup.h"
+#include "draw/sheet_picture.h"
+#include "model/nodes.h"
 
 #include <QKeyEvent>
 #include <QMouseEvent>
@@ -47,7 +47,8 @@ QCursor cursor_of(SheetMode mode) {
 
 } // namespace
 
-SheetWidget::SheetWidget(QWidget* parent) : PictureWidget(parent) {
+SheetWidget::SheetWidget(Session& session, QWidget* parent)
+    : PictureWidget(parent), Desk(session), sheet_(model) {
     setMouseTracking(true);
 }
 
@@ -59,7 +60,7 @@ void SheetWidget::show_sheet() {
             paper_ = {0, 0, static_cast<float>(area.xScreen), static_cast<float>(area.yScreen)};
         }
         fit_sheet(area, paper_);
-        draw_sheet(canvas, area, sheet_.marks());
+        draw_sheet(model, canvas, area, sheet_.marks());
     });
     show_whole();
 }
@@ -73,7 +74,7 @@ void SheetWidget::leave_sheet() {
 void SheetWidget::show_whole() {
     if (shows_sheet_) {
         const World client{0, 0, static_cast<float>(width()), static_cast<float>(height())};
-        paper_ = sheet_around_nodes(model.N_Node == 0 || paper_.xmax <= 0 ? client : paper_);
+        paper_ = sheet_around_nodes(model, model.N_Node == 0 || paper_.xmax <= 0 ? client : paper_);
     }
     fit();
 }
@@ -190,7 +191,7 @@ void SheetWidget::focusOutEvent(QFocusEvent* event) {
 }
 
 bool SheetWidget::step_pointer(int key, bool small) {
-    const int by = small ? 1 : static_cast<int>(snap_radius); // pixels
+    const int by = small ? 1 : static_cast<int>(model.snap_radius); // pixels
     const QPoint step = key == Qt::Key_Left    ? QPoint(-by, 0)
                         : key == Qt::Key_Right ? QPoint(by, 0)
                         : key == Qt::Key_Up    ? QPoint(0, -by)
@@ -313,7 +314,7 @@ void SheetWidget::paint_ring(QPainter& painter) const {
         sheet_.mode() == SheetMode::draw || sheet_.mode() == SheetMode::node_data;
     if (at && takes_nodes) {
         painter.setPen(QPen(Qt::darkCyan, 1));
-        ring(search_2dim_node(at->X, at->Y));
+        ring(search_2dim_node(model, at->X, at->Y));
     }
 }
 
@@ -326,7 +327,7 @@ void SheetWidget::paint_band(QPainter& painter) const {
     }
     SheetPoint at{};
     const int crossed =
-        sheet_.is_crossing() ? search_cross_beam(from->X, from->Y, to->X, to->Y, at) : -1;
+        sheet_.is_crossing() ? search_cross_beam(model, from->X, from->Y, to->X, to->Y, at) : -1;
     if (crossed >= 0) {
         const Beam& beam = model.beam[crossed];
         painter.setPen(QPen(Qt::red, 3));

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "model/sketch.h"
+#include "ui/kit/session.h"
 #include "ui/picture/picture_widget.h"
 
 namespace kigumi {
@@ -9,11 +10,11 @@ namespace kigumi {
 // A picture widget that is drawn on while it shows the sheet, and a mere picture of the model while
 // it shows something else. The wheel, the middle button and F zoom, move and fit the sheet as any
 // picture. Without a mouse the arrow keys move the pointer and the space bar is its left button.
-class SheetWidget : public PictureWidget {
+class SheetWidget : public PictureWidget, protected Desk {
     Q_OBJECT
 
   public:
-    explicit SheetWidget(QWidget* parent = nullptr);
+    explicit SheetWidget(Session& session, QWidget* parent = nullptr);
 
     // Shows the sheet, all of it, from now on.
     void show_sheet();

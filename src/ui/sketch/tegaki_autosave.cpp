@@ -1,8 +1,8 @@
 #include "ui/sketch/tegaki_autosave.h"
 
 #include "base/message.h"
-#include "ui/dialogs.h"
-#include "ui/document.h"
+#include "ui/kit/dialogs.h"
+#include "ui/kit/document.h"
 
 #include <QDateTime>
 #include <QFile>
@@ -64,8 +64,9 @@ class NewestCopy {
 
 } // namespace
 
-fs::path autosave_path(const fs::path& file) {
-    const fs::path stem = file.empty() ? work_file(nameless) : file.parent_path() / file.stem();
+fs::path autosave_path(const fs::path& work_dir, const fs::path& file) {
+    const fs::path stem =
+        file.empty() ? work_file(work_dir, nameless) : file.parent_path() / file.stem();
     return path_of(utf8_of(stem) + copy_ending);
 }
 
@@ -82,10 +83,10 @@ CopyLock lock_copy(const fs::path& copy) {
     return lock;
 }
 
-fs::path find_autosave() {
+fs::path find_autosave(const fs::path& work_dir) {
     NewestCopy newest;
     std::error_code error;
-    for (const fs::directory_entry& entry : fs::directory_iterator(work_dir(), error)) {
+    for (const fs::directory_entry& entry : fs::directory_iterator(work_dir, error)) {
         if (is_copy(entry.path())) {
             newest.consider(entry.path());
         }
@@ -93,8 +94,8 @@ fs::path find_autosave() {
     return newest.path();
 }
 
-fs::path find_autosave_of(const fs::path& file) {
-    const fs::path first = autosave_path(file);
+fs::path find_autosave_of(const fs::path& work_dir, const fs::path& file) {
+    const fs::path first = autosave_path(work_dir, file);
     NewestCopy newest;
     std::error_code error;
     for (int k = 1; k == 1 || fs::exists(numbered_copy(first, k), error); ++k) {
@@ -110,8 +111,9 @@ fs::path autosaved_file(const fs::path& copy) {
     return fs::exists(file) ? file : fs::path();
 }
 
-TegakiAutosave::TegakiAutosave(QObject* parent, std::function<int(const fs::path& path)> save)
-    : QObject(parent), save_(std::move(save)) {
+TegakiAutosave::TegakiAutosave(Session& session, QObject* parent,
+                               std::function<int(const fs::path& path)> save)
+    : QObject(parent), Desk(session), save_(std::move(save)) {
     connect(&timer_, &QTimer::timeout, this, &TegakiAutosave::tick);
     timer_.start(interval);
 }
@@ -132,7 +134,7 @@ void TegakiAutosave::remove() {
 }
 
 fs::path TegakiAutosave::take_path() {
-    const fs::path first = autosave_path(document.file);
+    const fs::path first = autosave_path(work_dir, document.file);
     lock_.reset(); // of a copy that could not be written
     for (int k = 1;; ++k) {
         const fs::path path = numbered_copy(first, k);

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "base/files.h"
+#include "ui/kit/session.h"
 
 #include <QLockFile>
 #include <QTimer>
@@ -13,7 +14,7 @@ namespace kigumi {
 
 // The copy of a sketch: "a.autosave.tgk" beside "a.tgk", "tegaki.autosave.tgk" in the working
 // directory for a sketch without a file.
-fs::path autosave_path(const fs::path& file);
+fs::path autosave_path(const fs::path& work_dir, const fs::path& file);
 
 // The lock of a copy, a file of its name with ".lock" behind it. Whoever writes a copy keeps its
 // lock, so that no other program offers it as left over; it is void once that program has ended on
@@ -24,22 +25,23 @@ using CopyLock = std::unique_ptr<QLockFile>;
 CopyLock lock_copy(const fs::path& copy);
 
 // The newest copy in the working directory whose program does not run any more, or an empty path.
-fs::path find_autosave();
+fs::path find_autosave(const fs::path& work_dir);
 
 // The same of the copies of one file, which stand beside it.
-fs::path find_autosave_of(const fs::path& file);
+fs::path find_autosave_of(const fs::path& work_dir, const fs::path& file);
 
 // The file that a copy belongs to; empty for a sketch that had none, or has none any more.
 fs::path autosaved_file(const fs::path& copy);
 
 // Writes the copy once a minute while the sketch is changed. A copy that cannot be written is told
 // once, without a box.
-class TegakiAutosave : public QObject {
+class TegakiAutosave : public QObject, protected Desk {
     Q_OBJECT
 
   public:
     // `save` writes the sketch to a path, 0 or -1.
-    TegakiAutosave(QObject* parent, std::function<int(const fs::path& path)> save);
+    TegakiAutosave(Session& session, QObject* parent,
+                   std::function<int(const fs::path& path)> save);
 
     // The sketch was changed since its copy was written.
     void note_change() { changed_ = true; }

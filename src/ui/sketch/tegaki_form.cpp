@@ -1,9 +1,11 @@
 #include "ui/sketch/tegaki_form.h"
 
 #include "files/tegaki.h"
-#include "geometry/solid.h"
-#include "model/lookup.h"
-#include "ui/document.h"
+#include "model/members.h"
+#include "model/names.h"
+#include "model/nodes.h"
+#include "solid/solid.h"
+#include "ui/kit/document.h"
 #include "ui/sketch/beam_form.h"
 #include "ui/sketch/node_form.h"
 #include "ui/sketch/node_table_form.h"
@@ -51,10 +53,12 @@ QString beam_words(const Beam& beam) {
 
 } // namespace
 
-TTegakiForm::TTegakiForm(QWidget* parent) : ModelWindow(parent, new SheetWidget) {
+TTegakiForm::TTegakiForm(Session& session, QWidget* parent)
+    : ModelWindow(session, parent, new SheetWidget(session)), history_(model) {
     setObjectName("TegakiForm");
     sheet_ = static_cast<SheetWidget*>(&picture());
-    autosave_ = new TegakiAutosave(this, [this](const fs::path& path) { return write_copy(path); });
+    autosave_ = new TegakiAutosave(session, this,
+                                   [this](const fs::path& path) { return write_copy(path); });
     add_file_menu();
     add_edit_menu();
     add_mode_menu();
@@ -68,7 +72,7 @@ TTegakiForm::TTegakiForm(QWidget* parent) : ModelWindow(parent, new SheetWidget)
     });
     if (model.N_Node == 0) {
         document.set_empty();
-        const fs::path copy = find_autosave();
+        const fs::path copy = find_autosave(work_dir);
         if (!copy.empty()) {
             QTimer::singleShot(0, this, [this, copy] { offer_restoring(copy); });
         }
@@ -172,24 +176,24 @@ void TTegakiForm::take(SheetOutcome outcome) {
 }
 
 void TTegakiForm::edit_node(int node) {
-    TNodeForm form(node, this);
+    TNodeForm form(session_, node, this);
     if (form.exec() == QDialog::Accepted) {
         finish_node_data();
     }
 }
 
 void TTegakiForm::edit_beam(int beam) {
-    TBeamForm form(beam, this);
+    TBeamForm form(session_, beam, this);
     const int answer = form.exec();
     if (answer == TBeamForm::set_for_all) {
-        set_all_beam_section(model.beam[beam].haba, model.beam[beam].atumi);
+        set_all_beam_section(model, model.beam[beam].haba, model.beam[beam].atumi);
     } else if (answer == TBeamForm::set_one) {
         model.beam[beam].flag = 2;
     } else {
         return;
     }
-    if (check_all_beam() == 1) {
-        build_trio_file();
+    if (check_all_beam(model) == 1) {
+        build_trio_file(model, solids, work_dir);
     }
     finish_command();
 }
@@ -197,7 +201,7 @@ void TTegakiForm::edit_beam(int beam) {
 void TTegakiForm::edit_all_nodes() {
     back_to_sheet();
     sheet_->give_up();
-    TNodeTableForm form(this);
+    TNodeTableForm form(session_, this);
     connect(&form, &TNodeTableForm::edited, this, &TTegakiForm::finish_node_data);
     connect(&form, &TNodeTableForm::chosen, sheet_, &SheetWidget::set_current_node);
     connect(&form, &TNodeTableForm::undo_wanted, this, [&] {
@@ -214,12 +218,12 @@ void TTegakiForm::edit_all_nodes() {
 
 void TTegakiForm::finish_node_data() {
     // Names every node once all are known.
-    check_all_node();
+    check_all_node(model);
     finish_command();
 }
 
 void TTegakiForm::finish_command() {
-    save_old_node();
+    save_old_node(model, sketch_places);
     if (history_.commit()) {
         autosave_->note_change();
     }
@@ -250,7 +254,7 @@ void TTegakiForm::redo() {
 void TTegakiForm::view_model(ModelMode mode) {
     back_to_sheet();
     sheet_->leave_sheet();
-    save_old_node();
+    save_old_node(model, sketch_places);
     view.TAU = view.FAI = 30.0f;
     mode_label_->setText("手書に戻す（Ctrl+B）で図面に戻ります");
     if (mode == ModelMode::axis) {
@@ -272,7 +276,7 @@ void TTegakiForm::back_to_sheet() {
     }
     show_mode(ModelMode::nothing);
     statusBar()->clearMessage();
-    load_old_node();
+    load_old_node(model, sketch_places);
     sheet_->show_sheet();
 }
 
@@ -281,10 +285,10 @@ void TTegakiForm::show_state() {
     for (QAction* action : with_members_) {
         action->setEnabled(members);
     }
-    const bool known = all_nodes_known();
+    const bool known = all_nodes_known(model);
     wire_->setEnabled(known);
     for (QAction* action : when_complete_) {
-        action->setEnabled(known && check_all_beam() == 1);
+        action->setEnabled(known && check_all_beam(model) == 1);
     }
     undo_->setEnabled(history_.can_undo() || sheet_->sheet().is_half_drawn());
     redo_->setEnabled(history_.can_redo());
@@ -295,9 +299,10 @@ void TTegakiForm::show_state() {
         mode_label_->setText(half ? QString("部材指定: 終わりの端をクリックします（Esc でやめる）")
                                   : QString(mode_items[static_cast<int>(mode)].hint));
     }
-    missing_label_->setText(model.N_Node > 0 ? sketch_summary() : QString("何も描かれていません"));
+    missing_label_->setText(model.N_Node > 0 ? sketch_summary(model)
+                                             : QString("何も描かれていません"));
     setWindowTitle("手書");
-    file_label_->setText(document_name() + (document.changed ? "*" : ""));
+    file_label_->setText(document_name(document) + (document.changed ? "*" : ""));
     show_pointer();
     sheet_->update();
 }
@@ -307,8 +312,8 @@ void TTegakiForm::show_pointer() {
     const std::optional<SheetPoint> at = sheet_->pointer();
     QString words;
     if (at) {
-        const int node = search_2dim_node(at->X, at->Y);
-        const int beam = node < 0 ? search_near_beam(at->X, at->Y, reach) : -1;
+        const int node = search_2dim_node(model, at->X, at->Y);
+        const int beam = node < 0 ? search_near_beam(model, at->X, at->Y, reach) : -1;
         words = node >= 0   ? node_words(model.node[node])
                 : beam >= 0 ? beam_words(model.beam[beam])
                             : QString();

@@ -19,7 +19,7 @@ class TTegakiForm : public kigumi::ModelWindow {
 
   public:
     // Goes on with the sketch in the model, or starts with an empty sheet.
-    explicit TTegakiForm(QWidget* parent);
+    TTegakiForm(kigumi::Session& session, QWidget* parent);
 
     kigumi::SheetWidget& sheet() { return *sheet_; }
     kigumi::TegakiAutosave& autosave() { return *autosave_; }

@@ -1,10 +1,10 @@
 // The hand-drawn editor's files: new, read, save, leave, and what a crash left.
 #include "base/message.h"
 #include "files/tegaki.h"
-#include "geometry/solid.h"
-#include "model/lookup.h"
-#include "ui/dialogs.h"
-#include "ui/document.h"
+#include "model/members.h"
+#include "solid/solid.h"
+#include "ui/kit/dialogs.h"
+#include "ui/kit/document.h"
 #include "ui/sketch/tegaki_form.h"
 
 #include <QCloseEvent>
@@ -57,11 +57,12 @@ bool TTegakiForm::may_lose(const QString& consequence) {
 }
 
 bool TTegakiForm::may_leave() {
-    const SketchCount count = count_sketch();
+    const SketchCount count = count_sketch(model);
     if (count.beams == 0 || count.is_finished()) {
         return may_lose({});
     }
-    const QString missing = QString("\n未入力のデータがあります（%1）。").arg(sketch_summary());
+    const QString missing =
+        QString("\n未入力のデータがあります（%1）。").arg(sketch_summary(model));
     if (count.missing_beams > 0) {
         return may_lose(missing + "\nこのまま戻ると、解析には進めません。");
     }
@@ -76,10 +77,10 @@ void TTegakiForm::new_sketch() {
         return;
     }
     autosave_->remove();
-    reset_model();
-    reset_solids();
-    clear_points();
-    forget_old_node();
+    reset_model(model);
+    reset_solids(solids);
+    clear_points(solids);
+    forget_old_node(sketch_places);
     document.set_empty();
     start_read_sketch(true);
 }
@@ -88,11 +89,11 @@ void TTegakiForm::read_sketch() {
     if (!may_lose({})) {
         return;
     }
-    const fs::path path = ask_open_file(this, "手書データ読込", sketch_filter);
+    const fs::path path = ask_open_file(work_dir, this, "手書データ読込", sketch_filter);
     if (path.empty()) {
         return;
     }
-    const fs::path copy = find_autosave_of(path);
+    const fs::path copy = find_autosave_of(work_dir, path);
     load_sketch(path);
     if (!copy.empty() && document.file == path) {
         offer_restoring(copy);
@@ -102,9 +103,11 @@ void TTegakiForm::read_sketch() {
 void TTegakiForm::load_sketch(const fs::path& path) {
     // The sheet's places come with the file; those of a view do not matter any more.
     const BusyCursor busy;
-    if (load_tegaki_data(path) < 0) {
+    if (load_tegaki_data(model, sketch_places, path) < 0) {
         return;
     }
+    reset_solids(solids);
+    clear_points(solids);
     autosave_->remove();
     document.set_empty();
     document.set_read(path);
@@ -113,9 +116,11 @@ void TTegakiForm::load_sketch(const fs::path& path) {
 
 void TTegakiForm::restore_copy(const fs::path& copy, CopyLock lock) {
     const BusyCursor busy;
-    if (load_tegaki_data(copy) < 0) {
+    if (load_tegaki_data(model, sketch_places, copy) < 0) {
         return;
     }
+    reset_solids(solids);
+    clear_points(solids);
     document.set_empty();
     document.set_read(autosaved_file(copy));
     document.changed = true;
@@ -125,10 +130,10 @@ void TTegakiForm::restore_copy(const fs::path& copy, CopyLock lock) {
 
 void TTegakiForm::start_read_sketch(bool saved) {
     view.TAU = view.FAI = 30.0f;
-    if (check_all_beam() == 1 && build_trio_file() < 0) {
+    if (check_all_beam(model) == 1 && build_trio_file(model, solids, work_dir) < 0) {
         show_message("get_jiku() failed at tegaki()");
     }
-    load_old_node();
+    load_old_node(model, sketch_places);
     sheet_->sheet().set_mode(SheetMode::draw);
     show_mode(ModelMode::nothing);
     statusBar()->clearMessage();
@@ -141,8 +146,8 @@ void TTegakiForm::start_read_sketch(bool saved) {
 bool TTegakiForm::save_sketch() {
     sheet_->give_up();
     const fs::path path =
-        ask_save_file(this, "手書データ保存", sketch_filter, "tgk", document.file);
-    if (path.empty() || save_tegaki_data(path) < 0) {
+        ask_save_file(work_dir, this, "手書データ保存", sketch_filter, "tgk", document.file);
+    if (path.empty() || save_tegaki_data(model, sketch_places, path) < 0) {
         return false;
     }
     autosave_->remove();
@@ -158,7 +163,7 @@ int TTegakiForm::write_copy(const fs::path& path) {
     // A node of a half-drawn member is not part of the sketch yet.
     const int loose = sheet_->sheet().has_loose_node() ? 1 : 0;
     model.N_Node -= loose;
-    const int status = save_tegaki_data(path);
+    const int status = save_tegaki_data(model, sketch_places, path);
     model.N_Node += loose;
     return status;
 }
@@ -187,13 +192,13 @@ void TTegakiForm::offer_restoring(const fs::path& copy) {
 }
 
 void TTegakiForm::export_solids() {
-    if (!all_nodes_known() || check_all_beam() < 0) {
+    if (!all_nodes_known(model) || check_all_beam(model) < 0) {
         show_message("Win3D保存には、すべての節点と部材のデータが必要です（" +
-                     sketch_summary().toStdString() + "）");
+                     sketch_summary(model).toStdString() + "）");
         return;
     }
-    clear_points();
-    if (build_trio_file() == 0) {
+    clear_points(solids);
+    if (build_trio_file(model, solids, work_dir) == 0) {
         export_win3d("Win3Dデータ保存(*.dat)|*.dat");
     }
 }

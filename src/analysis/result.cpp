@@ -1,7 +1,0 @@
-#include "analysis/result.h"
-
-namespace kigumi {
-
-Result result;
-
-} // namespace kigumi

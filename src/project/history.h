@@ -1,0 +1,64 @@
+// Undo and redo of everything that a person makes: model, parameters, shift, sketch places, stage.
+#pragma once
+
+#include "project/project.h"
+
+#include <deque>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace kigumi {
+
+// Steps of one project, each with the name of the command that led to it. A step keeps the state in
+// blocks of bytes; a block that a command left alone is shared by the steps before and after it.
+class History {
+  public:
+    // Steps that can be taken back; older ones are forgotten.
+    static constexpr int most_steps = 200;
+
+    // Forgets every step: the project as it stands is the present, and what its file holds.
+    void start(const Project& project);
+    // Takes the project as the new present, under the name of the command that changed it
+    // ("部材の削除"). False, and no step, when nothing was changed. What could be redone is
+    // forgotten.
+    bool commit(std::string_view name, const Project& project);
+    // True when the project is not what the present holds.
+    bool differs(const Project& project) const;
+
+    bool can_undo() const { return at_ > 0; }
+    bool can_redo() const { return at_ + 1 < steps_.size(); }
+    // Names of the commands that undo() takes back and redo() repeats; empty when there is none.
+    const std::string& undo_name() const;
+    const std::string& redo_name() const;
+    // Put the project back one command, or forward again. View and results stay; what is derived
+    // from the model is emptied.
+    void undo(Project& project);
+    void redo(Project& project);
+    // Puts the project back to the present: what was changed since the last commit is lost.
+    void restore(Project& project) const;
+
+    // Whether the present is what mark_saved was told of.
+    void mark_saved();
+    // Nothing that the history holds is in a file.
+    void mark_unsaved();
+    bool is_saved() const;
+
+    // Bytes that all steps hold together.
+    std::size_t bytes() const;
+
+  private:
+    using Block = std::shared_ptr<const std::vector<unsigned char>>;
+    struct Step {
+        std::string name;
+        std::vector<Block> blocks;
+    };
+    static std::vector<Block> blocks_of(const Project& project, const std::vector<Block>& earlier);
+
+    std::deque<Step> steps_;
+    std::size_t at_ = 0;
+    std::vector<Block> saved_;
+};
+
+} // namespace kigumi

@@ -1,0 +1,43 @@
+// What all windows of the running program work on.
+#pragma once
+
+#include "project/project.h"
+#include "ui/kit/document.h"
+
+#include <array>
+
+namespace kigumi {
+
+// One run of the program. Lives longer than every window.
+struct Session {
+    Project project;
+    Document document;
+    std::array<float, 3> last_entered{}; // what the node dialog of a sketch stored last, cm
+};
+
+// The parts of a session under the names that the core's functions give them; base of the windows.
+class Desk {
+  public:
+    explicit Desk(Session& of)
+        : session_(of), model(of.project.model), param(of.project.param), view(of.project.view),
+          result(of.project.result), solids(of.project.solids), perspective(of.project.perspective),
+          sketch_places(of.project.sketch_places), lettering(of.project.lettering),
+          solver_seams(of.project.solver_seams), work_dir(of.project.work_dir),
+          document(of.document) {}
+
+  protected:
+    Session& session_; // for the windows that this one opens
+    Model& model;
+    Param& param;
+    View& view;
+    Result& result;
+    Solids& solids;
+    PerspectiveLines& perspective;
+    SketchPlaces& sketch_places;
+    Lettering& lettering;
+    SolverSeams& solver_seams;
+    fs::path& work_dir;
+    Document& document;
+};
+
+} // namespace kigumi
