@@ -1,7 +1,7 @@
 // What all windows of the running program work on.
 #pragma once
 
-#include "project/project.h"
+#include "project/gate.h"
 #include "ui/kit/document.h"
 
 #include <array>
@@ -10,7 +10,8 @@ namespace kigumi {
 
 // One run of the program. Lives longer than every window.
 struct Session {
-    Project project;
+    Work work;
+    Project& project = work.project;
     Document document;
     std::array<float, 3> last_entered{}; // what the node dialog of a sketch stored last, cm
 };
