@@ -53,12 +53,16 @@ void print_summary(std::ostream& out, const Model& model, const Solution& soluti
                        solution.repeated_members);
     if (model.N_Load == 0)
         out << "注意: 荷重がありません\n";
-    for (const std::string& warning : solution.warnings)
-        out << "警告 (WARNING): " << warning << "\n";
+    for (const Note& note : solution.notes)
+        out << "警告 (WARNING): " << note.text << "\n";
     print_resultant(out, "荷重の合計", solution.loads);
     print_resultant(out, "反力の合計", solution.reactions);
     out << text_of("釣合いの残差 %.1e  荷重と反力の差 %.1e (荷重に対する比)\n", solution.residual,
                    solution.imbalance);
+    const auto& bound = solution.certainty.bound;
+    out << text_of("条件数の推定 %.1e  誤差の限界: 変位 %.1e 回転 %.1e 力 %.1e モーメント %.1e "
+                   "(それぞれの最大値に対する比)\n",
+                   solution.certainty.condition, bound[0], bound[1], bound[2], bound[3]);
 }
 
 void print_parts(std::ostream& out, const Model& model) {

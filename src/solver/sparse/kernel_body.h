@@ -244,10 +244,106 @@ void subtract_transposed(const double* a, size_t lda, size_t rows, size_t column
     }
 }
 
+// The numbers of one row of a block of vectors.
+#if KERNEL_LANES > 1
+typedef double Row __attribute__((vector_size(Kernels::block * sizeof(double)),
+                                  aligned(sizeof(double)), may_alias));
+#else
+struct Row {
+    double part[Kernels::block];
+};
+inline Row operator*(const Row& a, double b) {
+    Row c;
+    for (size_t k = 0; k < Kernels::block; k++)
+        c.part[k] = a.part[k] * b;
+    return c;
+}
+inline Row& operator+=(Row& a, const Row& b) {
+    for (size_t k = 0; k < Kernels::block; k++)
+        a.part[k] += b.part[k];
+    return a;
+}
+inline Row& operator-=(Row& a, const Row& b) {
+    for (size_t k = 0; k < Kernels::block; k++)
+        a.part[k] -= b.part[k];
+    return a;
+}
+#endif
+
+constexpr size_t row_group = 4; // taken together
+
+void subtract_multiples(const double* a, size_t lda, size_t rows, size_t columns, const double* x,
+                        double* y) {
+    const Row* from = reinterpret_cast<const Row*>(x);
+    Row* to = reinterpret_cast<Row*>(y);
+    for (size_t i = 0; i < rows; i += row_group) {
+        const size_t count = smaller(row_group, rows - i);
+        Row sum[row_group] = {};
+        if (count == row_group)
+            for (size_t j = 0; j < columns; j++)
+                for (size_t k = 0; k < row_group; k++)
+                    sum[k] += from[j] * a[j * lda + i + k];
+        else
+            for (size_t j = 0; j < columns; j++)
+                for (size_t k = 0; k < count; k++)
+                    sum[k] += from[j] * a[j * lda + i + k];
+        for (size_t k = 0; k < count; k++)
+            to[i + k] -= sum[k];
+    }
+}
+
+void subtract_transposeds(const double* a, size_t lda, size_t rows, size_t columns, const double* y,
+                          double* x) {
+    const Row* from = reinterpret_cast<const Row*>(y);
+    Row* to = reinterpret_cast<Row*>(x);
+    for (size_t j = 0; j < columns; j += row_group, a += row_group * lda) {
+        const size_t count = smaller(row_group, columns - j);
+        Row sum[row_group] = {};
+        if (count == row_group)
+            for (size_t i = 0; i < rows; i++)
+                for (size_t k = 0; k < row_group; k++)
+                    sum[k] += from[i] * a[k * lda + i];
+        else
+            for (size_t i = 0; i < rows; i++)
+                for (size_t k = 0; k < count; k++)
+                    sum[k] += from[i] * a[k * lda + i];
+        for (size_t k = 0; k < count; k++)
+            to[j + k] -= sum[k];
+    }
+}
+
+void solve_triangles(const double* l, size_t ldl, size_t n, double* x) {
+    Row* to = reinterpret_cast<Row*>(x);
+    for (size_t j = 0; j < n; j++, l += ldl) {
+        const Row value = to[j] * (1.0 / l[j]);
+        to[j] = value;
+        for (size_t i = j + 1; i < n; i++)
+            to[i] -= value * l[i];
+    }
+}
+
+void solve_transposed_triangles(const double* l, size_t ldl, size_t n, double* x) {
+    Row* to = reinterpret_cast<Row*>(x);
+    for (size_t j = n; j-- > 0;) {
+        Row value = to[j];
+        for (size_t i = j + 1; i < n; i++)
+            value -= to[i] * l[j * ldl + i];
+        to[j] = value * (1.0 / l[j * ldl + j]);
+    }
+}
+
 } // namespace
 
 extern const Kernels KERNEL_NAME;
-const Kernels KERNEL_NAME = {tile_rows,  subtract_product,  factor,
-                             solve_rows, subtract_multiple, subtract_transposed};
+const Kernels KERNEL_NAME = {tile_rows,
+                             subtract_product,
+                             factor,
+                             solve_rows,
+                             subtract_multiple,
+                             subtract_transposed,
+                             subtract_multiples,
+                             subtract_transposeds,
+                             solve_triangles,
+                             solve_transposed_triangles};
 
 } // namespace frameslv
