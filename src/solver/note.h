@@ -18,5 +18,11 @@ struct Note {
 
 using Notes = std::vector<Note>;
 
+// The note as a line of the console, without its end: "注意: " and "警告 (WARNING): " before the
+// weighty ones.
+std::string console_line(const Note& note);
+
+// The text of frameslv.not: a note a line, its key, a blank and its sentence, CR LF.
+std::string notes_text(const Notes& notes);
 
 } // namespace frameslv

@@ -31,6 +31,8 @@ class System {
     // S of each: one by the root of the diagonal.
     const std::vector<double>& scale() const { return scale_; }
     size_t size() const { return unknowns_.size(); }
+    const Model& model() const { return model_; }
+    size_t nodes() const { return vertex_.size(); }
     // Mean length of the members: sets moments against forces.
     double arm() const { return arm_; }
     size_t repeated_members() const { return repeated_; }
