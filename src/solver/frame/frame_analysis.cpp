@@ -27,7 +27,7 @@ constexpr size_t width = frameslv::Kernels::block;
 constexpr double smallest_pivot = 1e-12; // of the diagonal: below it is rounding
 constexpr double stiffness_norm = 12.0;  // see precise/secure.h
 constexpr double doubtful_condition = 1e12;
-constexpr double refined_residual = 1e-12; // by the largest load
+constexpr double refined_residual = 1e-10; // by the largest load
 constexpr double doubtful_residual = 1e-9;
 constexpr int most_refinements = 4;
 
@@ -65,9 +65,11 @@ class Solver {
     Vectors load_of(const LoadVector& load, Response& response) const;
     void solve(size_t first, size_t count);
     Vectors unbalanced(const Vectors& load, const Vectors& moved,
-                       std::vector<EndForces>* ends) const;
+                       std::vector<EndForces>& ends) const;
+    double residual(const Vectors& left, double scale) const;
     void add_corrections(const std::vector<Vectors>& forces, std::vector<Vectors>& moved);
-    void finish(const Vectors& load, const Vectors& moved, Response& response);
+    void finish(const Vectors& load, const Vectors& moved, const Vectors& left,
+                const std::vector<EndForces>& ends, Response& response);
     double relative(const Vector6& force, double scale) const;
 
     const Frame& frame_;
@@ -248,12 +250,8 @@ void Solver::estimate_condition() {
 
 void Solver::add_held(size_t member, const EndForces& forces, Vectors& held,
                       Response& response) const {
-    frameslv::Element turned;
-    turned.axes = members_[member].axes;
-    Vector6 i = Vector6::Zero(), j = Vector6::Zero();
-    frameslv::add_to_nodes(turned, forces, i, j);
-    held[frame_.members[member].i] -= i;
-    held[frame_.members[member].j] -= j;
+    add_to_nodes(members_[member], forces, -1.0, held[frame_.members[member].i],
+                 held[frame_.members[member].j]);
     auto& ends = response.end_force[member];
     ends[0] = six_of(vector_of(ends[0]) + forces.i);
     ends[1] = six_of(vector_of(ends[1]) + forces.j);
@@ -277,19 +275,12 @@ Vectors Solver::load_of(const LoadVector& load, Response& response) const {
 }
 
 Vectors Solver::unbalanced(const Vectors& load, const Vectors& moved,
-                           std::vector<EndForces>* ends) const {
+                           std::vector<EndForces>& ends) const {
     Vectors left = load;
     for (size_t i = 0; i < members_.size(); i++) {
         const Member& member = frame_.members[i];
-        const EndForces forces = forces_of(members_[i], moved[member.i], moved[member.j]);
-        frameslv::Element turned;
-        turned.axes = members_[i].axes;
-        Vector6 at_i = Vector6::Zero(), at_j = Vector6::Zero();
-        frameslv::add_to_nodes(turned, forces, at_i, at_j);
-        left[member.i] -= at_i;
-        left[member.j] -= at_j;
-        if (ends != nullptr)
-            (*ends)[i] = forces;
+        ends[i] = forces_of(members_[i], moved[member.i], moved[member.j]);
+        add_to_nodes(members_[i], ends[i], -1.0, left[member.i], left[member.j]);
     }
     for (const size_t node : sprung_)
         for (size_t k = 0; k < dof_count; k++)
@@ -318,9 +309,19 @@ double Solver::relative(const Vector6& force, double scale) const {
            scale;
 }
 
+double Solver::residual(const Vectors& left, double scale) const {
+    double worst = 0.0;
+    for (const Unknown& unknown : unknowns_) {
+        const double one = std::abs(left[unknown.node](static_cast<Eigen::Index>(unknown.dof)));
+        worst = std::max(worst, unknown.dof < 3 ? one : one / arm_);
+    }
+    return worst / scale;
+}
+
 void Solver::solve(size_t first, size_t count) {
     std::vector<Vectors> load(count), left(count);
     std::vector<Vectors> moved(count, Vectors(frame_.nodes.size(), Vector6::Zero()));
+    std::vector<std::vector<EndForces>> ends(count, std::vector<EndForces>(members_.size()));
     std::vector<double> scale(count, 0.0);
     for (size_t c = 0; c < count; c++) {
         left[c] = load[c] = load_of(loads_[first + c], analysis_.responses[first + c]);
@@ -329,32 +330,25 @@ void Solver::solve(size_t first, size_t count) {
         scale[c] = scale[c] > 0.0 ? scale[c] : 1.0;
     }
     double before = std::numeric_limits<double>::infinity();
-    for (int round = 0; round <= most_refinements && !unknowns_.empty(); round++) {
-        add_corrections(left, moved);
+    for (int round = 0; round <= most_refinements; round++) {
+        if (!unknowns_.empty())
+            add_corrections(left, moved);
         double most = 0.0;
         for (size_t c = 0; c < count; c++) {
-            left[c] = unbalanced(load[c], moved[c], nullptr);
-            double worst = 0.0;
-            for (const Unknown& unknown : unknowns_) {
-                Vector6 one = Vector6::Zero();
-                const auto dof = static_cast<Eigen::Index>(unknown.dof);
-                one(dof) = left[c][unknown.node](dof);
-                worst = std::max(worst, relative(one, scale[c]));
-            }
-            analysis_.responses[first + c].residual = worst;
-            most = std::max(most, worst);
+            left[c] = unbalanced(load[c], moved[c], ends[c]);
+            analysis_.responses[first + c].residual = residual(left[c], scale[c]);
+            most = std::max(most, analysis_.responses[first + c].residual);
         }
         if (most <= refined_residual || !(most < 0.5 * before))
             break;
         before = most;
     }
     for (size_t c = 0; c < count; c++)
-        finish(load[c], moved[c], analysis_.responses[first + c]);
+        finish(load[c], moved[c], left[c], ends[c], analysis_.responses[first + c]);
 }
 
-void Solver::finish(const Vectors& load, const Vectors& moved, Response& response) {
-    std::vector<EndForces> ends(members_.size());
-    const Vectors left = unbalanced(load, moved, &ends);
+void Solver::finish(const Vectors& load, const Vectors& moved, const Vectors& left,
+                    const std::vector<EndForces>& ends, Response& response) {
     for (size_t i = 0; i < ends.size(); i++) {
         response.end_force[i][0] = six_of(vector_of(response.end_force[i][0]) + ends[i].i);
         response.end_force[i][1] = six_of(vector_of(response.end_force[i][1]) + ends[i].j);

@@ -131,16 +131,23 @@ EndForces forces_of(const Jointed& member, const Vector6& moved_i, const Vector6
     return forces;
 }
 
+void add_to_nodes(const Jointed& member, const EndForces& forces, double sign, Vector6& at_i,
+                  Vector6& at_j) {
+    const Eigen::Matrix3d to_global = sign * member.axes.transpose();
+    at_i.head<3>() += to_global * forces.i.head<3>();
+    at_i.tail<3>() += to_global * forces.i.tail<3>();
+    at_j.head<3>() += to_global * forces.j.head<3>();
+    at_j.tail<3>() += to_global * forces.j.tail<3>();
+}
+
 frameslv::StiffnessBlocks blocks_of(const Jointed& member) {
     frameslv::StiffnessBlocks blocks;
-    frameslv::Element turned;
-    turned.axes = member.axes;
     const Vector6 none = Vector6::Zero();
     for (Eigen::Index dof = 0; dof < 6; dof++) {
         const Vector6 unit = Vector6::Unit(dof);
         Vector6 ii = none, ji = none, ij = none, jj = none;
-        frameslv::add_to_nodes(turned, forces_of(member, unit, none), ii, ji);
-        frameslv::add_to_nodes(turned, forces_of(member, none, unit), ij, jj);
+        add_to_nodes(member, forces_of(member, unit, none), 1.0, ii, ji);
+        add_to_nodes(member, forces_of(member, none, unit), 1.0, ij, jj);
         blocks.ii.col(dof) = ii;
         blocks.ij.col(dof) = ij;
         blocks.jj.col(dof) = jj;

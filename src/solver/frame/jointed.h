@@ -40,6 +40,10 @@ frameslv::StiffnessBlocks blocks_of(const Jointed& member);
 frameslv::EndForces forces_of(const Jointed& member, const frameslv::Vector6& moved_i,
                               const frameslv::Vector6& moved_j);
 
+// Adds `sign` times the end forces, turned into global axes.
+void add_to_nodes(const Jointed& member, const frameslv::EndForces& forces, double sign,
+                  frameslv::Vector6& at_i, frameslv::Vector6& at_j);
+
 // The same with both nodes held, under a load.
 frameslv::EndForces held_forces(const Jointed& member, const MemberLoad& load);
 frameslv::EndForces held_forces_uniform(const Jointed& member, const Eigen::Vector3d& local);

@@ -270,46 +270,54 @@ inline Row& operator-=(Row& a, const Row& b) {
 }
 #endif
 
-constexpr size_t row_group = 4; // taken together
+// `group` rows, or columns, together: enough sums at a time to keep the processor busy.
+template <size_t group>
+inline void multiples_group(const double* a, size_t lda, size_t columns, const Row* x, Row* y) {
+    Row sum[group] = {};
+    for (size_t j = 0; j < columns; j++)
+        for (size_t k = 0; k < group; k++)
+            sum[k] += x[j] * a[j * lda + k];
+    for (size_t k = 0; k < group; k++)
+        y[k] -= sum[k];
+}
+
+template <size_t group>
+inline void transposeds_group(const double* a, size_t lda, size_t rows, const Row* y, Row* x) {
+    Row sum[group] = {};
+    for (size_t i = 0; i < rows; i++)
+        for (size_t k = 0; k < group; k++)
+            sum[k] += y[i] * a[k * lda + i];
+    for (size_t k = 0; k < group; k++)
+        x[k] -= sum[k];
+}
+
+constexpr size_t large_group = 8;
+constexpr size_t small_group = 4;
 
 void subtract_multiples(const double* a, size_t lda, size_t rows, size_t columns, const double* x,
                         double* y) {
     const Row* from = reinterpret_cast<const Row*>(x);
     Row* to = reinterpret_cast<Row*>(y);
-    for (size_t i = 0; i < rows; i += row_group) {
-        const size_t count = smaller(row_group, rows - i);
-        Row sum[row_group] = {};
-        if (count == row_group)
-            for (size_t j = 0; j < columns; j++)
-                for (size_t k = 0; k < row_group; k++)
-                    sum[k] += from[j] * a[j * lda + i + k];
-        else
-            for (size_t j = 0; j < columns; j++)
-                for (size_t k = 0; k < count; k++)
-                    sum[k] += from[j] * a[j * lda + i + k];
-        for (size_t k = 0; k < count; k++)
-            to[i + k] -= sum[k];
-    }
+    size_t i = 0;
+    for (; i + large_group <= rows; i += large_group)
+        multiples_group<large_group>(a + i, lda, columns, from, to + i);
+    for (; i + small_group <= rows; i += small_group)
+        multiples_group<small_group>(a + i, lda, columns, from, to + i);
+    for (; i < rows; i++)
+        multiples_group<1>(a + i, lda, columns, from, to + i);
 }
 
 void subtract_transposeds(const double* a, size_t lda, size_t rows, size_t columns, const double* y,
                           double* x) {
     const Row* from = reinterpret_cast<const Row*>(y);
     Row* to = reinterpret_cast<Row*>(x);
-    for (size_t j = 0; j < columns; j += row_group, a += row_group * lda) {
-        const size_t count = smaller(row_group, columns - j);
-        Row sum[row_group] = {};
-        if (count == row_group)
-            for (size_t i = 0; i < rows; i++)
-                for (size_t k = 0; k < row_group; k++)
-                    sum[k] += from[i] * a[k * lda + i];
-        else
-            for (size_t i = 0; i < rows; i++)
-                for (size_t k = 0; k < count; k++)
-                    sum[k] += from[i] * a[k * lda + i];
-        for (size_t k = 0; k < count; k++)
-            to[j + k] -= sum[k];
-    }
+    size_t j = 0;
+    for (; j + large_group <= columns; j += large_group)
+        transposeds_group<large_group>(a + j * lda, lda, rows, from, to + j);
+    for (; j + small_group <= columns; j += small_group)
+        transposeds_group<small_group>(a + j * lda, lda, rows, from, to + j);
+    for (; j < columns; j++)
+        transposeds_group<1>(a + j * lda, lda, rows, from, to + j);
 }
 
 void solve_triangles(const double* l, size_t ldl, size_t n, double* x) {
