@@ -73,6 +73,9 @@ Fault check_member_values(const Model& model, int no) {
         return model_fault(
             text_of("材料 %d のポアソン比 %g は -1 より大きく 0.5 以下の値ではありません (%s)",
                     member.mat, material.poisson, member_label(model, no).c_str()));
+    if (!(material.density >= 0.0))
+        return model_fault(text_of("材料 %d の密度 %g が負です (%s)", member.mat, material.density,
+                                   member_label(model, no).c_str()));
     return {};
 }
 

@@ -14,8 +14,9 @@ void snap_to_levels(Model& model);
 
 // Refuses a frame that cannot be computed, naming the node or member: no nodes or members, unknown
 // node, section or material numbers, section or material values of a used section or material that
-// are not positive, a coordinate or level beyond single precision, a Poisson's ratio outside (-1,
-// 0.5], zero length, a load too large, a node without members (harmless when wholly held).
+// are not positive, a negative density, a coordinate or level beyond single precision, a Poisson's
+// ratio outside (-1, 0.5], zero length, a load too large, a node without members (harmless when
+// wholly held).
 Fault check_model(const Model& model);
 
 // Refuses a frame that is not held: no support at all, a connected part without support, or a part

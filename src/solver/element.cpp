@@ -11,14 +11,23 @@ namespace {
 // single precision carry seven digits.
 constexpr double vertical_run = 1e-6;
 
+Eigen::Vector3d direction(const Point& at_i, const Point& at_j) {
+    return Eigen::Vector3d(at_j.x - at_i.x, at_j.y - at_i.y, at_j.z - at_i.z).stableNormalized();
+}
+
 } // namespace
 
+bool is_vertical(const Point& at_i, const Point& at_j) {
+    const Eigen::Vector3d x = direction(at_i, at_j);
+    return std::hypot(x.x(), x.y()) <= vertical_run;
+}
+
 Eigen::Matrix3d local_axes(const Point& at_i, const Point& at_j, double angle) {
-    const Eigen::Vector3d run(at_j.x - at_i.x, at_j.y - at_i.y, at_j.z - at_i.z);
-    const Eigen::Vector3d x = run.stableNormalized();
-    const bool vertical = std::hypot(x.x(), x.y()) <= vertical_run;
-    const Eigen::Vector3d level = vertical ? Eigen::Vector3d::UnitY().eval()
-                                           : Eigen::Vector3d(-x.y(), x.x(), 0.0).normalized();
+    const Eigen::Vector3d x = direction(at_i, at_j);
+    const Eigen::Vector3d across = Eigen::Vector3d::UnitY() - x.y() * x;
+    const Eigen::Vector3d level = is_vertical(at_i, at_j)
+                                      ? across.normalized()
+                                      : Eigen::Vector3d(-x.y(), x.x(), 0.0).normalized();
     const Eigen::Vector3d up = x.cross(level);
     const double turn = std::fmod(angle, 360.0) * (std::numbers::pi / 180.0);
     Eigen::Matrix3d axes;
@@ -36,6 +45,7 @@ Element make_element(const Model& model, int no) {
     const Material& material = model.material[index_of(member.mat)];
     Element element;
     element.axes = local_axes(at_i, at_j, member.angle);
+    element.vertical = is_vertical(at_i, at_j);
     element.length = distance(at_i, at_j);
     element.axial = material.E * section.A / element.length;
     element.torsion = material.G() * section.J / element.length;

@@ -1,10 +1,10 @@
 // The straight Euler-Bernoulli member with twelve unknowns.
 //
 // Local axes: x from I to J, y horizontal, z = x times y upward; for a vertical member y is global
-// Y. The section angle turns y and z about x by the right-hand rule. Iy resists bending about y (in
-// the vertical plane), Iz bending about z. Unknowns of an end: u v w along x y z, then the
-// rotations about x y z. Stiffness: J. S. Przemieniecki, Theory of Matrix Structural Analysis
-// (1968), section 5.6, without shear deformation.
+// Y, or what is across the member of it. The section angle turns y and z about x by the right-hand
+// rule. Iy resists bending about y (in the vertical plane), Iz bending about z. Unknowns of an end:
+// u v w along x y z, then the rotations about x y z. Stiffness: J. S. Przemieniecki, Theory of
+// Matrix Structural Analysis (1968), section 5.6, without shear deformation.
 #pragma once
 
 #include "solver/model.h"
@@ -20,6 +20,7 @@ using Vector6 = Eigen::Matrix<double, 6, 1>;
 // A member ready for computing.
 struct Element {
     Eigen::Matrix3d axes; // rows: local x, y, z in global components
+    bool vertical = false;
     double length = 0.0;
     double axial = 0.0;     // E A / L
     double torsion = 0.0;   // G J / L
@@ -50,6 +51,9 @@ struct StiffnessBlocks {
     Matrix6 ij;
     Matrix6 jj;
 };
+
+// Whether y of a member between these places, which must differ, is global Y.
+bool is_vertical(const Point& at_i, const Point& at_j);
 
 // `at_i` and `at_j` must differ; `angle` is in degrees.
 Eigen::Matrix3d local_axes(const Point& at_i, const Point& at_j, double angle);

@@ -4,9 +4,35 @@
 #include <cstdarg>
 #include <cstdio>
 
+#if !defined(_WIN32)
+#include <locale.h>
+#endif
+
 namespace frameslv {
 
+namespace {
+
+// Numbers have a decimal point, whatever locale the process has set.
+class PlainNumbers {
+#if !defined(_WIN32)
+  public:
+    PlainNumbers() : plain_(newlocale(LC_NUMERIC_MASK, "C", nullptr)), before_(uselocale(plain_)) {}
+    ~PlainNumbers() {
+        uselocale(before_);
+        freelocale(plain_);
+    }
+    PlainNumbers(const PlainNumbers&) = delete;
+    PlainNumbers& operator=(const PlainNumbers&) = delete;
+
+  private:
+    locale_t plain_, before_;
+#endif
+};
+
+} // namespace
+
 std::string text_of(const char* format, ...) {
+    [[maybe_unused]] const PlainNumbers plain;
     std::va_list args;
     std::va_list again;
     va_start(args, format);

@@ -24,14 +24,18 @@ constexpr Index vectors_a_pair = 20;
 
 class BandLanczos {
   public:
-    BandLanczos(Index n, int count, const std::function<VectorXd(const VectorXd&)>& apply)
-        : count_(count), most_(std::min(n, first_vectors + vectors_a_pair * count)), apply_(apply),
-          basis_(n, std::min(n, 2 * band)), projected_(MatrixXd::Zero(most_ + band, most_)) {
+    BandLanczos(Index n, int count, const MatrixXd& known, double least,
+                const std::function<VectorXd(const VectorXd&)>& apply)
+        : count_(count), most_(std::min(n, first_vectors + vectors_a_pair * count)), known_(known),
+          least_(least), apply_(apply), basis_(n, std::min(n, 2 * band)),
+          projected_(MatrixXd::Zero(most_ + band, most_)) {
         start(n);
     }
 
     EigenPairs run() {
         EigenPairs pairs;
+        pairs.vectors.resize(basis_.rows(), 0);
+        pairs.converged = size_ == 0; // nothing is left beside what is known
         while (applied_ < size_ && applied_ < most_) {
             step();
             const bool last = applied_ == size_ || applied_ == most_;
@@ -54,6 +58,8 @@ class BandLanczos {
 
     Index count_;
     Index most_;
+    const MatrixXd& known_;
+    double least_;
     const std::function<VectorXd(const VectorXd&)>& apply_;
     MatrixXd basis_;
     MatrixXd projected_; // basis^T C basis for the vectors applied so far
@@ -65,6 +71,8 @@ VectorXd BandLanczos::orthogonalise(VectorXd& v) const {
     const auto basis = basis_.leftCols(size_);
     VectorXd along = VectorXd::Zero(size_);
     for (int twice = 0; twice < 2; twice++) { // W. Kahan: twice is enough
+        if (known_.cols() > 0)
+            v -= known_ * (known_.transpose() * v);
         const VectorXd part = basis.transpose() * v;
         v -= basis * part;
         along += part;
@@ -110,9 +118,9 @@ EigenPairs BandLanczos::pairs_now() const {
     EigenPairs pairs;
     pairs.converged = true;
     Index found = 0;
-    const double largest = solver.eigenvalues().cwiseAbs().maxCoeff();
+    const double least = std::max(least_, least_new * solver.eigenvalues().cwiseAbs().maxCoeff());
     while (found < std::min(count_, applied_) &&
-           solver.eigenvalues()(applied_ - 1 - found) > least_new * largest) {
+           solver.eigenvalues()(applied_ - 1 - found) > least) {
         const Index at = applied_ - 1 - found++;
         const VectorXd beyond = projected_.block(applied_, 0, size_ - applied_, applied_) *
                                 solver.eigenvectors().col(at);
@@ -129,9 +137,9 @@ EigenPairs BandLanczos::pairs_now() const {
 
 } // namespace
 
-EigenPairs largest_eigenpairs(Index n, int count,
+EigenPairs largest_eigenpairs(Index n, int count, const MatrixXd& known, double least,
                               const std::function<VectorXd(const VectorXd&)>& apply) {
-    return BandLanczos(n, count, apply).run();
+    return BandLanczos(n, count, known, least, apply).run();
 }
 
 } // namespace frameslv

@@ -1,5 +1,7 @@
 #include "solver/options.h"
+#include "solver/output.h"
 #include "solver/run.h"
+#include "solver/signals.h"
 #include "solver/start.h"
 
 #include <iostream>
@@ -16,7 +18,9 @@ int main(int count, char** arguments) {
         std::cout << frameslv::help_text();
     else if (options.version)
         std::cout << "frameslv " FRAMESLV_VERSION "\n";
-    else
+    else {
+        frameslv::remove_when_ended(frameslv::temporary_names());
         return frameslv::run(".", options.settings, std::cout, std::cerr);
+    }
     return 0;
 }

@@ -14,18 +14,24 @@ struct Mode {
     NodeVectors shape;
 };
 
+struct ModeSet {
+    std::vector<Mode> modes; // ascending
+    bool proven = false;     // a Sturm count has shown that none below the last is missing
+};
+
 // The lowest natural modes of K u = w^2 M u, ascending; K is the stiffness that `system` holds
 // (with second order, that of the loaded frame). Mass is density x A / gravity along the members:
 // consistent after Przemieniecki, sections 11.2 to 11.4, without the rotary inertia of bending, or
-// half of it at either end, with its inertia against twist. Fewer modes than asked for come back
-// where the frame has no more.
+// half of it at either end, with its inertia against twist. Repeated ones come as often as they
+// are. Fewer modes than asked for come back where the frame has no more.
 Fault natural_modes(const Model& model, const Settings& settings, const System& system,
-                    std::vector<Mode>& modes);
+                    ModeSet& set);
 
 // The lowest positive load factors at which the frame under its axial forces buckles,
 // K u = -factor x Kg u with the geometric stiffness Kg of Element::tension. A member bends as one
-// cubic between its nodes: a column should be divided in two or more.
+// cubic between its nodes: a column should be divided in two or more. Axial forces that are not
+// above their error count as none; without any there are no modes.
 Fault buckling_modes(const Settings& settings, const System& system, const Solution& solution,
-                     std::vector<Mode>& modes);
+                     ModeSet& set);
 
 } // namespace frameslv

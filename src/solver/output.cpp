@@ -1,6 +1,7 @@
 #include "solver/output.h"
 
 #include "solver/digits.h"
+#include "solver/signals.h"
 
 #include <array>
 #include <cfloat>
@@ -169,14 +170,16 @@ struct ResultFile {
     const char* name;
     const char* temporary;
 };
-constexpr ResultFile result_files[] = {{"frameslv.zlv", "frameslv.zl~"},
-                                       {"frameslv.lst", "frameslv.ls~"},
-                                       {"frameslv.dsp", "frameslv.ds~"},
-                                       {"frameslv.mod", "frameslv.mo~"},
-                                       {"frameslv.buc", "frameslv.bu~"}};
+constexpr ResultFile result_files[] = {
+    {"frameslv.zlv", "frameslv.zl~"}, {"frameslv.lst", "frameslv.ls~"},
+    {"frameslv.dsp", "frameslv.ds~"}, {"frameslv.mod", "frameslv.mo~"},
+    {"frameslv.buc", "frameslv.bu~"}, {"frameslv.not", "frameslv.no~"}};
 constexpr const char* error_file = "frameslv.err";
 
+// A link of that name is replaced, not followed.
 bool write_file(const fs::path& path, std::string_view bytes) {
+    std::error_code ignored;
+    fs::remove(path, ignored);
     std::ofstream file(path, std::ios::binary | std::ios::trunc);
     file.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
     file.close();
@@ -187,12 +190,10 @@ Fault write_fault(const char* name) {
     return {Exit::no_output, text_of("%s を書けません", name)};
 }
 
-void remove_result_files(const fs::path& folder) {
+void remove_temporaries(const fs::path& folder) {
     std::error_code ignored;
-    for (const ResultFile& file : result_files) {
-        fs::remove(folder / file.name, ignored);
+    for (const ResultFile& file : result_files)
         fs::remove(folder / file.temporary, ignored);
-    }
 }
 
 } // namespace
@@ -252,36 +253,70 @@ std::string buckling_mode_text(const Model& model, const std::vector<Mode>& mode
     return mode_text(model, modes, [](double factor) { return std::array<double, 1>{factor}; });
 }
 
-Fault remove_old_results(const fs::path& folder) {
-    std::error_code error;
-    fs::remove(folder / error_file, error);
+const char* const* temporary_names() {
+    static constexpr const char* names[] = {result_files[0].temporary,
+                                            result_files[1].temporary,
+                                            result_files[2].temporary,
+                                            result_files[3].temporary,
+                                            result_files[4].temporary,
+                                            result_files[5].temporary,
+                                            nullptr};
+    static_assert(std::size(names) == std::size(result_files) + 1);
+    return names;
+}
+
+Fault remove_results(const fs::path& folder) {
+    const EndsWait wait;
+    remove_temporaries(folder);
+    Fault fault;
     for (const ResultFile& file : result_files) {
+        std::error_code error;
         fs::remove(folder / file.name, error);
         if (error)
-            return {Exit::no_output, text_of("前の結果 %s を消せません", file.name)};
+            fault = {Exit::no_output, text_of("前の結果 %s を消せません", file.name)};
     }
-    return {};
+    return fault;
 }
 
 Fault write_results(const fs::path& folder, const ResultTexts& texts) {
-    const std::string* bytes[] = {&texts.zlv, &texts.lst, &texts.dsp, &texts.mod, &texts.buc};
-    for (size_t i = 0; i < std::size(result_files); i++)
-        if (!bytes[i]->empty() && !write_file(folder / result_files[i].temporary, *bytes[i])) {
-            remove_result_files(folder);
-            return write_fault(result_files[i].name);
-        }
+    const std::string* bytes[] = {&texts.zlv, &texts.lst, &texts.dsp,
+                                  &texts.mod, &texts.buc, &texts.notes};
+    static_assert(std::size(bytes) == std::size(result_files));
+    std::error_code error;
     for (size_t i = 0; i < std::size(result_files); i++) {
         const ResultFile& file = result_files[i];
-        std::error_code error;
-        if (bytes[i]->empty())
-            continue;
-        fs::rename(folder / file.temporary, folder / file.name, error);
-        if (error) {
-            remove_result_files(folder);
+        if (fs::is_directory(folder / file.name, error) ||
+            (!bytes[i]->empty() && !write_file(folder / file.temporary, *bytes[i]))) {
+            remove_temporaries(folder);
             return write_fault(file.name);
         }
     }
+    const EndsWait wait;
+    for (size_t i = 0; i < std::size(result_files); i++) {
+        const ResultFile& file = result_files[i];
+        if (bytes[i]->empty())
+            fs::remove(folder / file.name, error);
+        else
+            fs::rename(folder / file.temporary, folder / file.name, error);
+        if (error) {
+            remove_results(folder);
+            return write_fault(file.name);
+        }
+    }
+    fs::remove(folder / error_file, error);
     return {};
+}
+
+Fault write_notes(const fs::path& folder, const Notes& notes) {
+    const ResultFile& file = result_files[std::size(result_files) - 1];
+    std::error_code error;
+    const bool written = write_file(folder / file.temporary, notes_text(notes));
+    if (written)
+        fs::rename(folder / file.temporary, folder / file.name, error);
+    if (written && !error)
+        return {};
+    remove_temporaries(folder);
+    return write_fault(file.name);
 }
 
 void write_error_file(const fs::path& folder, const std::string& text) {

@@ -20,6 +20,7 @@ struct ResultTexts {
     std::string dsp;
     std::string mod;
     std::string buc;
+    std::string notes; // of frameslv.not, UTF-8
 };
 
 // The names under which nodes go out. Readers split at blanks and compare the first nine bytes
@@ -47,12 +48,19 @@ void add_result_texts(const Model& model, const Solution& solution, ResultTexts&
 std::string natural_mode_text(const Model& model, const std::vector<Mode>& modes);
 std::string buckling_mode_text(const Model& model, const std::vector<Mode>& modes);
 
-// Removes the result files and the error file of an earlier run.
-Fault remove_old_results(const std::filesystem::path& folder);
+// Removes the result files of an earlier run, and what one that was ended has left half written.
+Fault remove_results(const std::filesystem::path& folder);
 
-// Writes the files under temporary names and renames them together; after a failure none of them is
-// left.
+// Writes the files under temporary names and renames them together; results of an earlier run and
+// frameslv.err go then. Where the writing fails, nothing of the new ones is left, and the earlier
+// ones stay.
 Fault write_results(const std::filesystem::path& folder, const ResultTexts& texts);
+
+// Writes frameslv.not alone, for a run without results.
+Fault write_notes(const std::filesystem::path& folder, const Notes& notes);
+
+// The temporary names; a null pointer is the last.
+const char* const* temporary_names();
 
 // Writes frameslv.err; a failure is passed over, as the text goes to standard error too.
 void write_error_file(const std::filesystem::path& folder, const std::string& text);

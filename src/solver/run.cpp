@@ -45,48 +45,99 @@ void print_resultant(std::ostream& out, const char* title, const Resultant& sum)
                    sum(1), sum(2), sum(3), sum(4), sum(5));
 }
 
-void print_summary(std::ostream& out, const Model& model, const Solution& solution) {
-    out << text_of("節点 %zu  部材 %zu  支点 %d  荷重 %d  未知数 %d\n", model.node.size(),
-                   model.member.size(), model.N_Fix, model.N_Load, solution.unknowns);
-    if (solution.repeated_members > 0)
-        out << text_of("注意: 同じ 2 節点を結ぶ部材が %zu 本重なっています\n",
-                       solution.repeated_members);
-    if (model.N_Load == 0)
-        out << "注意: 荷重がありません\n";
-    for (const std::string& warning : solution.warnings)
-        out << "警告 (WARNING): " << warning << "\n";
-    print_resultant(out, "荷重の合計", solution.loads);
-    print_resultant(out, "反力の合計", solution.reactions);
-    out << text_of("釣合いの残差 %.1e  荷重と反力の差 %.1e (荷重に対する比)\n", solution.residual,
-                   solution.imbalance);
+// What a run says goes to the console and into its notes.
+class Teller {
+  public:
+    Teller(std::ostream& out, Notes& notes) : out_(out), notes_(notes) {}
+
+    void tell(Note::Weight weight, const char* key, const std::string& text) {
+        tell({weight, key, text});
+    }
+    void tell(const Note& note) {
+        out_ << console_line(note) << "\n";
+        notes_.push_back(note);
+    }
+    std::ostream& out() { return out_; }
+
+  private:
+    std::ostream& out_;
+    Notes& notes_;
+};
+
+constexpr auto fact = Note::Weight::fact;
+constexpr auto notice = Note::Weight::notice;
+constexpr auto warning = Note::Weight::warning;
+
+void tell_options(const Settings& settings, Teller& teller) {
+    if (settings.self_weight)
+        teller.tell(fact, "self-weight", "部材の自重を加えました (--self-weight)");
+    if (settings.p_delta)
+        teller.tell(fact, "second-order", "軸力による 2 次の効果を加えました (--p-delta)");
+    if (settings.modes > 0)
+        teller.tell(fact, "mass",
+                    text_of("固有振動の質量は%s、重力加速度は %g です (--modal)",
+                            settings.mass == MassKind::lumped ? "集中質量" : "整合質量",
+                            settings.gravity));
 }
 
-void print_parts(std::ostream& out, const Model& model) {
+void tell_certainty(const Certainty& certainty, Teller& teller) {
+    const auto& bound = certainty.bound;
+    teller.tell(fact, "condition", text_of("条件数の推定 %.1e", certainty.condition));
+    teller.tell(fact, "bounds",
+                text_of("誤差の限界 (それぞれの最大値に対する比): 変位 %.1e 回転 %.1e 力 %.1e "
+                        "モーメント %.1e",
+                        bound[0], bound[1], bound[2], bound[3]));
+    if (certainty.mended)
+        teller.tell(fact, "mended", "約 32 桁の計算で解を補正しました");
+}
+
+void tell_summary(const Model& model, const Solution& solution, Teller& teller) {
+    teller.tell(fact, "counts",
+                text_of("節点 %zu  部材 %zu  支点 %d  荷重 %d  未知数 %d", model.node.size(),
+                        model.member.size(), model.N_Fix, model.N_Load, solution.unknowns));
+    if (solution.repeated_members > 0)
+        teller.tell(
+            notice, "repeated",
+            text_of("同じ 2 節点を結ぶ部材が %zu 本重なっています", solution.repeated_members));
+    if (model.N_Load == 0)
+        teller.tell(notice, "no-loads", "荷重がありません");
+    for (const Note& note : solution.notes)
+        teller.tell(note);
+    print_resultant(teller.out(), "荷重の合計", solution.loads);
+    print_resultant(teller.out(), "反力の合計", solution.reactions);
+    teller.tell(fact, "residual",
+                text_of("釣合いの残差 %.1e  荷重と反力の差 %.1e (荷重に対する比)",
+                        solution.residual, solution.imbalance));
+    tell_certainty(solution.certainty, teller);
+}
+
+void tell_parts(const Model& model, Teller& teller) {
     constexpr size_t most_named = 10;
     const std::vector<std::string> parts = part_labels(model);
     if (parts.size() < 2)
         return;
-    out << text_of("注意: 構造はつながっていない %zu つの部分からできています\n", parts.size());
+    teller.tell(notice, "parts",
+                text_of("構造はつながっていない %zu つの部分からできています", parts.size()));
     for (size_t i = 0; i < std::min(parts.size(), most_named); i++)
-        out << "  " << parts[i] << "\n";
+        teller.tell(fact, "part", parts[i]);
     if (parts.size() > most_named)
-        out << "  ほか\n";
+        teller.tell(fact, "part", "ほか");
 }
 
-Fault read_model(const fs::path& folder, std::ostream& out, Model& model) {
+Fault read_model(const fs::path& folder, Teller& teller, Model& model) {
     std::string text;
     if (Fault fault = read_text(folder, text))
         return fault;
     if (Fault fault = read_input(text, model))
         return fault;
     if (lacks_line_end(text))
-        out << text_of("警告 (WARNING): %s の最後の行に改行がありません\n", input_file);
+        teller.tell(warning, "unended", text_of("%s の最後の行に改行がありません", input_file));
     snap_to_levels(model);
     if (Fault fault = check_model(model))
         return fault;
     if (Fault fault = check_held(model))
         return fault;
-    print_parts(out, model);
+    tell_parts(model, teller);
     return {};
 }
 
@@ -101,39 +152,50 @@ void print_check(std::ostream& out, const Model& model, const System& system) {
     out << "入力に誤りはありません\n";
 }
 
+void tell_of_modes(const char* what, const ModeSet& set, int asked, Teller& teller) {
+    if (!set.proven)
+        teller.tell(warning, "modes-unproven",
+                    text_of("%sに見落としがないことを確かめられませんでした", what));
+    else if (!set.modes.empty())
+        teller.tell(fact, "modes",
+                    text_of("%s: 求めた数 %d、得た数 %zu、この間に見落としはありません", what,
+                            asked, set.modes.size()));
+}
+
 Fault find_modes(const Model& model, const Settings& settings, const System& system,
-                 const Solution& solution, std::ostream& out, ResultTexts& texts) {
-    std::vector<Mode> natural, buckling;
+                 const Solution& solution, Teller& teller, ResultTexts& texts) {
     if (settings.modes > 0) {
-        if (Fault fault = natural_modes(model, settings, system, natural))
+        ModeSet set;
+        if (Fault fault = natural_modes(model, settings, system, set))
             return fault;
-        for (size_t k = 0; k < natural.size(); k++)
-            out << text_of("固有振動 %zu: %.6g Hz\n", k + 1,
-                           natural[k].value / (2.0 * std::numbers::pi));
-        if (natural.empty())
-            out << "注意: 質量がありません (密度が 0 です)\n";
-        texts.mod = natural_mode_text(model, natural);
+        for (size_t k = 0; k < set.modes.size(); k++)
+            teller.out() << text_of("固有振動 %zu: %.6g Hz\n", k + 1,
+                                    set.modes[k].value / (2.0 * std::numbers::pi));
+        if (set.modes.empty())
+            teller.tell(notice, "no-mass", "質量がありません (密度が 0 です)");
+        texts.mod = natural_mode_text(model, set.modes);
+        tell_of_modes("固有振動", set, settings.modes, teller);
     }
     if (settings.buckling > 0) {
-        if (Fault fault = buckling_modes(settings, system, solution, buckling))
+        ModeSet set;
+        if (Fault fault = buckling_modes(settings, system, solution, set))
             return fault;
-        for (size_t k = 0; k < buckling.size(); k++)
-            out << text_of("座屈荷重係数 %zu: %.6g\n", k + 1, buckling[k].value);
-        if (buckling.empty())
-            out << "注意: この荷重では座屈しません\n";
-        texts.buc = buckling_mode_text(model, buckling);
+        for (size_t k = 0; k < set.modes.size(); k++)
+            teller.out() << text_of("座屈荷重係数 %zu: %.6g\n", k + 1, set.modes[k].value);
+        if (set.modes.empty())
+            teller.tell(notice, "no-buckling", "この荷重では座屈しません");
+        texts.buc = buckling_mode_text(model, set.modes);
+        tell_of_modes("座屈荷重係数", set, settings.buckling, teller);
     }
     return {};
 }
 
-Fault run_steps(const fs::path& folder, const Settings& settings, std::ostream& out) {
+Fault run_steps(const fs::path& folder, const Settings& settings, std::ostream& out, Notes& notes) {
     Model model;
     Solution solution;
     ResultTexts texts;
-    if (!settings.check)
-        if (Fault fault = remove_old_results(folder))
-            return fault;
-    if (Fault fault = read_model(folder, out, model))
+    Teller teller(out, notes);
+    if (Fault fault = read_model(folder, teller, model))
         return fault;
     System system(model, settings.threads);
     if (settings.check) {
@@ -142,20 +204,23 @@ Fault run_steps(const fs::path& folder, const Settings& settings, std::ostream& 
     }
     if (Fault fault = solve(model, settings, system, solution))
         return fault;
-    print_summary(out, model, solution);
+    tell_summary(model, solution, teller);
     if (settings.p_delta)
-        out << text_of("P-Δ 解析は %d 回で収束しました\n", solution.rounds);
-    if (Fault fault = find_modes(model, settings, system, solution, out, texts))
+        teller.tell(fact, "rounds", text_of("P-Δ 解析は %d 回で収束しました", solution.rounds));
+    tell_options(settings, teller);
+    if (Fault fault = find_modes(model, settings, system, solution, teller, texts))
         return fault;
     system.drop_factor();
     add_result_texts(model, solution, texts);
+    texts.notes = notes_text(notes);
     return write_results(folder, texts);
 }
 
 // The last stand against what a file of any size may do to the memory.
-Fault guarded_steps(const fs::path& folder, const Settings& settings, std::ostream& out) {
+Fault guarded_steps(const fs::path& folder, const Settings& settings, std::ostream& out,
+                    Notes& notes) {
     try {
-        return run_steps(folder, settings, out);
+        return run_steps(folder, settings, out, notes);
     } catch (const std::bad_alloc&) {
         return {Exit::no_memory, "メモリが足りません"};
     } catch (const std::length_error&) {
@@ -163,14 +228,47 @@ Fault guarded_steps(const fs::path& folder, const Settings& settings, std::ostre
     }
 }
 
+const char* key_of(Exit code) {
+    switch (code) {
+    case Exit::no_input:
+        return "no-input";
+    case Exit::bad_text:
+        return "bad-text";
+    case Exit::bad_model:
+        return "bad-model";
+    case Exit::mechanism:
+        return "mechanism";
+    case Exit::inexact:
+        return "inexact";
+    case Exit::no_memory:
+        return "no-memory";
+    case Exit::unstable:
+        return "unstable";
+    default:
+        return "refused";
+    }
+}
+
+// A run that could not write its results leaves those of an earlier one; any other fault says that
+// the frame has none.
+void leave_fault(const fs::path& folder, const Fault& fault, Notes& notes) {
+    if (fault.code != Exit::no_output) {
+        remove_results(folder);
+        notes.push_back({Note::Weight::warning, key_of(fault.code), fault.text});
+        write_notes(folder, notes);
+    }
+    write_error_file(folder, fault.text);
+}
+
 } // namespace
 
 int run(const fs::path& folder, const Settings& settings, std::ostream& out, std::ostream& err) {
-    const Fault fault = guarded_steps(folder, settings, out);
+    Notes notes;
+    const Fault fault = guarded_steps(folder, settings, out, notes);
     if (fault) {
         err << fault.text << "\n";
         if (!settings.check)
-            write_error_file(folder, fault.text);
+            leave_fault(folder, fault, notes);
     }
     return static_cast<int>(fault.code);
 }

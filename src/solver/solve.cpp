@@ -11,8 +11,9 @@ namespace frameslv {
 
 namespace {
 
-// Below this the result has fewer than about 7 certain digits, and the user is told.
-constexpr double doubtful_pivot = 1e-9;
+// Error bounds above the first are told, above the second there is no result.
+constexpr double doubtful_error = 1e-6;
+constexpr double useless_error = 1e-3;
 // Members of one kind of stiffness further apart than this are most likely a slip in the input.
 constexpr double doubtful_ratio = 1e9;
 // Unbalanced forces by the load scale: refine above the first, warn above the second, refuse above
@@ -44,15 +45,16 @@ class Analysis {
 
   private:
     void set_loads();
-    Fault factorise();
     Fault iterate();
     Fault buckled();
     void refine();
     // Member end forces for the present displacements, and loads less member forces at each node.
     NodeVectors balance();
     double residual_of(const NodeVectors& unbalanced) const;
+    Fault make_certain();
     Fault judge();
-    void sum_up(const NodeVectors& unbalanced);
+    void sum_up();
+    void warn(const char* key, const std::string& text);
     void warn_of_stiffness();
     void set_load_scale();
     double relative(const Vector6& force) const;
@@ -61,8 +63,9 @@ class Analysis {
     const Settings& settings_;
     System& system_;
     Solution& solution_;
-    NodeVectors load_;   // of each node, with its share of the members' loads
-    double force_ = 1.0; // the load scale
+    NodeVectors load_;       // of each node, with its share of the members' loads
+    NodeVectors unbalanced_; // loads less member forces for the present displacements
+    double force_ = 1.0;     // the load scale
 };
 
 void Analysis::set_loads() {
@@ -82,20 +85,6 @@ void Analysis::set_loads() {
         share.j = -share.j;
         add_to_nodes(element, share, load_[index_of(member.noi)], load_[index_of(member.noj)]);
     }
-}
-
-Fault Analysis::factorise() {
-    if (Fault fault = system_.factorise())
-        return fault;
-    const double least = system_.least_pivot();
-    if (least >= doubtful_pivot)
-        return {};
-    const double condition = system_.condition();
-    solution_.warnings.push_back(
-        text_of("剛性の差が大きく (条件数の推定 %.1e、枢軸の比 %.1e)、変位の確かな桁は約 %d 桁です",
-                condition, least,
-                std::max(0, static_cast<int>(std::floor(-std::log10(DBL_EPSILON * condition))))));
-    return {};
 }
 
 Fault Analysis::buckled() {
@@ -181,28 +170,52 @@ void Analysis::refine() {
     solution_.moved.assign(model_.node.size(), Vector6::Zero());
     solution_.end_force.resize(system_.elements.size());
     system_.add_solution(load_, solution_.moved);
-    NodeVectors unbalanced = balance();
-    solution_.residual = residual_of(unbalanced);
+    unbalanced_ = balance();
+    solution_.residual = residual_of(unbalanced_);
     for (int i = 0; i < most_refinements && solution_.residual > refined_residual; i++) {
         const NodeVectors kept = solution_.moved;
-        system_.add_solution(unbalanced, solution_.moved);
+        system_.add_solution(unbalanced_, solution_.moved);
         NodeVectors better = balance();
         const double residual = residual_of(better);
         if (!(residual < solution_.residual)) {
             solution_.moved = kept;
-            unbalanced = balance();
+            unbalanced_ = balance();
             break;
         }
         const bool stuck = residual > least_gain * solution_.residual;
-        unbalanced = std::move(better);
+        unbalanced_ = std::move(better);
         solution_.residual = residual;
         if (stuck)
             break;
     }
-    sum_up(unbalanced);
 }
 
-void Analysis::sum_up(const NodeVectors& unbalanced) {
+Fault Analysis::make_certain() {
+    Certainty& certainty = solution_.certainty;
+    certainty = secure(model_, system_, {load_, solution_.moved, solution_.end_force, unbalanced_});
+    if (certainty.mended)
+        solution_.residual = residual_of(unbalanced_);
+    const auto& bound = certainty.bound;
+    const double worst = *std::max_element(bound.begin(), bound.end());
+    if (!certainty.known || !(worst <= useless_error))
+        return {Exit::inexact,
+                text_of("部材の剛性の差が大きすぎて計算できません: 結果の誤差を確かめられません "
+                        "(条件数の推定 %.1e)",
+                        certainty.condition)};
+    if (worst <= doubtful_error)
+        return {};
+    constexpr const char* names[kind_count] = {"変位", "回転", "力", "モーメント"};
+    std::string digits;
+    for (size_t k = 0; k < kind_count; k++) {
+        const double lost = std::max(bound[k], 1e-9);
+        digits += text_of("%s%s 約 %d 桁", k == 0 ? "" : "、", names[k],
+                          static_cast<int>(std::floor(-std::log10(lost))));
+    }
+    warn("digits", "剛性の差が大きく、確かな桁は " + digits + " です");
+    return {};
+}
+
+void Analysis::sum_up() {
     const auto place = [this](size_t i) -> Eigen::Vector3d {
         const Point& at = model_.node[i].at;
         const Eigen::Vector3d here(at.x, at.y, at.z);
@@ -222,11 +235,15 @@ void Analysis::sum_up(const NodeVectors& unbalanced) {
         for (size_t k = 0; k < dof_count; k++)
             if (node.held[k])
                 solution_.reaction[i](static_cast<Eigen::Index>(k)) =
-                    -unbalanced[i](static_cast<Eigen::Index>(k));
+                    -unbalanced_[i](static_cast<Eigen::Index>(k));
         add(solution_.loads, i, load_[i]);
         add(solution_.reactions, i, solution_.reaction[i]);
     }
     solution_.imbalance = relative(solution_.loads + solution_.reactions);
+}
+
+void Analysis::warn(const char* key, const std::string& text) {
+    solution_.notes.push_back({Note::Weight::warning, key, text});
 }
 
 void Analysis::warn_of_stiffness() {
@@ -238,10 +255,10 @@ void Analysis::warn_of_stiffness() {
         const auto [low, high] = std::minmax_element(elements.begin(), elements.end(), less);
         const double ratio = stiffness(*high) / stiffness(*low);
         if (!(ratio < doubtful_ratio))
-            solution_.warnings.push_back(
-                text_of("%s の比が %.1e もあります (部材 %d と部材 %d)", name, ratio,
-                        number_of(static_cast<size_t>(high - elements.begin())),
-                        number_of(static_cast<size_t>(low - elements.begin()))));
+            warn("stiffness-ratio",
+                 text_of("%s の比が %.1e もあります (部材 %d と部材 %d)", name, ratio,
+                         number_of(static_cast<size_t>(high - elements.begin())),
+                         number_of(static_cast<size_t>(low - elements.begin()))));
     };
     compare("EA/L", [](const Element& e) { return e.axial; });
     compare("EIy/L", [](const Element& e) { return e.bending_y; });
@@ -266,8 +283,8 @@ Fault Analysis::judge() {
             return {Exit::inexact, text_of("%s の部材力が大きすぎます",
                                            member_label(model_, number_of(i)).c_str())};
     if (solution_.residual > doubtful_residual)
-        solution_.warnings.push_back(text_of("釣合いの残差 %.1e が %.0e を越えています",
-                                             solution_.residual, doubtful_residual));
+        warn("residual", text_of("釣合いの残差 %.1e が %.0e を越えています", solution_.residual,
+                                 doubtful_residual));
     return {};
 }
 
@@ -277,12 +294,15 @@ Fault Analysis::run() {
     warn_of_stiffness();
     set_loads();
     set_load_scale();
-    if (Fault fault = factorise())
+    if (Fault fault = system_.factorise())
         return fault;
     refine();
     if (settings_.p_delta)
         if (Fault fault = iterate())
             return fault;
+    if (Fault fault = make_certain())
+        return fault;
+    sum_up();
     return judge();
 }
 

@@ -3,6 +3,8 @@
 
 #include "solver/element.h"
 #include "solver/fault.h"
+#include "solver/note.h"
+#include "solver/precise/secure.h"
 #include "solver/settings.h"
 #include "solver/system.h"
 
@@ -26,14 +28,17 @@ struct Solution {
     Resultant reactions = Resultant::Zero(); // sum of the reactions
     double residual = 0.0;  // largest unbalanced force or moment of a free node, by the load scale
     double imbalance = 0.0; // loads + reactions, by the load scale
-    std::vector<std::string> warnings; // Japanese, UTF-8, one line each
+    Certainty certainty;
+    Notes notes; // warnings about the numbers
 };
 
 // Solves K u = f of a model that check_model and check_held have passed; `system` is its own. The
-// solution is refined on the unbalanced forces of the members themselves. The load scale is the
+// solution is refined on the unbalanced forces of the members themselves, and its error is bounded,
+// and mended where that is needed, in twice the precision (precise/secure.h). The load scale is the
 // largest force, or moment by mean member length, of any node. A residual above 1e-9 of it is a
-// warning, one above 1e-4 a fault; so is a pivot below 1e-12 of its diagonal: the fault then names
-// the loosest node and direction.
+// warning, one above 1e-4 a fault; so is an error above 1e-6 and 1e-3 of the largest value of its
+// kind; and a pivot below 1e-12 of its diagonal is a fault that names the loosest node and
+// direction.
 //
 // With self-weight every member carries density x A along -Z, evenly along its length. With
 // second order the members' axial forces stiffen or weaken them sideways (Element::tension), in

@@ -27,36 +27,6 @@ FreeDofs free_of(const Node& node) {
     return free;
 }
 
-double sum_of_sizes(std::span<const double> x) {
-    double sum = 0.0;
-    for (const double value : x)
-        sum += std::abs(value);
-    return sum;
-}
-
-// Estimate of the 1-norm of a symmetric operator that replaces its argument by its image.
-template <class Operator> double norm_estimate(size_t n, const Operator& apply) {
-    constexpr int most_rounds = 5; // as Higham recommends
-    std::vector<double> x(n, 1.0 / static_cast<double>(n));
-    double norm = 0.0;
-    for (int round = 0; round < most_rounds; round++) {
-        apply(x);
-        const double reached = sum_of_sizes(x);
-        if (round > 0 && reached <= norm)
-            break;
-        norm = reached;
-        for (double& value : x)
-            value = value < 0.0 ? -1.0 : 1.0;
-        apply(x);
-        const auto largest = std::max_element(
-            x.begin(), x.end(), [](double a, double b) { return std::abs(a) < std::abs(b); });
-        const auto at = largest - x.begin();
-        std::fill(x.begin(), x.end(), 0.0);
-        x[static_cast<size_t>(at)] = 1.0;
-    }
-    return norm;
-}
-
 } // namespace
 
 System::System(const Model& model, int most_threads) : model_(model) {
@@ -221,15 +191,6 @@ NodeVectors System::member_forces(const std::vector<Element>& members,
         add_to_nodes(members[i], end_forces(members[i], moved[a], moved[b]), forces[a], forces[b]);
     }
     return forces;
-}
-
-double System::condition() const {
-    if (size() == 0)
-        return 1.0;
-    const double own = norm_estimate(size(), [this](std::vector<double>& x) {
-        x = scaled_forces(member_forces(elements, unscaled(x)));
-    });
-    return own * norm_estimate(size(), [this](std::vector<double>& x) { factor_->solve(x); });
 }
 
 } // namespace frameslv

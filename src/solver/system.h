@@ -28,7 +28,11 @@ class System {
     };
     // The free unknowns in the order of elimination.
     const std::vector<Unknown>& unknowns() const { return unknowns_; }
+    // S of each: one by the root of the diagonal.
+    const std::vector<double>& scale() const { return scale_; }
     size_t size() const { return unknowns_.size(); }
+    const Model& model() const { return model_; }
+    size_t nodes() const { return vertex_.size(); }
     // Mean length of the members: sets moments against forces.
     double arm() const { return arm_; }
     size_t repeated_members() const { return repeated_; }
@@ -48,11 +52,6 @@ class System {
 
     // K^-1 times the forces on free unknowns, added to `moved`.
     void add_solution(const NodeVectors& forces, NodeVectors& moved) const;
-
-    // An estimate of the condition of the scaled stiffness in the 1-norm: N. J. Higham, FORTRAN
-    // codes for estimating the one-norm of a real or complex matrix, ACM Trans. Math. Softw. 14
-    // (1988), for the matrix and for its inverse.
-    double condition() const;
 
     // Vectors of the scaled unknowns: x = S^-1 u, forces S f.
     std::vector<double> scaled_forces(const NodeVectors& forces) const;

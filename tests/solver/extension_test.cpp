@@ -174,6 +174,51 @@ TEST_F(ExtensionTest, Vibration) {
         EXPECT_NEAR(found[k], expected[k / 2 * 2], 1e-4 * expected[k]) << k;
 }
 
+// Five equal square posts have every mode ten times, alone and with bars between their heads that
+// hardly resist; more than a band of Lanczos vectors finds at once.
+TEST_F(ExtensionTest, RepeatedModesAreAllFound) {
+    for (const bool joined : {false, true}) {
+        Frame f;
+        for (int k = 0; k < 5; k++) {
+            f.node.emplace_back(200 * k, 0, 0);
+            f.node.emplace_back(200 * k, 0, 300);
+            f.member.push_back({2 * k + 1, 2 * k + 2});
+            f.support.push_back({2 * k + 1});
+            f.load.push_back({2 * k + 2, six(0, 0, -100)});
+            if (joined && k > 0)
+                f.member.push_back({2 * k, 2 * k + 2, 2});
+        }
+        f.section = {{800, 800, 100, 1400}, {1e-6, 1e-6, 1e-6, 1e-6}};
+        f.material = {{1e5, 0.3, 5e-4}};
+        settings_ = {};
+        settings_.modes = settings_.buckling = 10;
+        const Results r = solved(f);
+        const std::vector<double> natural = values("frameslv.mod"), factor = values("frameslv.buc");
+        ASSERT_EQ(natural.size(), 10U) << joined;
+        ASSERT_EQ(factor.size(), 10U) << joined;
+        // With one cubic a post Euler's factor is met within 1 per cent.
+        const double euler = pi * pi * 1e5 * 800 / (4 * 300 * 300) / 100;
+        for (size_t k = 0; k < 10; k++) {
+            EXPECT_NEAR(natural[k], natural[0], 2e-4 * natural[0]) << joined << k;
+            EXPECT_NEAR(factor[k], euler, 0.01 * euler) << joined << k;
+        }
+        EXPECT_NE(r.out.find("見落としはありません"), std::string::npos) << r.out;
+        EXPECT_EQ(read("frameslv.not").find("modes-unproven"), std::string::npos);
+        // There are twenty of bending in all, thirty with those along and about the posts.
+        settings_.modes = 100;
+        solved(f);
+        EXPECT_EQ(values("frameslv.mod").size(), 30U);
+    }
+}
+
+// A force that is only rounding buckles nothing.
+TEST_F(ExtensionTest, NoiseIsNoBucklingFactor) {
+    Frame f = column(4, 500, Vector3(1, 2, 0.3));
+    f.load = {{5, six(2, -1, 0)}, {3, six(-20, 10, 0)}}; // square to the beam
+    EXPECT_DOUBLE_EQ(first_buckling(f), 0.0);
+    EXPECT_NE(read("frameslv.not").find("no-buckling "), std::string::npos);
+}
+
 // Portal of light posts under a stiff heavy beam: sway as one mass on 24 EI/h^3.
 TEST_F(ExtensionTest, PortalSway) {
     Frame f;

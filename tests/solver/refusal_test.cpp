@@ -4,9 +4,21 @@
 #include "solver/fault.h"
 #include "solver/run.h"
 
+#include "solver/output.h"
+#include "solver/signals.h"
+
 #include <algorithm>
+#include <clocale>
 #include <functional>
 #include <sstream>
+
+#if !defined(_WIN32)
+#include <csignal>
+
+#include <sys/resource.h>
+#include <sys/wait.h>
+#include <unistd.h>
+#endif
 
 namespace frameslv::test {
 
@@ -82,6 +94,8 @@ TEST_F(RefusalTest, Models) {
         {"J zero", [](Frame& f) { f.section[0].J = 0; }, bad, "断面 1 の J"},
         {"E zero", [](Frame& f) { f.material[0].E = 0; }, bad, "材料 1 の E"},
         {"nu -1", [](Frame& f) { f.material[0].nu = -1; }, bad, "材料 1 のポアソン比"},
+        {"density negative", [](Frame& f) { f.material[0].density = -5e-4; }, bad,
+         "材料 1 の密度 -0.0005"},
         {"nu 0.51", [](Frame& f) { f.material[0].nu = 0.51; }, bad, "材料 1 のポアソン比"},
         {"zero length", [](Frame& f) { f.node[2] = f.node[1]; }, bad, "部材 2 (節点 2 - 節点 3)"},
         {"far away", [](Frame& f) { f.node[0].x() = 1.7e308, f.node[1].x() = -1.7e308; }, bad,
@@ -194,6 +208,107 @@ TEST_F(RefusalTest, FilesAndFolders) {
     fs::create_directories(folder_ / "frameslv.ds~" / "inside");
     EXPECT_EQ(run(portal()).code, static_cast<int>(Exit::no_output));
     EXPECT_FALSE(exists("frameslv.lst") || exists("frameslv.zlv") || exists("frameslv.ls~"));
+}
+
+// frameslv.not: a key and a sentence a line, with the results and after a refusal.
+TEST_F(RefusalTest, NotesStandBesideTheResults) {
+    const auto key_count = [this](const std::string& key) {
+        const std::string text = "\n" + read("frameslv.not");
+        size_t count = 0;
+        for (size_t at = text.find("\n" + key + " "); at != std::string::npos;
+             at = text.find("\n" + key + " ", at + 1))
+            count++;
+        return count;
+    };
+    Frame f = portal();
+    f.member.push_back(f.member[0]); // twice
+    f.section.push_back({1e-9, 1e-9, 1e-9, 1e-9});
+    f.member[1].section = 2;
+    settings_.self_weight = true;
+    solved(f);
+    for (const char* key : {"counts", "repeated", "residual", "condition", "bounds", "self-weight"})
+        EXPECT_EQ(key_count(key), 1U) << key << "\n" << read("frameslv.not");
+    EXPECT_EQ(key_count("stiffness-ratio"), 4U) << read("frameslv.not");
+    const std::string text = read("frameslv.not");
+    EXPECT_EQ(text.substr(text.size() - 2), "\r\n");
+    hold_feet(f, "111000");
+    EXPECT_NE(run(f).code, 0);
+    EXPECT_EQ(key_count("mechanism"), 1U) << read("frameslv.not");
+    EXPECT_EQ(key_count("counts"), 0U);
+    EXPECT_NE(read("frameslv.not").find("節点 2 が y 方向に動きます"), std::string::npos)
+        << read("frameslv.not");
+}
+
+#if !defined(_WIN32)
+
+// A disk that is full leaves the results of the run before, whole, and nothing of the new one.
+TEST_F(RefusalTest, FullDiskCostsNoEarlierResults) {
+    Frame f = portal();
+    solved(f);
+    const std::string before = read("frameslv.lst"), notes = read("frameslv.not");
+    f.load[0].value *= 2.0;
+    write("FRAMESLV.IN", f.text());
+    rlimit old{};
+    getrlimit(RLIMIT_FSIZE, &old);
+    const auto handler = std::signal(SIGXFSZ, SIG_IGN);
+    const rlimit small{200, old.rlim_max};
+    setrlimit(RLIMIT_FSIZE, &small);
+    std::ostringstream out, err;
+    const int code = frameslv::run(folder_, settings_, out, err);
+    setrlimit(RLIMIT_FSIZE, &old);
+    std::signal(SIGXFSZ, handler);
+    EXPECT_EQ(code, static_cast<int>(Exit::no_output)) << err.str();
+    EXPECT_EQ(read("frameslv.lst"), before);
+    EXPECT_EQ(read("frameslv.not"), notes);
+    EXPECT_TRUE(exists("frameslv.err"));
+    for (const char* const* name = temporary_names(); *name != nullptr; name++)
+        EXPECT_FALSE(exists(*name)) << *name;
+    EXPECT_EQ(run(f).code, 0);
+    EXPECT_NE(read("frameslv.lst"), before);
+}
+
+// A request to end takes the half-written files along, and waits while files are renamed.
+TEST_F(RefusalTest, EndedRunsLeaveNoHalfFiles) {
+    for (const bool waits : {false, true}) {
+        write("frameslv.ls~", "half");
+        const pid_t child = fork();
+        if (child == 0) {
+            if (chdir(folder_.c_str()) != 0)
+                _exit(1);
+            remove_when_ended(temporary_names());
+            if (waits) {
+                const EndsWait wait;
+                std::raise(SIGTERM);
+                fs::rename("frameslv.ls~", "frameslv.lst");
+            }
+            std::raise(SIGTERM);
+            _exit(2);
+        }
+        int status = 0;
+        ASSERT_EQ(waitpid(child, &status, 0), child);
+        EXPECT_TRUE(WIFSIGNALED(status) && WTERMSIG(status) == SIGTERM) << status;
+        EXPECT_FALSE(exists("frameslv.ls~"));
+        EXPECT_EQ(exists("frameslv.lst"), waits);
+    }
+}
+
+#endif
+
+// Numbers keep their point where the process has set a locale with a comma.
+TEST_F(RefusalTest, NumbersHaveAPointInEveryLocale) {
+    const auto written = [this] {
+        const Results r = run(portal());
+        return r.out + read("frameslv.lst") + read("frameslv.not");
+    };
+    const std::string point = written();
+    const char* const comma = std::setlocale(LC_ALL, "de_DE.UTF-8");
+    const std::string there = written();
+    const bool printed_comma = text_of("%.1f", 1.5) != "1.5";
+    std::setlocale(LC_ALL, "C");
+    EXPECT_EQ(there, point);
+    EXPECT_FALSE(printed_comma);
+    if (comma == nullptr)
+        GTEST_SKIP() << "no locale de_DE.UTF-8 here";
 }
 
 } // namespace frameslv::test

@@ -47,6 +47,8 @@ class Cholesky {
     }
     void solve_lower(std::span<double> x) const;
     void solve_upper(std::span<double> x) const;
+    // Solves for Kernels::block vectors at once; their numbers of one unknown stand together.
+    void solve_block(std::span<double> x) const;
 
     const Symbolic& symbolic() const { return symbolic_; }
     int threads() const { return team_->size(); }
@@ -79,8 +81,10 @@ class Cholesky {
     void add_update(int child, int f, const std::vector<Run>& runs, size_t first, size_t last,
                     double* update) const;
     bool eliminate(int f, DenseEliminator& dense);
-    void lower_front(int f, std::span<double> x, Worker& worker) const;
-    void upper_front(int f, std::span<double> x, Worker& worker) const;
+    template <size_t width> void lower_front(int f, std::span<double> x, Worker& worker) const;
+    template <size_t width> void upper_front(int f, std::span<double> x, Worker& worker) const;
+    template <size_t width> void solve_lower_as(std::span<double> x) const;
+    template <size_t width> void solve_upper_as(std::span<double> x) const;
 
     Symbolic symbolic_;
     std::vector<Edge> ends_;

@@ -244,10 +244,114 @@ void subtract_transposed(const double* a, size_t lda, size_t rows, size_t column
     }
 }
 
+// The numbers of one row of a block of vectors.
+#if KERNEL_LANES > 1
+typedef double Row __attribute__((vector_size(Kernels::block * sizeof(double)),
+                                  aligned(sizeof(double)), may_alias));
+#else
+struct Row {
+    double part[Kernels::block];
+};
+inline Row operator*(const Row& a, double b) {
+    Row c;
+    for (size_t k = 0; k < Kernels::block; k++)
+        c.part[k] = a.part[k] * b;
+    return c;
+}
+inline Row& operator+=(Row& a, const Row& b) {
+    for (size_t k = 0; k < Kernels::block; k++)
+        a.part[k] += b.part[k];
+    return a;
+}
+inline Row& operator-=(Row& a, const Row& b) {
+    for (size_t k = 0; k < Kernels::block; k++)
+        a.part[k] -= b.part[k];
+    return a;
+}
+#endif
+
+// `group` rows, or columns, together: enough sums at a time to keep the processor busy.
+template <size_t group>
+inline void multiples_group(const double* a, size_t lda, size_t columns, const Row* x, Row* y) {
+    Row sum[group] = {};
+    for (size_t j = 0; j < columns; j++)
+        for (size_t k = 0; k < group; k++)
+            sum[k] += x[j] * a[j * lda + k];
+    for (size_t k = 0; k < group; k++)
+        y[k] -= sum[k];
+}
+
+template <size_t group>
+inline void transposeds_group(const double* a, size_t lda, size_t rows, const Row* y, Row* x) {
+    Row sum[group] = {};
+    for (size_t i = 0; i < rows; i++)
+        for (size_t k = 0; k < group; k++)
+            sum[k] += y[i] * a[k * lda + i];
+    for (size_t k = 0; k < group; k++)
+        x[k] -= sum[k];
+}
+
+constexpr size_t large_group = 8;
+constexpr size_t small_group = 4;
+
+void subtract_multiples(const double* a, size_t lda, size_t rows, size_t columns, const double* x,
+                        double* y) {
+    const Row* from = reinterpret_cast<const Row*>(x);
+    Row* to = reinterpret_cast<Row*>(y);
+    size_t i = 0;
+    for (; i + large_group <= rows; i += large_group)
+        multiples_group<large_group>(a + i, lda, columns, from, to + i);
+    for (; i + small_group <= rows; i += small_group)
+        multiples_group<small_group>(a + i, lda, columns, from, to + i);
+    for (; i < rows; i++)
+        multiples_group<1>(a + i, lda, columns, from, to + i);
+}
+
+void subtract_transposeds(const double* a, size_t lda, size_t rows, size_t columns, const double* y,
+                          double* x) {
+    const Row* from = reinterpret_cast<const Row*>(y);
+    Row* to = reinterpret_cast<Row*>(x);
+    size_t j = 0;
+    for (; j + large_group <= columns; j += large_group)
+        transposeds_group<large_group>(a + j * lda, lda, rows, from, to + j);
+    for (; j + small_group <= columns; j += small_group)
+        transposeds_group<small_group>(a + j * lda, lda, rows, from, to + j);
+    for (; j < columns; j++)
+        transposeds_group<1>(a + j * lda, lda, rows, from, to + j);
+}
+
+void solve_triangles(const double* l, size_t ldl, size_t n, double* x) {
+    Row* to = reinterpret_cast<Row*>(x);
+    for (size_t j = 0; j < n; j++, l += ldl) {
+        const Row value = to[j] * (1.0 / l[j]);
+        to[j] = value;
+        for (size_t i = j + 1; i < n; i++)
+            to[i] -= value * l[i];
+    }
+}
+
+void solve_transposed_triangles(const double* l, size_t ldl, size_t n, double* x) {
+    Row* to = reinterpret_cast<Row*>(x);
+    for (size_t j = n; j-- > 0;) {
+        Row value = to[j];
+        for (size_t i = j + 1; i < n; i++)
+            value -= to[i] * l[j * ldl + i];
+        to[j] = value * (1.0 / l[j * ldl + j]);
+    }
+}
+
 } // namespace
 
 extern const Kernels KERNEL_NAME;
-const Kernels KERNEL_NAME = {tile_rows,  subtract_product,  factor,
-                             solve_rows, subtract_multiple, subtract_transposed};
+const Kernels KERNEL_NAME = {tile_rows,
+                             subtract_product,
+                             factor,
+                             solve_rows,
+                             subtract_multiple,
+                             subtract_transposed,
+                             subtract_multiples,
+                             subtract_transposeds,
+                             solve_triangles,
+                             solve_transposed_triangles};
 
 } // namespace frameslv

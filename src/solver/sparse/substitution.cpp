@@ -26,79 +26,117 @@ void upper_triangle(const double* l, size_t ld, size_t n, double* x) {
     }
 }
 
+// What does the work for one vector, or for a block of them, whose numbers of one unknown stand
+// together.
+struct Steps {
+    decltype(Kernels::solve_triangles) lower, upper;
+    decltype(Kernels::subtract_multiple) subtract_multiple, subtract_transposed;
+};
+
+template <size_t width> Steps steps() {
+    const Kernels& k = kernels();
+    if (width == 1)
+        return {lower_triangle, upper_triangle, k.subtract_multiple, k.subtract_transposed};
+    return {k.solve_triangles, k.solve_transposed_triangles, k.subtract_multiples,
+            k.subtract_transposeds};
+}
+
 } // namespace
 
+template <size_t width>
 void Cholesky::lower_front(int f, std::span<double> x, Worker& worker) const {
     const Front& own = front(f);
     const size_t k = static_cast<size_t>(own.columns);
     const size_t height = own.height();
     const size_t start = static_cast<size_t>(symbolic_.offset[static_cast<size_t>(own.first)]);
-    worker.vector.assign(height, 0.0);
+    worker.vector.assign(height * width, 0.0);
     double* y = worker.vector.data();
-    std::copy_n(x.begin() + static_cast<std::ptrdiff_t>(start), k, y);
+    double* own_x = x.data() + start * width;
+    std::copy_n(own_x, k * width, y);
     set_positions(f, worker);
     for (const int child : own.children) {
-        const double* from = handed_up_.data() + front(child).below_start;
+        const double* from = handed_up_.data() + front(child).below_start * width;
         for (const Run& run : runs_of(child, worker))
-            for (size_t i = 0; i < run.count; i++)
-                y[run.to + i] += from[run.from + i];
+            for (size_t i = 0; i < run.count * width; i++)
+                y[run.to * width + i] += from[run.from * width + i];
     }
+    const Steps step = steps<width>();
     for (size_t j = 0; j < k; j += triangle) {
         const size_t n = std::min(triangle, k - j);
         const double* l = panel(f) + j * height + j;
-        lower_triangle(l, height, n, y + j);
-        kernels().subtract_multiple(l + n, height, height - j - n, n, y + j, y + j + n);
+        step.lower(l, height, n, y + j * width);
+        step.subtract_multiple(l + n, height, height - j - n, n, y + j * width,
+                               y + (j + n) * width);
     }
-    std::copy_n(y, k, x.begin() + static_cast<std::ptrdiff_t>(start));
-    std::copy(y + k, y + height, handed_up_.begin() + static_cast<std::ptrdiff_t>(own.below_start));
+    std::copy_n(y, k * width, own_x);
+    std::copy(y + k * width, y + height * width, handed_up_.data() + own.below_start * width);
 }
 
+template <size_t width>
 void Cholesky::upper_front(int f, std::span<double> x, Worker& worker) const {
     const Front& own = front(f);
     const size_t k = static_cast<size_t>(own.columns);
     const size_t height = own.height();
     const size_t start = static_cast<size_t>(symbolic_.offset[static_cast<size_t>(own.first)]);
-    worker.vector.resize(height);
+    worker.vector.resize(height * width);
     double* y = worker.vector.data();
-    std::copy_n(x.begin() + static_cast<std::ptrdiff_t>(start), k, y);
-    double* to = y + k;
+    double* own_x = x.data() + start * width;
+    std::copy_n(own_x, k * width, y);
+    double* to = y + k * width;
     for (size_t i = own.row_start; i < own.row_end; i++) {
         const size_t place = static_cast<size_t>(symbolic_.rows[i]);
-        to = std::copy(x.begin() + symbolic_.offset[place], x.begin() + symbolic_.offset[place + 1],
-                       to);
+        const auto at = [&](size_t p) {
+            return x.data() + static_cast<size_t>(symbolic_.offset[p]) * width;
+        };
+        to = std::copy(at(place), at(place + 1), to);
     }
+    const Steps step = steps<width>();
     for (size_t j = (k - 1) / triangle * triangle; j < k; j -= triangle) {
         const size_t n = std::min(triangle, k - j);
         const double* l = panel(f) + j * height + j;
-        kernels().subtract_transposed(l + n, height, height - j - n, n, y + j + n, y + j);
-        upper_triangle(l, height, n, y + j);
+        step.subtract_transposed(l + n, height, height - j - n, n, y + (j + n) * width,
+                                 y + j * width);
+        step.upper(l, height, n, y + j * width);
     }
-    std::copy_n(y, k, x.begin() + static_cast<std::ptrdiff_t>(start));
+    std::copy_n(y, k * width, own_x);
 }
 
-void Cholesky::solve_lower(std::span<double> x) const {
-    handed_up_.resize(symbolic_.below_total);
+template <size_t width> void Cholesky::solve_lower_as(std::span<double> x) const {
+    handed_up_.resize(std::max(handed_up_.size(), symbolic_.below_total * width));
     std::atomic<size_t> next{0};
     team_->run([&](int id) {
         Worker& worker = workers_[static_cast<size_t>(id)];
         for (size_t i = next++; i < tasks_.subtrees.size(); i = next++)
             for (int f = tasks_.subtrees[i].first; f <= tasks_.subtrees[i].root; f++)
-                lower_front(f, x, worker);
+                lower_front<width>(f, x, worker);
     });
     for (const int f : tasks_.top)
-        lower_front(f, x, workers_[0]);
+        lower_front<width>(f, x, workers_[0]);
 }
 
-void Cholesky::solve_upper(std::span<double> x) const {
+template <size_t width> void Cholesky::solve_upper_as(std::span<double> x) const {
     for (size_t i = tasks_.top.size(); i-- > 0;)
-        upper_front(tasks_.top[i], x, workers_[0]);
+        upper_front<width>(tasks_.top[i], x, workers_[0]);
     std::atomic<size_t> next{0};
     team_->run([&](int id) {
         Worker& worker = workers_[static_cast<size_t>(id)];
         for (size_t i = next++; i < tasks_.subtrees.size(); i = next++)
             for (int f = tasks_.subtrees[i].root; f >= tasks_.subtrees[i].first; f--)
-                upper_front(f, x, worker);
+                upper_front<width>(f, x, worker);
     });
+}
+
+void Cholesky::solve_lower(std::span<double> x) const {
+    solve_lower_as<1>(x);
+}
+
+void Cholesky::solve_upper(std::span<double> x) const {
+    solve_upper_as<1>(x);
+}
+
+void Cholesky::solve_block(std::span<double> x) const {
+    solve_lower_as<Kernels::block>(x);
+    solve_upper_as<Kernels::block>(x);
 }
 
 } // namespace frameslv

@@ -1,0 +1,254 @@
+// The solver in the calling process: joints, supports and member loads against closed forms and
+// printed figures, many load vectors at once, several frames at once.
+#include "support.h"
+
+#include "solver/frame_analysis.h"
+
+#include <cmath>
+#include <thread>
+
+namespace frame_analysis {
+
+namespace {
+
+using frameslv::test::expect_printed;
+
+constexpr Six held{rigid, rigid, rigid, rigid, rigid, rigid};
+
+// 12 x 18 cm, level, of two members of half the span each.
+Frame beam(double spring_left, double spring_right) {
+    Frame frame;
+    frame.nodes = {{{0, 0, 0}, "A", held}, {{182, 0, 0}, "B", {}}, {{364, 0, 0}, "C", held}};
+    Member member;
+    member.E = 71380.1349;
+    member.G = member.E / 15.0;
+    member.A = 216.0;
+    member.Iy = 5832.0;
+    member.Iz = 2592.0;
+    member.J = 6000.0;
+    for (size_t k = 0; k < 2; k++) {
+        member.i = k;
+        member.j = k + 1;
+        frame.members.push_back(member);
+    }
+    frame.members[0].joint_i.spring[1] = spring_left;
+    frame.members[1].joint_j.spring[1] = spring_right;
+    return frame;
+}
+
+LoadVector middle(double force) {
+    return {"P", {{1, {0, 0, force, 0, 0, 0}}}, {}, {}};
+}
+
+} // namespace
+
+TEST(FrameAnalysisTest, TableOfEndConditions) {
+    const double k = 71380.1349 * 5832.0 / 364.0;
+    struct Case {
+        double left, right;
+        const char *end, *mid, *deflection;
+    };
+    for (const auto& [left, right, end, mid, deflection] :
+         {Case{rigid, rigid, "9100", "9100", ".120681"}, Case{0, 0, "0", "18200", ".482723"},
+          Case{rigid, 0, "13650", "11375", ".211191"},
+          Case{k, k, "3033.333", "15166.667", ".362042"},
+          Case{2 * k, 2 * k, "4550", "13650", ".301702"},
+          Case{10 * k, 10 * k, "7583.333", "10616.667", ".181021"}}) {
+        const Frame frame = beam(left, right);
+        const Analysis found = analyse(frame, {middle(-200)});
+        ASSERT_EQ(found.fault, "");
+        const Response& r = found.responses[0];
+        expect_printed(std::abs(r.end_force[0][0][4]), end, "end");
+        expect_printed(std::abs(r.end_force[0][1][4]), mid, "middle");
+        expect_printed(-r.moved[1][2], deflection, "deflection");
+        EXPECT_LT(r.imbalance, 1e-12);
+        // One member under the force at its middle has the same ends.
+        Frame one = frame;
+        one.members[0].j = 2;
+        one.members[0].joint_j = frame.members[1].joint_j;
+        one.members.resize(1);
+        one.nodes[1].support = held;
+        LoadVector load;
+        load.members = {{0, MemberLoad::Kind::point, {0, 0, -200}, false, 182.0}};
+        const Analysis whole = analyse(one, {load});
+        ASSERT_EQ(whole.fault, "");
+        for (size_t at : {0, 1})
+            EXPECT_NEAR(whole.responses[0].end_force[0][at][4], r.end_force[at][at][4], 1e-8);
+        EXPECT_NEAR(std::abs(internal_forces(one, load, whole.responses[0], 0, 182.0)[4]),
+                    std::abs(r.end_force[0][1][4]), 1e-7);
+    }
+}
+
+// Cantilever with shear areas: FL^3/3EI + FL/GAs; uniform: qL^4/8EI + qL^2/2GAs.
+TEST(FrameAnalysisTest, ShearFlexibility) {
+    Frame frame = beam(rigid, rigid);
+    frame.nodes.resize(2);
+    frame.members.resize(1);
+    frame.nodes[1].support = {};
+    frame.members[0].shear_z = 180.0;
+    frame.members[0].shear_y = 90.0;
+    frame.members[0].weight = 0.3;
+    LoadVector push = middle(-5), side, weight;
+    side.nodes = {{1, {0, 7, 0, 0, 0, 0}}};
+    weight.gravity = {0, 0, -1};
+    const Analysis found = analyse(frame, {push, side, weight});
+    ASSERT_EQ(found.fault, "");
+    const Member& m = frame.members[0];
+    const double L = 182.0;
+    EXPECT_NEAR(found.responses[0].moved[1][2],
+                -5 * (L * L * L / (3 * m.E * m.Iy) + L / (m.G * 180)), 1e-12);
+    EXPECT_NEAR(found.responses[1].moved[1][1], 7 * (L * L * L / (3 * m.E * m.Iz) + L / (m.G * 90)),
+                1e-12);
+    EXPECT_NEAR(found.responses[2].moved[1][2],
+                -0.3 * (L * L * L * L / (8 * m.E * m.Iy) + L * L / (2 * m.G * 180)), 1e-12);
+    EXPECT_NEAR(found.responses[2].reaction[0][2], 0.3 * L, 1e-10);
+    const Six quarter = internal_forces(frame, weight, found.responses[2], 0, 0.25 * L);
+    EXPECT_NEAR(quarter[4], 0.3 * 0.75 * L * 0.75 * L / 2, 1e-8); // My
+    EXPECT_NEAR(quarter[2], -0.3 * 0.75 * L, 1e-10);              // Qz
+}
+
+// Two bars at 45 degrees, pinned: N = -707.106781 each, no moments; a third pinned joint that no
+// member turns is loose, and named.
+TEST(FrameAnalysisTest, PinnedBarsAndLooseJoints) {
+    Frame frame;
+    const Six no_turn{0, 0, 0, rigid, rigid, rigid};
+    frame.nodes = {{{0, 0, 0}, "A", held},
+                   {{100, 0, 100}, "Top", no_turn},
+                   {{200, 0, 0}, "C", {0, rigid, rigid, rigid, rigid, rigid}}};
+    frame.nodes[1].support[1] = rigid;
+    Member bar = beam(rigid, rigid).members[0];
+    bar.joint_i.spring = bar.joint_j.spring = {0, 0, 0};
+    for (const auto& [i, j] : {std::pair<size_t, size_t>{0, 1}, {2, 1}, {0, 2}}) {
+        bar.i = i;
+        bar.j = j;
+        frame.members.push_back(bar);
+    }
+    const LoadVector down{"P", {{1, {0, 0, -1000, 0, 0, 0}}}, {}, {}};
+    const Analysis found = analyse(frame, {down});
+    ASSERT_EQ(found.fault, "");
+    expect_printed(found.responses[0].end_force[0][1][0], "-707.106781", "left");
+    expect_printed(found.responses[0].end_force[1][1][0], "-707.106781", "right");
+    expect_printed(found.responses[0].end_force[2][1][0], "500", "tie");
+    for (const auto& ends : found.responses[0].end_force)
+        for (const Six& end : ends)
+            for (size_t k = 3; k < 6; k++)
+                EXPECT_DOUBLE_EQ(end[k], 0.0);
+    frame.nodes[1].support[4] = 0.0;
+    const Analysis loose = analyse(frame, {down});
+    EXPECT_NE(loose.fault.find("節点 Top が y 軸まわりに回転します"), std::string::npos)
+        << loose.fault;
+    EXPECT_TRUE(loose.responses.empty());
+    frame.nodes[1].support[4] = rigid;
+    frame.nodes[2].support[2] = 0.0; // rolls away
+    EXPECT_NE(analyse(frame, {down}).fault.find("構造が不安定です: 節点"), std::string::npos);
+}
+
+// A spring under a node takes k u; projected load q on a slope gives q times its level run.
+TEST(FrameAnalysisTest, SprungSupportAndProjectedLoad) {
+    Frame frame = beam(rigid, rigid);
+    frame.nodes.resize(2);
+    frame.members.resize(1);
+    frame.nodes[1] = {{120, 0, 90}, "tip", {0, 0, 40.0, 0, 5e5, 0}};
+    LoadVector snow;
+    snow.members = {{0, MemberLoad::Kind::projected, {0, 0, -2}, false, 0.0}};
+    const Analysis found = analyse(frame, {snow});
+    ASSERT_EQ(found.fault, "");
+    const Response& r = found.responses[0];
+    EXPECT_NEAR(r.reaction[0][2] + r.reaction[1][2], 2.0 * 120, 1e-9);
+    EXPECT_NEAR(r.reaction[1][2], -40.0 * r.moved[1][2], 1e-9);
+    EXPECT_NEAR(r.reaction[1][4], -5e5 * r.moved[1][4], 1e-7);
+    EXPECT_GT(r.reaction[1][2], 1.0);
+}
+
+// Rigid joints: the same as the program to its nine digits; one factorisation for all vectors, and
+// superposition.
+TEST(FrameAnalysisTest, AgreesWithTheProgramAndAddsUp) {
+    frameslv::test::Frame f;
+    f.node = {{0, 0, 0}, {0, 0, 310}, {400, 30, 300}, {400, 0, 0}};
+    f.member = {{1, 2, 1, 1, 15}, {2, 3, 2}, {4, 3}};
+    f.section = {{1000, 500, 100, 800}, {700, 900, 80, 300}};
+    f.material = {{1e5, 0.25}};
+    f.support = {{1}, {4, "111010"}};
+    f.load = {{2, frameslv::test::six(10, 3, -20, 5, 6, 7)}, {3, frameslv::test::six(0, -4, 0)}};
+    const frameslv::Solution expected = frameslv::test::solution_of(f);
+    Frame frame;
+    for (const auto& at : f.node)
+        frame.nodes.push_back({{at.x(), at.y(), at.z()}, {}, {}});
+    frame.nodes[0].support = held;
+    frame.nodes[3].support = {rigid, rigid, rigid, 0, rigid, 0};
+    for (const auto& m : f.member) {
+        const auto& s = f.section[static_cast<size_t>(m.section) - 1];
+        Member member;
+        member.i = static_cast<size_t>(m.i) - 1;
+        member.j = static_cast<size_t>(m.j) - 1;
+        member.E = 1e5;
+        member.G = 1e5 / 2.5;
+        member.A = s.A;
+        member.Iy = s.Iy;
+        member.Iz = s.Iz;
+        member.J = s.J;
+        member.turn = m.angle;
+        frame.members.push_back(member);
+    }
+    std::vector<LoadVector> loads(6);
+    loads[0].nodes = {{1, {10, 3, -20, 5, 6, 7}}, {2, {0, -4, 0, 0, 0, 0}}};
+    for (size_t k = 1; k < 5; k++) {
+        loads[k].nodes = {{1, {1.0 * static_cast<double>(k), 0, 0, 0, 0, 3}}};
+        loads[k].members = {{1, MemberLoad::Kind::uniform, {0, 0.1, -0.2}, k % 2 == 0, 0}};
+        for (const NodeLoad& one : loads[k].nodes)
+            loads[5].nodes.push_back(one);
+        for (const MemberLoad& one : loads[k].members)
+            loads[5].members.push_back(one);
+    }
+    const auto solve = [&] { return analyse(frame, loads); };
+    const Analysis found = solve();
+    ASSERT_EQ(found.fault, "");
+    double most = 0.0;
+    for (const auto& v : expected.moved)
+        most = std::max(most, v.cwiseAbs().maxCoeff());
+    for (size_t i = 0; i < 4; i++)
+        for (size_t k = 0; k < 6; k++) {
+            EXPECT_NEAR(found.responses[0].moved[i][k],
+                        expected.moved[i](static_cast<Eigen::Index>(k)), 1e-11 * most);
+            double sum = 0.0;
+            for (size_t c = 1; c < 5; c++)
+                sum += found.responses[c].moved[i][k];
+            EXPECT_NEAR(found.responses[5].moved[i][k], sum, 1e-11 * most);
+        }
+    // Several frames on several threads give the same bits.
+    std::vector<Analysis> others(4);
+    std::vector<std::thread> threads;
+    for (Analysis& other : others)
+        threads.emplace_back([&other, &solve] { other = solve(); });
+    for (std::thread& thread : threads)
+        thread.join();
+    for (const Analysis& other : others)
+        for (size_t c = 0; c < loads.size(); c++)
+            EXPECT_EQ(other.responses[c].moved, found.responses[c].moved);
+}
+
+TEST(FrameAnalysisTest, RefusesByName) {
+    const auto fault = [](auto change) {
+        Frame frame = beam(rigid, rigid);
+        LoadVector load = middle(-1);
+        change(frame, load);
+        return analyse(frame, {load}).fault;
+    };
+    EXPECT_EQ(fault([](Frame&, LoadVector&) {}), "");
+    EXPECT_NE(fault([](Frame& f, LoadVector&) {
+                  f.members[1].joint_i.spring[2] = -1;
+              }).find("部材 2 (節点 B - 節点 C) の端のばね"),
+              std::string::npos);
+    EXPECT_NE(fault([](Frame& f, LoadVector&) { f.members[0].G = std::nan(""); }).find("の G"),
+              std::string::npos);
+    EXPECT_NE(fault([](Frame& f, LoadVector&) { f.nodes[1].support[0] = -2; }).find("節点 B"),
+              std::string::npos);
+    EXPECT_NE(fault([](Frame&, LoadVector& l) {
+                  l.members = {{5, {}, {}, false, 0}};
+              }).find("部材 6 はありません"),
+              std::string::npos);
+    EXPECT_NE(fault([](Frame& f, LoadVector&) { f.members[0].j = 9; }).find("部材 1"),
+              std::string::npos);
+}
+
+} // namespace frame_analysis
