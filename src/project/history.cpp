@@ -88,7 +88,7 @@ std::vector<History::Block> History::blocks_of(const Project& project,
 }
 
 void History::start(const Project& project) {
-    steps_.assign(1, {{}, blocks_of(project, {})});
+    steps_.assign(1, {{}, blocks_of(project, {}), 0});
     at_ = 0;
     saved_ = steps_.front().blocks;
 }
@@ -104,7 +104,7 @@ bool History::commit(std::string_view name, const Project& project) {
         return false;
     }
     steps_.resize(at_ + 1);
-    steps_.push_back({std::string(name), std::move(now)});
+    steps_.push_back({std::string(name), std::move(now), ++newest_});
     if (steps_.size() > most_steps + 1) {
         steps_.pop_front();
     }

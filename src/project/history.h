@@ -3,6 +3,7 @@
 
 #include "project/project.h"
 
+#include <cstdint>
 #include <deque>
 #include <memory>
 #include <string>
@@ -32,6 +33,11 @@ class History {
     // Names of the commands that undo() takes back and redo() repeats; empty when there is none.
     const std::string& undo_name() const;
     const std::string& redo_name() const;
+    // Steps are numbered from 1 in the order in which they were made. The number given last, and
+    // those of the steps that undo() takes back and redo() repeats; 0 when there is none.
+    std::uint64_t newest() const { return newest_; }
+    std::uint64_t undo_number() const { return can_undo() ? steps_[at_].number : 0; }
+    std::uint64_t redo_number() const { return can_redo() ? steps_[at_ + 1].number : 0; }
     // Put the project back one command, or forward again. View and results stay; what is derived
     // from the model is emptied.
     void undo(Project& project);
@@ -53,11 +59,13 @@ class History {
     struct Step {
         std::string name;
         std::vector<Block> blocks;
+        std::uint64_t number = 0;
     };
     static std::vector<Block> blocks_of(const Project& project, const std::vector<Block>& earlier);
 
     std::deque<Step> steps_;
     std::size_t at_ = 0;
+    std::uint64_t newest_ = 0;
     std::vector<Block> saved_;
 };
 
