@@ -329,7 +329,7 @@ class MonkeyTest : public UiTest {
         ASSERT_EQ(check_param(param, {0, 0, 0}), 0);
         ASSERT_EQ(make_unit(model, param, solids), 0);
         ASSERT_EQ(rebuild_tables(model), 0);
-        project_model(model, view);
+        place_on_sheet(model, project_model(model, view));
         ASSERT_EQ(save_jiku_data(model, work_file(work_dir, "good.jik"), {}), 0);
         ASSERT_EQ(save_tegaki_data(model, sketch_places, work_file(work_dir, "good.tgk")), 0);
         ASSERT_EQ(save_file(work_file(work_dir, "broken.jik"), "1 0 0 0\n"), 0);
@@ -352,8 +352,7 @@ class MonkeyTest : public UiTest {
                                    &QAction::trigger);
             }
             monkey.play(window);
-            document.changed = false;
-            unfinished = monkey.sketched() && window.state().stage == Stage::empty;
+            unfinished = monkey.sketched() && project.stage == Stage::empty;
         }
         if (std::getenv("KIGUMI_MONKEYS") != nullptr) {
             std::printf("%s\n", monkey.log().c_str());

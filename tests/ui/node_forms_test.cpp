@@ -88,7 +88,7 @@ TEST_F(NodeForms, AddingOffersTheDefaultsAndReplaces) {
     EXPECT_EQ(rows(form, "LoadStringGrid"),
               "X01Y00Z00 0.0 0.0 -200.0; X02Y00Z00 5.0 0.0 -200.0; X04Y00Z00 0.0 0.0 -1000.0; ");
     EXPECT_EQ(redrawn, 3);
-    EXPECT_TRUE(document.roles_changed);
+    EXPECT_TRUE(is_unsaved(session.work));
     expect_agreement(form);
 }
 
@@ -117,7 +117,7 @@ TEST_F(NodeForms, CancelAndWrongNumbersChangeNothing) {
     press(form, "AddFixSpeedButton");
     EXPECT_EQ(rows(form, "FixStringGrid"), fixes);
     EXPECT_EQ(rows(form, "LoadStringGrid"), loads);
-    EXPECT_FALSE(document.roles_changed);
+    EXPECT_FALSE(session.work.history.differs(project));
 }
 
 TEST_F(NodeForms, TheOtherRoleIsGivenUpOnlyWhenSaidSo) {

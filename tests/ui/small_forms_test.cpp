@@ -123,7 +123,7 @@ TEST_F(SmallForms, ShiftStartsFromTheLastOne) {
         TZahyouIdouForm form(session);
         type(form, "DxEdit", step.dx);
         press(form, step.button);
-        EXPECT_FLOAT_EQ(document.shift.dx, step.shift);
+        EXPECT_FLOAT_EQ(project.shift.dx, step.shift);
         EXPECT_EQ(text_in(TZahyouIdouForm(session), "DxEdit"), step.next);
     }
     TZahyouIdouForm refusing(session);
@@ -133,7 +133,7 @@ TEST_F(SmallForms, ShiftStartsFromTheLastOne) {
     press(refusing, "OKButton");
     expect_message("Z方向: 「上」は数値ではありません");
     EXPECT_TRUE(refusing.isVisible());
-    EXPECT_FLOAT_EQ(document.shift.dx, 0.0f);
+    EXPECT_FLOAT_EQ(project.shift.dx, 0.0f);
 }
 
 } // namespace

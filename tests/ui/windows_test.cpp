@@ -21,7 +21,6 @@ class Windows : public UiTest {
         window_->show();
     }
     void TearDown() override {
-        document.changed = false;
         window_.reset();
         UiTest::TearDown();
     }
@@ -92,7 +91,7 @@ TEST_F(Windows, ThreeModelsInARow) {
     expect_message("軸ファイルを作製しました");
     EXPECT_EQ(model.N_Beam, 2 * (768 + 96) + 136);
     EXPECT_EQ(find_model_fault(model, true), nullptr);
-    EXPECT_TRUE(document.changed);
+    EXPECT_TRUE(is_unsaved(session.work));
 }
 
 TEST_F(Windows, BrokenAxisDataGivesTheStartBack) {
@@ -112,7 +111,7 @@ TEST_F(Windows, UnsavedWorkIsAskedAbout) {
     player_.close("TMainForm").answer("キャンセル").menu("TMainForm", "ExitMenu");
     player_.answer("保存する").file(work_file(work_dir, "kept.jik")).gone("TMainForm");
     player_.play();
-    EXPECT_FALSE(document.changed);
+    EXPECT_FALSE(is_unsaved(session.work));
     EXPECT_TRUE(fs::exists(work_file(work_dir, "kept.jik")));
     EXPECT_EQ(read_file(work_file(work_dir, "SPY.TXT"))->substr(0, 11), "Spy Start\r\n");
 }
@@ -139,8 +138,10 @@ TEST_F(Windows, SearchWritesTheChosenMembersOnly) {
 }
 
 // Names of the commands that are open in this state.
-std::string open_commands(CommandState state) {
-    const CommandFlags f = command_flags(state);
+std::string open_commands(Stage stage, bool results) {
+    const auto project = std::make_unique<Project>();
+    project->stage = stage;
+    const CommandFlags f = command_flags(*project, results);
     const std::pair<const char*, bool> all[] = {
         {"KihonMenu", f.KihonMenu},
         {"TegakiMenu", f.TegakiMenu},
@@ -167,12 +168,12 @@ std::string open_commands(CommandState state) {
 }
 
 TEST(Flags, FollowTheState) {
-    EXPECT_EQ(open_commands({}), "KihonMenu TegakiMenu JikuDataReadMenu SaigoKaisekiMenu ExitMenu");
-    EXPECT_EQ(open_commands({Stage::reading, false}), "ExitMenu");
-    EXPECT_EQ(open_commands({Stage::made, false}),
+    EXPECT_EQ(open_commands(Stage::empty, false), "KihonMenu TegakiMenu JikuDataReadMenu SaigoKaisekiMenu ExitMenu");
+    EXPECT_EQ(open_commands(Stage::reading, false), "ExitMenu");
+    EXPECT_EQ(open_commands(Stage::made, false),
               "SaveFileMenu ExitMenu SetutenShiteiMenu HyoujiMenu SetutenMeishouMenu "
               "BuzaiBangouMenu");
-    EXPECT_EQ(open_commands({Stage::loaded, true}),
+    EXPECT_EQ(open_commands(Stage::loaded, true),
               "SaveFileMenu HoneSaveMenu FrameSlvSaveMenu KaisekiMenu KekkaHozonMenu ExitMenu "
               "SetutenShiteiMenu HyoujiMenu SetutenMeishouMenu BuzaiBangouMenu KoteiStutenMenu "
               "KajyuryouMenu");

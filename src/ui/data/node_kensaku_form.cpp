@@ -103,7 +103,6 @@ void TNodeKensakuForm::select_all() {
         return;
     }
     turn_found(model, answer == YesNo::yes ? role_ : role_plain);
-    document.roles_changed = true;
     show_all_levels();
     emit marked();
 }

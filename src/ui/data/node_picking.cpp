@@ -97,11 +97,11 @@ void NodePicking::on_timer() {
 }
 
 int NodePicking::node_at(QPoint at) const {
-    if (model.N_Node == 0 || !can_map(picture_->area())) {
+    if (shown.node.empty() || !can_map(picture_->area())) {
         return -1;
     }
     const PlanePoint point = to_plane(picture_->area(), at.x(), at.y());
-    return search_2dim_node(model, point.X, point.Y);
+    return find_plane_node(shown, point, model.snap_radius);
 }
 
 void NodePicking::pick(QPoint at) {
@@ -116,7 +116,6 @@ void NodePicking::pick(QPoint at) {
     }
     if (model.fix_load_edited == 0) {
         pick_role(model, node, picked_role(mode_));
-        document.roles_changed = true;
         picture_->update();
     }
     show_status(node);

@@ -206,7 +206,6 @@ void TSelNodeForm::fill_records() {
 }
 
 void TSelNodeForm::note_change() {
-    document.roles_changed = true;
     fill_records();
     emit changed();
 }

@@ -23,6 +23,6 @@ TJikuForm::TJikuForm(Session& session, QWidget* parent) : ModelWindow(session, p
     add_view_menu(ModelMode::wire);
     viewpoint_item_->setEnabled(false);
     add_help_menu();
-    tell(document_summary(model, document));
+    tell(document_summary(project));
     show_mode(ModelMode::wire);
 }

@@ -158,7 +158,7 @@ void TKensakuForm::save() {
     if (path.empty()) {
         return;
     }
-    if (save_jiku_selection(model, path, chosen_, document.shift) == 0) {
+    if (save_jiku_selection(model, path, chosen_, project.shift) == 0) {
         show_message("軸ファイルを作製しました");
         accept();
     }

@@ -75,12 +75,14 @@ void TKihonUnitForm::generate() {
     if (make_unit(model, param, solids) < 0 || rebuild_tables(model) < 0) {
         return;
     }
-    document.set_generated();
+    project.generated = true;
+    document.file.clear();
+    session_.work.history.commit("骨組の生成", project);
     // The frame is there and can be saved even where its solids cannot be (a folder without the
     // right to write, say); the message has told so.
     save_trio_file(solids, work_dir);
     set_frame_exists(true);
-    tell(document_summary(model, document));
+    tell(document_summary(project));
     show_mode(ModelMode::wire);
 }
 
@@ -90,7 +92,7 @@ void TKihonUnitForm::save_axis_data(bool move) {
         if (dialog.exec() != QDialog::Accepted) {
             return;
         }
-        tell(document_summary(model, document)); // it tells the shift
+        tell(document_summary(project)); // it tells the shift
     }
     const fs::path path = ask_save_file(work_dir, this, "軸データ保存", axis_filter, "jik");
     if (path.empty()) {
@@ -99,10 +101,13 @@ void TKihonUnitForm::save_axis_data(bool move) {
     int status = 0;
     {
         const BusyCursor busy;
-        status = save_jiku_data(model, path, document.shift);
+        status = save_jiku_data(model, path, project.shift);
     }
     if (status == 0) {
-        document.set_saved(path);
+        document.file = path;
+        if (fits_axis_data(project)) {
+            session_.work.history.mark_saved();
+        }
         show_message("軸ファイルを作製しました");
     }
 }

@@ -8,9 +8,9 @@
 TZahyouIdouForm::TZahyouIdouForm(kigumi::Session& session, QWidget* parent)
     : QDialog(parent), Desk(session), ui_(std::make_unique<Ui::TZahyouIdouForm>()) {
     ui_->setupUi(this);
-    ui_->DxEdit->setText(kigumi::number_text(document.shift.dx));
-    ui_->DyEdit->setText(kigumi::number_text(document.shift.dy));
-    ui_->DzEdit->setText(kigumi::number_text(document.shift.dz));
+    ui_->DxEdit->setText(kigumi::number_text(project.shift.dx));
+    ui_->DyEdit->setText(kigumi::number_text(project.shift.dy));
+    ui_->DzEdit->setText(kigumi::number_text(project.shift.dz));
     connect(ui_->OKButton, &QPushButton::clicked, this, &TZahyouIdouForm::accept);
     connect(ui_->CancelButton, &QPushButton::clicked, this, &TZahyouIdouForm::reject);
 }
@@ -21,7 +21,7 @@ void TZahyouIdouForm::accept() {
     kigumi::Shift read;
     if (kigumi::read_box(ui_->DxEdit, read.dx) && kigumi::read_box(ui_->DyEdit, read.dy) &&
         kigumi::read_box(ui_->DzEdit, read.dz)) {
-        document.shift = read;
+        project.shift = read;
         QDialog::accept();
     }
 }

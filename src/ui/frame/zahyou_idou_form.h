@@ -13,7 +13,7 @@ class TZahyouIdouForm;
 }
 
 // Asks for the shift of a written axis data file. It starts from the shift given last
-// (`document.shift`), which OK sets.
+// (`Project::shift`), which OK sets.
 class TZahyouIdouForm : public QDialog, protected kigumi::Desk {
     Q_OBJECT
 

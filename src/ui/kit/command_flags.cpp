@@ -2,10 +2,10 @@
 
 namespace kigumi {
 
-CommandFlags command_flags(const CommandState& state) {
-    const bool empty = state.stage == Stage::empty;
-    const bool made = state.stage == Stage::made || state.stage == Stage::loaded;
-    const bool loaded = state.stage == Stage::loaded;
+CommandFlags command_flags(const Project& project, bool results) {
+    const bool empty = project.stage == Stage::empty;
+    const bool made = project.stage == Stage::made || project.stage == Stage::loaded;
+    const bool loaded = project.stage == Stage::loaded;
     CommandFlags flags{};
     flags.KihonMenu = empty;
     flags.TegakiMenu = empty;
@@ -14,7 +14,7 @@ CommandFlags command_flags(const CommandState& state) {
     flags.HoneSaveMenu = loaded;
     flags.FrameSlvSaveMenu = loaded;
     flags.KaisekiMenu = loaded;
-    flags.KekkaHozonMenu = state.results;
+    flags.KekkaHozonMenu = results;
     flags.SaigoKaisekiMenu = empty;
     flags.ExitMenu = true;
     flags.SetutenShiteiMenu = made;

@@ -5,11 +5,6 @@
 
 namespace kigumi {
 
-struct CommandState {
-    Stage stage = Stage::empty;
-    bool results = false; // results of an analysis are there to be saved
-};
-
 // True for each command that is open. Names as those of the menu items.
 struct CommandFlags {
     bool KihonMenu, TegakiMenu, JikuDataReadMenu;
@@ -20,6 +15,7 @@ struct CommandFlags {
     bool KoteiStutenMenu, KajyuryouMenu;
 };
 
-CommandFlags command_flags(const CommandState& state);
+// `results`: results of an analysis are there to be saved.
+CommandFlags command_flags(const Project& project, bool results);
 
 } // namespace kigumi

@@ -2,39 +2,50 @@
 
 #include "model/members.h"
 #include "model/nodes.h"
+#include "model/roles.h"
+#include "model/sections.h"
 #include "model/sketch.h"
 #include "ui/kit/dialogs.h"
 
+#include <algorithm>
 #include <cmath>
+#include <memory>
 
 namespace kigumi {
 
-void Document::set_generated() {
-    file.clear();
-    changed = true;
-    set_data_saved();
+bool is_unsaved(const Work& work) {
+    const Model& model = work.project.model;
+    if (model.N_Node == 0 && model.N_Beam == 0) {
+        return false;
+    }
+    return !work.history.is_saved() || work.history.differs(work.project);
 }
 
-void Document::set_data_saved() {
-    roles_changed = sections_changed = false;
-}
-
-void Document::set_read(const fs::path& path) {
-    file = path;
-    changed = false;
-    set_data_saved();
-}
-
-void Document::set_saved(const fs::path& path) {
-    file = path;
-    changed = false;
-}
-
-void Document::set_empty() {
-    file.clear();
-    changed = false;
-    set_data_saved();
-    shift = Shift{};
+bool fits_axis_data(const Project& project) {
+    const Model& model = project.model;
+    if (model.N_Fix > 0 || model.N_Load > 0 || any_role(model)) {
+        return false;
+    }
+    const auto fresh = std::make_unique<Model>(model);
+    if (rebuild_tables(*fresh) < 0 || fresh->N_Size != model.N_Size ||
+        fresh->N_Mat != model.N_Mat) {
+        return false;
+    }
+    const auto same = [](const auto& left, const auto& right, std::int32_t count) {
+        return std::equal(left.begin(), left.begin() + count, right.begin());
+    };
+    const SizeTable& size = model.size;
+    const SizeTable& new_size = fresh->size;
+    for (const auto values :
+         {&SizeTable::haba, &SizeTable::atumi, &SizeTable::length, &SizeTable::A, &SizeTable::Iy,
+          &SizeTable::Iz, &SizeTable::J, &SizeTable::angle}) {
+        if (!same(size.*values, new_size.*values, model.N_Size)) {
+            return false;
+        }
+    }
+    return same(model.mat.E, fresh->mat.E, model.N_Mat) &&
+           same(model.mat.poisson, fresh->mat.poisson, model.N_Mat) &&
+           same(model.mat.density, fresh->mat.density, model.N_Mat);
 }
 
 QString sketch_summary(const Model& model) {
@@ -48,7 +59,8 @@ QString sketch_summary(const Model& model) {
     return count.beams > 0 ? nodes + "　" + part("部材", count.missing_beams, count.beams) : nodes;
 }
 
-QString document_summary(const Model& model, const Document& document) {
+QString document_summary(const Project& project) {
+    const Model& model = project.model;
     if (model.N_Beam == 0) {
         return "モデルがありません。ファイル → 基本データ選択 で骨組を作るか、"
                "手書入力編集 で描くか、軸データ編集 で軸データを読み込みます";
@@ -66,12 +78,12 @@ QString document_summary(const Model& model, const Document& document) {
         return QString("%1～%2").arg(extent.low[axis], 0, 'f', 1).arg(extent.high[axis], 0, 'f', 1);
     };
     const bool moved =
-        std::fabs(document.shift.dx) + std::fabs(document.shift.dy) + std::fabs(document.shift.dz) >
+        std::fabs(project.shift.dx) + std::fabs(project.shift.dy) + std::fabs(project.shift.dz) >
         0.0f;
     const QString shift = QString("　座標移動 %1, %2, %3")
-                              .arg(document.shift.dx)
-                              .arg(document.shift.dy)
-                              .arg(document.shift.dz);
+                              .arg(project.shift.dx)
+                              .arg(project.shift.dy)
+                              .arg(project.shift.dz);
     return QString("節点 %1　部材 %2　X %3　Y %4　Z %5 cm　材積 %6 m³")
                .arg(model.N_Node)
                .arg(model.N_Beam)
@@ -82,6 +94,10 @@ QString document_summary(const Model& model, const Document& document) {
 
 QString document_name(const Document& document) {
     return document.file.empty() ? QString("名称未設定") : qt_path(document.file.filename());
+}
+
+QString marked_name(const Document& document, bool unsaved) {
+    return document_name(document) + (unsaved ? "*" : "");
 }
 
 } // namespace kigumi

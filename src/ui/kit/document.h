@@ -1,36 +1,33 @@
-// What the windows know of the model as a piece of work: its file, and whether it is saved.
+// What the windows know of the project as a piece of work: its file, and whether it is saved.
 #pragma once
 
-#include "files/jiku.h"
-#include "model/model.h"
+#include "project/gate.h"
 
 #include <QString>
 
 namespace kigumi {
 
 struct Document {
-    fs::path file;        // file it was read from or saved to last; empty for a new frame
-    bool changed = false; // changed since then
-    // Changed since they were written as solver input: supports or loads; sections or materials.
-    bool roles_changed = false;
-    bool sections_changed = false;
-    Shift shift; // 座標移動 of written axis data, cm; a new model starts at 0
-
-    void set_generated();
-    void set_read(const fs::path& path);
-    void set_saved(const fs::path& path);
-    // The solver input was written.
-    void set_data_saved();
-    void set_empty();
+    fs::path file; // it was read from or saved to last; empty for work that has none
 };
 
+// True when no file holds the work as it stands: it was changed since it was saved or read. An
+// empty project is nothing to save. An unfinished sketch is work.
+bool is_unsaved(const Work& work);
+
+// Nothing but what axis data can hold: no supports, loads, changed sections or materials.
+bool fits_axis_data(const Project& project);
+
 // Counts, bounds and timber volume of the model in one line, for status bars.
-QString document_summary(const Model& model, const Document& document);
+QString document_summary(const Project& project);
 
 // What a sketch still lacks, or that it lacks nothing ("節点 3/12 未入力　部材 2/20 未入力").
 QString sketch_summary(const Model& model);
 
-// File name for titles; 名称未設定 for a frame that has none.
+// File name for titles; 名称未設定 for work that has none.
 QString document_name(const Document& document);
+
+// The same with the mark * behind it while the work is not saved.
+QString marked_name(const Document& document, bool unsaved);
 
 } // namespace kigumi

@@ -10,6 +10,8 @@ namespace kigumi {
 
 // One run of the program. Lives longer than every window.
 struct Session {
+    Session() { work.history.start(project); }
+
     Work work;
     Project& project = work.project;
     Document document;
@@ -20,14 +22,15 @@ struct Session {
 class Desk {
   public:
     explicit Desk(Session& of)
-        : session_(of), model(of.project.model), param(of.project.param), view(of.project.view),
-          result(of.project.result), solids(of.project.solids), perspective(of.project.perspective),
-          sketch_places(of.project.sketch_places), lettering(of.project.lettering),
-          solver_seams(of.project.solver_seams), work_dir(of.project.work_dir),
-          document(of.document) {}
+        : session_(of), project(of.project), model(of.project.model), param(of.project.param),
+          view(of.project.view), result(of.project.result), solids(of.project.solids),
+          perspective(of.project.perspective), sketch_places(of.project.sketch_places),
+          lettering(of.project.lettering), solver_seams(of.project.solver_seams),
+          work_dir(of.project.work_dir), document(of.document) {}
 
   protected:
     Session& session_; // for the windows that this one opens
+    Project& project;
     Model& model;
     Param& param;
     View& view;

@@ -35,7 +35,8 @@ namespace {
 constexpr int taskbar_height = 64; // pixels left below the window
 
 // Settings, log and tables as a fresh program has them.
-void start_program(Project& project, Document& document) {
+void start_program(Work& work, Document& document) {
+    Project& project = work.project;
     reset_model(project.model);
     reset_solids(project.solids);
     clear_points(project.solids);
@@ -46,6 +47,7 @@ void start_program(Project& project, Document& document) {
     project.model.snap_radius = 10.0f;
     project.view = View{};
     document = Document{};
+    work.history.start(project);
 }
 
 } // namespace
@@ -53,7 +55,7 @@ void start_program(Project& project, Document& document) {
 TMainForm::TMainForm(Session& session)
     : PictureWindow(session, nullptr), picking_(new NodePicking(session, this, &picture())) {
     setObjectName("MainForm");
-    start_program(session.project, document);
+    start_program(session.work, document);
     add_file_menu();
     add_data_menu();
     add_view_menu();
@@ -134,7 +136,8 @@ QAction* TMainForm::add_toggle(QMenu* menu, const char* name, const QString& cap
 void TMainForm::member_data() {
     TSelBeamForm window(session_, this);
     window.exec();
-    document.sections_changed = document.sections_changed || window.changed();
+    commit("部材データの変更");
+    show_state();
 }
 
 void TMainForm::add_view_menu() {
@@ -165,9 +168,13 @@ void TMainForm::add_help() {
     add_item(help, "About1", "バージョン情報(&A)", [] {});
 }
 
+void TMainForm::commit(const char* name) {
+    session_.work.history.commit(name, project);
+}
+
 void TMainForm::set_stage(Stage stage) {
-    state_.stage = stage;
-    const CommandFlags flags = command_flags(state_);
+    project.stage = stage;
+    const CommandFlags flags = command_flags(project, results_);
     for (const auto& [action, flag] : opened_by_) {
         action->setEnabled(flags.*flag);
     }
@@ -175,13 +182,14 @@ void TMainForm::set_stage(Stage stage) {
 }
 
 void TMainForm::show_state() {
-    const bool present = state_.stage == Stage::made || state_.stage == Stage::loaded;
-    const QString mark = document.changed ? "*" : "";
-    setWindowTitle(present ? document_name(document) + mark + " - kigumi" : QString("kigumi"));
-    statusBar()->showMessage(document_summary(model, document));
+    const bool present = project.stage == Stage::made || project.stage == Stage::loaded;
+    setWindowTitle(present ? marked_name(document, is_unsaved(session_.work)) + " - kigumi"
+                           : QString("kigumi"));
+    statusBar()->showMessage(document_summary(session_.project));
     if (present) {
         picture().set_picture([this](Canvas& canvas, DrawArea& area) {
-            draw_model_picture(model, view, lettering, canvas, area, labels_);
+            picking_->shown = project_model(model, view);
+            draw_model_picture(model, picking_->shown, lettering, canvas, area, labels_);
         });
     } else {
         picture().set_picture({});
@@ -189,6 +197,16 @@ void TMainForm::show_state() {
 }
 
 void TMainForm::check_model() {
+    const bool saved = !is_unsaved(session_.work);
+    accept_model();
+    commit("骨組の受け取り");
+    if (saved) {
+        session_.work.history.mark_saved();
+        show_state();
+    }
+}
+
+void TMainForm::accept_model() {
     if (model.N_Node == 0 && model.N_Beam == 0) {
         set_stage(Stage::empty);
         return;
@@ -199,7 +217,7 @@ void TMainForm::check_model() {
         }
         view.TAU = view.FAI = 30.0f;
         const BusyCursor busy;
-        project_model(model, view);
+        place_on_sheet(model, project_model(model, view));
         if (rebuild_tables(model) < 0) {
             return;
         }
@@ -219,10 +237,14 @@ void TMainForm::new_model() {
     reset_solids(solids);
     clear_points(solids);
     forget_old_node(sketch_places);
-    document.set_empty();
-    state_ = CommandState{};
+    project.param = {};
+    project.generated = false;
+    project.shift = {};
+    document.file.clear();
+    results_ = false;
     picture().fit();
     set_stage(Stage::empty);
+    session_.work.history.start(project);
 }
 
 void TMainForm::basic_data() {
@@ -264,7 +286,11 @@ void TMainForm::read_axis_data() {
         return;
     }
     forget_old_node(sketch_places);
-    document.set_read(path);
+    project.shift = {};
+    project.generated = false;
+    document.file = path;
+    session_.work.history.commit("軸データの読みこみ", project);
+    session_.work.history.mark_saved();
     TJikuForm window(session_, this);
     window.run_modal();
     check_model();
@@ -280,9 +306,10 @@ void TMainForm::support_and_load_data() {
     window.exec();
     if (model.N_Fix >= 1 && model.N_Load >= 1) {
         model.fix_load_edited = 1;
-        state_.stage = Stage::loaded;
+        project.stage = Stage::loaded;
     }
-    set_stage(state_.stage);
+    commit("支点と荷重の入力");
+    set_stage(project.stage);
 }
 
 bool TMainForm::save_solver_input() {
@@ -295,7 +322,6 @@ bool TMainForm::save_solver_input() {
         show_message("｢FrameSlvデータ保存に失敗しました");
         return false;
     }
-    document.set_data_saved();
     return true;
 }
 
@@ -309,7 +335,6 @@ bool TMainForm::save_textbook_input() {
         show_message("｢フレームラボ」データ保存に失敗しました");
         return false;
     }
-    document.set_data_saved();
     return true;
 }
 
@@ -332,62 +357,30 @@ void TMainForm::show_results(ResultsOf whose) {
     TFrameSlvForm window(session_, this, whose);
     window.run_modal();
     view.TAU = view.FAI = 30.0f;
-    state_.results = true;
-    set_stage(state_.stage);
+    results_ = true;
+    set_stage(project.stage);
 }
 
 bool TMainForm::save_axis_data() {
     const fs::path path =
         ask_save_file(work_dir, this, "軸データ保存", "軸データ(*.JIK)|*.jik", "jik");
-    if (path.empty() || save_jiku_data(model, path, document.shift) < 0) {
+    if (path.empty() || save_jiku_data(model, path, project.shift) < 0) {
         return false;
     }
-    document.set_saved(path);
+    document.file = path;
+    session_.work.history.mark_saved();
+    show_state();
     return true;
 }
 
 bool TMainForm::may_leave() {
-    return may_leave_frame() && may_leave_data();
-}
-
-bool TMainForm::may_leave_frame() {
-    // An unfinished sketch was asked about by its editor; it is no axis data yet.
-    if (!document.changed || model.N_Beam == 0 || check_all_beam(model) < 0) {
+    if (!is_unsaved(session_.work)) {
         return true;
     }
-    switch (ask_unsaved(this, "保存していない骨組があります。軸データとして保存しますか?",
-                        "保存する(&S)", "保存しない(&D)", "キャンセル(&C)")) {
+    switch (ask_unsaved(this, "保存していない仕事があります。保存しますか?", "保存する(&S)",
+                        "保存しない(&D)", "キャンセル(&C)")) {
     case UnsavedAnswer::save:
         return save_axis_data();
-    case UnsavedAnswer::discard:
-        return true;
-    case UnsavedAnswer::cancel:
-        break;
-    }
-    return false;
-}
-
-bool TMainForm::may_leave_data() {
-    const bool roles = document.roles_changed && any_role(model);
-    if (!roles && !document.sections_changed) {
-        return true;
-    }
-    const bool writable = state_.stage == Stage::loaded;
-    QStringList what;
-    if (roles) {
-        what << "支点と荷重";
-    }
-    if (document.sections_changed) {
-        what << "断面と物性の変更";
-    }
-    const QString text =
-        (writable ? QString("保存していない%1があります。FrameSlv入力データとして保存しますか?")
-                  : QString("指定した%1は失われます。よろしいですか?"))
-            .arg(what.join("、"));
-    switch (ask_unsaved(this, text, writable ? "保存する(&S)" : "",
-                        writable ? "保存しない(&D)" : "失われてもよい(&D)", "キャンセル(&C)")) {
-    case UnsavedAnswer::save:
-        return save_solver_input();
     case UnsavedAnswer::discard:
         return true;
     case UnsavedAnswer::cancel:

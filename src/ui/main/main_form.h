@@ -16,8 +16,6 @@ class TMainForm : public kigumi::PictureWindow {
     // Starts the session: the trace log in its working directory, an empty model.
     explicit TMainForm(kigumi::Session& session);
 
-    const kigumi::CommandState& state() const { return state_; }
-
   protected:
     void closeEvent(QCloseEvent* event) override;
 
@@ -43,18 +41,18 @@ class TMainForm : public kigumi::PictureWindow {
 
     // What follows every command that makes a model.
     void check_model();
+    void accept_model();
+    void commit(const char* name);
     void set_stage(kigumi::Stage stage);
     void show_state();
     // Asks about unsaved work; false when the user wants to stay.
     bool may_leave();
-    bool may_leave_frame();
-    bool may_leave_data();
     bool save_axis_data();
     // `letters`: it switches letters in the picture, and without a font stays off after a message.
     QAction* add_toggle(QMenu* menu, const char* name, const QString& caption, bool& flag,
                         bool letters = false);
 
-    kigumi::CommandState state_;
+    bool results_ = false; // results of an analysis are there to be saved
     kigumi::ModelLabels labels_;
     kigumi::NodePicking* picking_;
     // Menu items and submenus with the flag that opens them.

@@ -71,13 +71,13 @@ TTegakiForm::TTegakiForm(Session& session, QWidget* parent)
         statusBar()->showMessage(QString("自動保存できません: %1").arg(why));
     });
     if (model.N_Node == 0) {
-        document.set_empty();
+        document.file.clear();
         const fs::path copy = find_autosave(work_dir);
         if (!copy.empty()) {
             QTimer::singleShot(0, this, [this, copy] { offer_restoring(copy); });
         }
     }
-    start_read_sketch(!document.changed);
+    start_read_sketch(!is_unsaved(session_.work));
 }
 
 void TTegakiForm::add_edit_menu() {
@@ -227,7 +227,6 @@ void TTegakiForm::finish_command() {
     if (history_.commit()) {
         autosave_->note_change();
     }
-    document.changed = !history_.is_saved();
     show_state();
 }
 
@@ -302,7 +301,7 @@ void TTegakiForm::show_state() {
     missing_label_->setText(model.N_Node > 0 ? sketch_summary(model)
                                              : QString("何も描かれていません"));
     setWindowTitle("手書");
-    file_label_->setText(document_name(document) + (document.changed ? "*" : ""));
+    file_label_->setText(marked_name(document, !history_.is_saved()));
     show_pointer();
     sheet_->update();
 }

@@ -81,7 +81,8 @@ void TTegakiForm::new_sketch() {
     reset_solids(solids);
     clear_points(solids);
     forget_old_node(sketch_places);
-    document.set_empty();
+    project.shift = {};
+    document.file.clear();
     start_read_sketch(true);
 }
 
@@ -109,8 +110,8 @@ void TTegakiForm::load_sketch(const fs::path& path) {
     reset_solids(solids);
     clear_points(solids);
     autosave_->remove();
-    document.set_empty();
-    document.set_read(path);
+    project.shift = {};
+    document.file = path;
     start_read_sketch(true);
 }
 
@@ -121,9 +122,8 @@ void TTegakiForm::restore_copy(const fs::path& copy, CopyLock lock) {
     }
     reset_solids(solids);
     clear_points(solids);
-    document.set_empty();
-    document.set_read(autosaved_file(copy));
-    document.changed = true;
+    project.shift = {};
+    document.file = autosaved_file(copy);
     autosave_->adopt(copy, std::move(lock));
     start_read_sketch(false);
 }
@@ -139,7 +139,6 @@ void TTegakiForm::start_read_sketch(bool saved) {
     statusBar()->clearMessage();
     sheet_->show_sheet();
     history_.start(saved);
-    document.changed = !saved;
     show_state();
 }
 
@@ -152,7 +151,7 @@ bool TTegakiForm::save_sketch() {
     }
     autosave_->remove();
     history_.mark_saved();
-    document.set_saved(path);
+    document.file = path;
     constexpr int shown_for = 5000; // ms
     statusBar()->showMessage(QString("%1 に保存しました").arg(qt_path(path.filename())), shown_for);
     show_state();
@@ -212,7 +211,11 @@ void TTegakiForm::closeEvent(QCloseEvent* event) {
     back_to_sheet();
     view.TAU = view.FAI = 30.0f;
     if (model.N_Beam == 0) {
-        document.set_empty();
+        document.file.clear();
+    }
+    session_.work.history.commit("手書入力編集", project);
+    if (history_.is_saved()) {
+        session_.work.history.mark_saved();
     }
     PictureWindow::closeEvent(event);
 }
