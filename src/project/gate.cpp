@@ -28,6 +28,16 @@ int change(Work& work, std::string_view name, const std::function<int(Project&)>
     return status;
 }
 
+int derive(Work& work, const std::function<int(Project&)>& edit) {
+    const int status = edit(work.project);
+    if (status < 0) {
+        work.history.restore(work.project);
+    } else {
+        work.history.amend(work.project);
+    }
+    return status;
+}
+
 bool undo(Work& work) {
     const bool can = work.history.can_undo();
     work.history.undo(work.project);

@@ -23,6 +23,11 @@ enum class OnFailure { keep, take_back };
 int change(Work& work, std::string_view name, const std::function<int(Project&)>& edit,
            OnFailure on_failure = OnFailure::keep);
 
+// Runs `edit`, which only completes what the last command made by tables that follow from it: the
+// last step takes it in, and what was saved stays saved. Its status is returned; when that is -1,
+// the project is as before.
+int derive(Work& work, const std::function<int(Project&)>& edit);
+
 // Takes back the last step, or repeats it; false when there is none.
 bool undo(Work& work);
 bool redo(Work& work);

@@ -112,6 +112,12 @@ bool History::commit(std::string_view name, const Project& project) {
     return true;
 }
 
+void History::amend(const Project& project) {
+    const bool saved = is_saved();
+    steps_[at_].blocks = blocks_of(project, steps_[at_].blocks);
+    saved_ = saved ? steps_[at_].blocks : saved_;
+}
+
 const std::string& History::undo_name() const {
     static const std::string none;
     return can_undo() ? steps_[at_].name : none;

@@ -25,6 +25,9 @@ class History {
     // ("部材の削除"). False, and no step, when nothing was changed. What could be redone is
     // forgotten.
     bool commit(std::string_view name, const Project& project);
+    // Takes the project as it stands into the present step, which keeps its name. What was saved
+    // stays saved.
+    void amend(const Project& project);
     // True when the project is not what the present holds.
     bool differs(const Project& project) const;
 
