@@ -165,7 +165,7 @@ void triangles(benchmark::State& state) {
             clear_points(solids);
         },
         [&] { build_trio_file(model, solids, work_dir); },
-        [&] { save_file(work_file(work_dir, "bytes.dat"), bytes, false); });
+        [&] { save_file(work_file(work_dir, "bytes.dat"), bytes, nullptr, Sync::no); });
     state.counters["megabytes"] = static_cast<double>(bytes.size()) / (1 << 20);
 }
 BENCHMARK(triangles)->UseManualTime();

@@ -17,20 +17,26 @@ void CoreTest::SetUp() {
     for (int k = 0; k == 0 || !fs::create_directory(work_dir); ++k) {
         work_dir = fs::temp_directory_path() / text_format("kigumi-test-%s-%d", name.c_str(), k);
     }
-    set_message_sink([this](std::string_view text) { messages_.emplace_back(text); });
+    sink_.emplace([this](const Fault& fault) { messages_.push_back(fault); });
 }
 
 void CoreTest::TearDown() {
-    for (const std::string& message : messages_) {
-        ADD_FAILURE() << "unexpected message: " << message;
+    for (const Fault& message : messages_) {
+        ADD_FAILURE() << "unexpected message: " << message.text();
     }
-    set_message_sink({});
+    sink_.reset();
     std::error_code ignored;
     fs::remove_all(work_dir, ignored);
 }
 
 std::vector<std::string> CoreTest::take_messages() {
-    return std::exchange(messages_, {});
+    reason_.clear();
+    std::vector<std::string> sentences;
+    for (const Fault& message : std::exchange(messages_, {})) {
+        sentences.push_back(message.sentence);
+        reason_ = message.reason;
+    }
+    return sentences;
 }
 
 void CoreTest::expect_messages(const std::vector<std::string>& messages) {
@@ -48,7 +54,8 @@ std::string line_at(const std::string& text, size_t from) {
 void expect_golden(const std::string& name, const std::string& text) {
     const fs::path path = fs::path(KIGUMI_GOLDEN_DIR) / name;
     if (std::getenv("KIGUMI_ACCEPT") != nullptr) {
-        ASSERT_EQ(save_file(path, text), 0) << file_error();
+        std::string reason;
+        ASSERT_EQ(save_file(path, text, &reason), 0) << reason;
         return;
     }
     const auto expected = read_file(path);

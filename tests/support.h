@@ -2,12 +2,14 @@
 #pragma once
 
 #include "base/files.h"
+#include "base/message.h"
 #include "draw/canvas.h"
 #include "project/project.h"
 
 #include <gtest/gtest.h>
 
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -45,15 +47,19 @@ class CoreTest : public ::testing::Test, protected ProjectParts {
     void SetUp() override;
     void TearDown() override;
 
-    // The messages since the last call.
+    // The sentences of the messages since the last call.
     std::vector<std::string> take_messages();
     // Fails unless exactly these were shown since the last look.
     void expect_messages(const std::vector<std::string>& messages);
     void expect_message(const std::string& message) { expect_messages({message}); }
+    // The reason of the last message that was taken or expected; empty when it had none.
+    const std::string& reason() const { return reason_; }
 
   private:
     std::shared_ptr<Project> owned_; // some MB
-    std::vector<std::string> messages_;
+    std::optional<ScopedMessageSink> sink_;
+    std::vector<Fault> messages_;
+    std::string reason_;
 };
 
 // Compares with tests/golden/<name>. On a difference the first differing line of both sides is

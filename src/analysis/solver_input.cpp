@@ -144,11 +144,8 @@ void write_gra_loads(const Model& model, TextWriter& writer) {
 }
 
 int save_or_tell(const TextWriter& writer, const fs::path& path, const char* message) {
-    if (writer.save(path) < 0) {
-        show_message(message);
-        return -1;
-    }
-    return 0;
+    std::string reason;
+    return writer.save(path, &reason) < 0 ? refuse(message, reason) : 0;
 }
 
 } // namespace

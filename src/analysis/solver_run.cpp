@@ -47,24 +47,20 @@ bool remove_results(const fs::path& work_dir) {
     return true;
 }
 
-// Reads one of the result files and parses it by `parse` (text -> 0 or -1), with the two messages.
+// Reads one of the result files and parses it by `parse` (text, reason -> 0 or -1), with the two
+// messages.
 template <class Parse>
 int read_result_file(const fs::path& work_dir, const char* name, Parse parse) {
-    const auto text = read_file(work_file(work_dir, name));
+    std::string reason;
+    const auto text = read_file(work_file(work_dir, name), &reason);
     if (!text) {
         const std::string complaint = solver_complaint(work_dir);
-        if (!complaint.empty()) {
-            set_file_error(complaint);
-        }
-        show_message(text_format("ファイル%sをオ－プンできません", name));
-        return -1;
+        return refuse(text_format("ファイル%sをオ－プンできません", name),
+                      complaint.empty() ? reason : complaint);
     }
-    clear_file_error();
-    if (parse(*text) < 0) {
-        show_message(text_format("ファイル%sの読み込みに失敗しました", name));
-        return -1;
-    }
-    return 0;
+    return parse(*text, reason) < 0
+               ? refuse(text_format("ファイル%sの読み込みに失敗しました", name), reason)
+               : 0;
 }
 
 // What the last run left in the working directory, to be put back when a new one does not start.
@@ -74,15 +70,17 @@ class EarlierResults {
         for (const char* name : result_files) {
             files_.emplace_back(name, read_file(work_file(work_dir_, name)));
         }
-        clear_file_error();
     }
-    void put_back() const {
+    // Why a file could not be put back; empty when all are.
+    std::string put_back() const {
+        std::string reason;
         for (const auto& [name, bytes] : files_) {
             std::error_code ignored;
             if (bytes && !fs::exists(work_file(work_dir_, name), ignored)) {
-                save_file(work_file(work_dir_, name), *bytes);
+                save_file(work_file(work_dir_, name), *bytes, &reason);
             }
         }
+        return reason;
     }
 
   private:
@@ -104,9 +102,10 @@ std::optional<std::string> read_for_copy(const fs::path& work_dir, const char* n
         show_message("Can not get memory for lpADR");
         return {};
     }
-    std::optional<std::string> bytes = read_file(path);
+    std::string reason;
+    std::optional<std::string> bytes = read_file(path, &reason);
     if (!bytes || bytes->size() < size) {
-        show_message("Read Error");
+        show_message("Read Error", reason);
         return {};
     }
     return bytes;
@@ -175,6 +174,7 @@ int run_solver(const Model& model, const SolverSeams& solver_seams, const fs::pa
             return !outcome.stopped;
         };
     }
+    std::string reason;
     const int start = solver_seams.hundredths();
     if (!solver.empty()) {
         const EarlierResults earlier(work_dir);
@@ -184,12 +184,11 @@ int run_solver(const Model& model, const SolverSeams& solver_seams, const fs::pa
         }
         outcome.status = solver_seams.start(solver, work_dir, asked);
         if (outcome.status < 0) {
-            earlier.put_back();
+            reason = earlier.put_back();
         }
     }
     if (outcome.status < 0) {
-        show_message("Could not create process");
-        return -1;
+        return refuse("Could not create process", reason);
     }
     outcome.seconds = (solver_seams.hundredths() - start) * 0.01;
     if (outcome.stopped) {
@@ -200,7 +199,6 @@ int run_solver(const Model& model, const SolverSeams& solver_seams, const fs::pa
 
 std::string solver_complaint(const fs::path& work_dir) {
     const auto text = read_file(work_file(work_dir, complaint_file));
-    clear_file_error();
     if (!text) {
         return {};
     }
@@ -217,21 +215,23 @@ int FrameSlv(Model& model, Result& result, const fs::path& work_dir, ResultsOf w
     Levels levels;
     Listing listing;
     std::vector<Disp> disp;
-    if (read_result_file(work_dir, "frameslv.zlv",
-                         [&](std::string_view text) { return parse_levels(text, levels); }) < 0 ||
-        read_result_file(work_dir, "frameslv.lst",
-                         [&](std::string_view text) { return parse_listing(text, listing); }) < 0) {
+    if (read_result_file(
+            work_dir, "frameslv.zlv",
+            [&](std::string_view text, std::string&) { return parse_levels(text, levels); }) < 0 ||
+        read_result_file(work_dir, "frameslv.lst", [&](std::string_view text, std::string&) {
+            return parse_listing(text, listing);
+        }) < 0) {
         return -1;
     }
-    const auto parse_disp = [&](std::string_view text) {
+    const auto parse_disp = [&](std::string_view text, std::string& reason) {
         if (parse_displacements(text, disp) < 0) {
             return -1;
         }
         if (disp.size() == listing.setuten.size()) {
             return 0;
         }
-        set_file_error(text_format("節点の数が frameslv.lst では %zu、frameslv.dsp では %zu です",
-                                   listing.setuten.size(), disp.size()));
+        reason = text_format("節点の数が frameslv.lst では %zu、frameslv.dsp では %zu です",
+                             listing.setuten.size(), disp.size());
         return -1;
     };
     if (read_result_file(work_dir, "frameslv.dsp", parse_disp) < 0) {
@@ -249,8 +249,9 @@ int FrameSlv(Model& model, Result& result, const fs::path& work_dir, ResultsOf w
 
 int save_results(const fs::path& work_dir, const fs::path& path) {
     spy("Enter save_results()");
-    if (!can_save(path)) {
-        return refuse("Error: Unable to open OutFile");
+    std::string reason;
+    if (!can_save(path, &reason)) {
+        return refuse("Error: Unable to open OutFile", reason);
     }
     const auto listing = read_for_copy(work_dir, "frameslv.lst", "Error: Unable to open LST_FILE");
     if (!listing) {
@@ -261,8 +262,8 @@ int save_results(const fs::path& work_dir, const fs::path& path) {
     if (!displacements) {
         return -1;
     }
-    if (save_file(path, *listing + *displacements) < 0) {
-        return refuse("Write Error");
+    if (save_file(path, *listing + *displacements, &reason) < 0) {
+        return refuse("Write Error", reason);
     }
     show_message("解析結果を保存しました");
     return 0;

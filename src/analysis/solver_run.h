@@ -63,7 +63,7 @@ enum class ResultsOf { any_frame, this_model };
 
 // Reads frameslv.zlv, frameslv.lst and frameslv.dsp of the working directory into `result` and the
 // level tables of `model`; the selection (kensaku) is emptied. 0, or -1 after a message, with the
-// solver's complaint as its reason (file_error) where a file is missing, and both counts of nodes
+// solver's complaint as its reason where a file is missing, and both counts of nodes
 // where those of the last two files differ; all tables are then as before. Results that do not fit
 // where they should are refused with "計算結果がこの骨組のものではありません".
 int FrameSlv(Model& model, Result& result, const fs::path& work_dir,

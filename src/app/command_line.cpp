@@ -286,16 +286,13 @@ std::string usage_fault(const CLI::ParseError& error) {
 }
 
 // Prints the messages of a failed command as one line.
-void print_failure(const std::vector<std::string>& messages) {
+void print_failure(const std::vector<Fault>& messages) {
     std::string line;
-    for (const std::string& message : messages) {
-        if (message == already_told) {
+    for (const Fault& message : messages) {
+        if (message.sentence == already_told) {
             return;
         }
-        line += (line.empty() ? "" : " ") + message;
-    }
-    if (!file_error().empty() && line.find(file_error()) == std::string::npos) {
-        line += line.empty() ? file_error() : "（" + file_error() + "）";
+        line += (line.empty() ? "" : " ") + message.text();
     }
     write_console(line.empty() ? "失敗しました" : line);
 }
@@ -307,8 +304,7 @@ int CommandLine::run(int argc, char** argv) {
     qputenv("QT_QPA_PLATFORM", "offscreen");
 #endif
     qInstallMessageHandler([](QtMsgType, const QMessageLogContext&, const QString&) {});
-    std::vector<std::string> messages;
-    set_message_sink([&messages](std::string_view text) { messages.emplace_back(text); });
+    std::optional<CollectedMessages> messages(std::in_place);
     int status = 0;
     try {
         app_.parse(argc, argv);
@@ -323,13 +319,14 @@ int CommandLine::run(int argc, char** argv) {
         write_console("kigumi: " + usage_fault(error) + "（kigumi --help）");
         return status_usage;
     }
-    set_message_sink({});
+    const std::vector<Fault> faults = std::move(messages->faults);
+    messages.reset();
     if (status < 0) {
-        print_failure(messages);
+        print_failure(faults);
         return status == wrong_usage ? status_usage : status_failed;
     }
-    for (const std::string& message : messages) {
-        write_console(message);
+    for (const Fault& message : faults) {
+        write_console(message.text());
     }
     return 0;
 }

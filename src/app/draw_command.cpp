@@ -213,7 +213,6 @@ int run_draw(const DrawOptions& options) {
             ResultRoles::of_other_frame) {
         show_message(roles_of_other_frame);
     }
-    clear_file_error(); // of a missing FRAMESLV.IN: no reason of what comes
     return options.mode == "solid" ? draw_solid_results(project, options, path)
                                    : draw_results(project, options, path);
 }

@@ -74,9 +74,10 @@ int set_parameters(Project& project, const std::vector<std::string>& settings) {
 }
 
 int read_frame(Project& project, const std::string& input) {
-    std::string reasons;
-    MessageSink outer = set_message_sink([&reasons](std::string_view text) {
-        reasons += (reasons.empty() ? "" : " ") + std::string(text);
+    Fault fault;
+    std::optional<ScopedMessageSink> joining(std::in_place, [&fault](const Fault& told) {
+        fault.sentence += (fault.sentence.empty() ? "" : " ") + told.sentence;
+        fault.reason = told.reason;
     });
     reset_model(project.model);
     reset_solids(project.solids);
@@ -85,24 +86,28 @@ int read_frame(Project& project, const std::string& input) {
     if (!drawn) {
         forget_old_node(project.sketch_places);
     }
-    const int status =
-        drawn ? load_tegaki_data(project.model, project.sketch_places, path_of(input))
-              : load_jiku_data(project.model, project.solids, project.work_dir, path_of(input));
+    const int status = drawn
+                           ? load_tegaki_data(project.model, project.sketch_places, path_of(input))
+                           : load_jiku_data(project.model, project.solids, project.work_dir,
+                                            path_of(input), &fault.reason);
     const bool empty = status >= 0 && project.model.N_Beam == 0;
     const bool rebuilt = status >= 0 && !empty && rebuild_tables(project.model) == 0;
-    set_message_sink(std::move(outer));
+    joining.reset();
     if (rebuilt) {
-        if (!reasons.empty()) {
-            show_message(reasons);
+        if (!fault.sentence.empty()) {
+            show_message(fault);
         }
         return 0;
     }
-    if (reasons.empty()) {
-        reasons = empty ? input + ": 部材がありません" : file_error();
+    if (empty && fault.sentence.empty()) {
+        fault.sentence = input + ": 部材がありません";
     }
     const char* what =
         drawn ? "手書データ読みこみに失敗しました" : "軸データ読みこみに失敗しました";
-    return refuse(text_format("%s（%s）", what, reasons.c_str()));
+    if (fault.sentence.empty()) {
+        return refuse(what, fault.reason);
+    }
+    return refuse(text_format("%s（%s）", what, fault.sentence.c_str()), fault.reason);
 }
 
 int mark_roles(Project& project, const std::vector<RoleOption>& roles) {

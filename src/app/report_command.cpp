@@ -409,7 +409,6 @@ int read_source(Project& project, const ReportOptions& options, Source& source) 
         source.frame.reset();
     }
     source.roles = source.frame && load_solver_roles(project.model, project.work_dir) == 0;
-    clear_file_error(); // of a missing FRAMESLV.IN: no reason of what comes
     return 0;
 }
 

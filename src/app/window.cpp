@@ -47,7 +47,7 @@ int run_window(int argc, char** argv) {
         QApplication::installTranslator(&toolkit_words);
     }
     QApplication::setApplicationName("kigumi");
-    show_messages_in_boxes();
+    const ScopedMessageSink boxes = messages_in_boxes();
     const auto session = std::make_unique<Session>();
     TMainForm window(*session);
     window.show();

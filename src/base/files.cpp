@@ -13,11 +13,6 @@ namespace kigumi {
 
 namespace {
 
-std::string& error_text() {
-    thread_local std::string text;
-    return text;
-}
-
 constexpr const char* too_large = "ファイルが大きすぎます";
 
 // Describes a failure of the system for people.
@@ -43,14 +38,10 @@ std::string reason_of(int code) {
     }
 }
 
-std::nullopt_t refuse(const fs::path& path, const std::string& why) {
-    error_text() = utf8_of(path) + ": " + why;
-    return std::nullopt;
-}
-
-int refuse_save(const fs::path& path, const std::string& why) {
-    error_text() = utf8_of(path) + ": " + why;
-    return -1;
+void tell(std::string* reason, const fs::path& path, const std::string& why) {
+    if (reason != nullptr) {
+        *reason = utf8_of(path) + ": " + why;
+    }
 }
 
 // A rename would replace such a file all the same; whoever protected it wants it kept.
@@ -88,23 +79,27 @@ std::string ending_of(const fs::path& path) {
     return ending;
 }
 
-std::optional<std::string> read_file(const fs::path& path) {
+std::optional<std::string> read_file(const fs::path& path, std::string* reason) {
+    const auto refuse = [&](const std::string& why) {
+        tell(reason, path, why);
+        return std::nullopt;
+    };
     std::error_code code;
     const fs::file_status status = fs::status(path, code);
     if (fs::is_directory(status)) {
-        return refuse(path, reason_of(EISDIR));
+        return refuse(reason_of(EISDIR));
     }
     if (!fs::exists(status)) {
-        return refuse(path, reason_of(code ? code.default_error_condition().value() : ENOENT));
+        return refuse(reason_of(code ? code.default_error_condition().value() : ENOENT));
     }
     std::uintmax_t size = fs::is_regular_file(status) ? fs::file_size(path, code) : 0;
     size = code ? 0 : size;
     if (size > largest_file) {
-        return refuse(path, too_large);
+        return refuse(too_large);
     }
     std::FILE* file = open_binary(path, "rb");
     if (file == nullptr) {
-        return refuse(path, reason_of(errno));
+        return refuse(reason_of(errno));
     }
     std::string bytes;
     bytes.reserve(static_cast<size_t>(size) + 1);
@@ -117,10 +112,10 @@ std::optional<std::string> read_file(const fs::path& path) {
     const int why = errno;
     std::fclose(file);
     if (failed) {
-        return refuse(path, reason_of(why));
+        return refuse(reason_of(why));
     }
     if (bytes.size() > largest_file) {
-        return refuse(path, too_large);
+        return refuse(too_large);
     }
     return bytes;
 }
@@ -129,12 +124,12 @@ namespace {
 
 // A file being written: beside its target, or in place where the target is no regular file.
 struct Output {
-    std::FILE* file = nullptr; // null when it cannot be made; file_error() then says why
+    std::FILE* file = nullptr; // null when it cannot be made
     fs::path target, written;
     bool in_place = false;
 };
 
-Output open_output(const fs::path& path) {
+Output open_output(const fs::path& path, std::string* reason) {
     std::error_code code;
     Output output;
     output.target = path;
@@ -154,28 +149,28 @@ Output open_output(const fs::path& path) {
         why = errno;
     }
     if (output.file == nullptr) {
-        refuse_save(path, reason_of(why));
+        tell(reason, path, reason_of(why));
     }
     return output;
 }
 
 } // namespace
 
-bool can_save(const fs::path& path) {
+bool can_save(const fs::path& path, std::string* reason) {
     std::error_code code;
     const fs::file_status status = fs::status(path, code);
     if (fs::exists(status) && !fs::is_regular_file(status) && !fs::is_directory(status)) {
         return true;
     }
-    const Output output = open_output(path);
+    const Output output = open_output(path, reason);
     if (output.file != nullptr) {
         close_and_remove(output.file, output.written);
     }
     return output.file != nullptr;
 }
 
-int save_file(const fs::path& path, std::string_view bytes, bool sync) {
-    const Output output = open_output(path);
+int save_file(const fs::path& path, std::string_view bytes, std::string* reason, Sync sync) {
+    const Output output = open_output(path, reason);
     const auto& [file, target, written, in_place] = output;
     if (file == nullptr) {
         return -1;
@@ -183,7 +178,7 @@ int save_file(const fs::path& path, std::string_view bytes, bool sync) {
     errno = 0;
     bool good = bytes.empty() || std::fwrite(bytes.data(), 1, bytes.size(), file) == bytes.size();
     good = std::fflush(file) == 0 && good;
-    good = good && (in_place || !sync || sync_to_disk(file));
+    good = good && (in_place || sync == Sync::no || sync_to_disk(file));
     int why = errno;
     if (in_place) {
         good = std::fclose(file) == 0 && good;
@@ -194,19 +189,10 @@ int save_file(const fs::path& path, std::string_view bytes, bool sync) {
     } else {
         close_and_remove(file, written);
     }
-    return good ? 0 : refuse_save(path, reason_of(why != 0 ? why : EIO));
-}
-
-const std::string& file_error() {
-    return error_text();
-}
-
-void set_file_error(std::string_view why) {
-    error_text() = why;
-}
-
-void clear_file_error() {
-    error_text().clear();
+    if (!good) {
+        tell(reason, path, reason_of(why != 0 ? why : EIO));
+    }
+    return good ? 0 : -1;
 }
 
 void TextWriter::line(const char* format, ...) {

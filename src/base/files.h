@@ -30,25 +30,27 @@ std::string ending_of(const fs::path& path);
 // The largest file that any reader takes, bytes.
 constexpr std::uintmax_t largest_file = 512u << 20;
 
+// The three below that can fail tell why in `reason`, where one is given: a Japanese text for a
+// Fault, the path in front. Without a failure it stays as it was.
+
 // Reads a whole file. Nothing when it is missing, a directory, unreadable or larger than
-// `largest_file`; file_error() then says why.
-std::optional<std::string> read_file(const fs::path& path);
+// `largest_file`.
+std::optional<std::string> read_file(const fs::path& path, std::string* reason = nullptr);
+
+// Whether a save waits until the bytes are on the disk; working files that can be made again do
+// without.
+enum class Sync { yes, no };
 
 // Writes `bytes` beside `path`, syncs and renames, so that a failure leaves the old file whole.
-// Returns 0, or -1 with file_error() saying why. A write-protected file is refused. A target that
-// is not a regular file (a device, a pipe) is written in place. `sync` false leaves out the wait
-// for the disk, for working files that can be made again. What a killed program left beside a
-// target is taken away by the next save in that folder.
-int save_file(const fs::path& path, std::string_view bytes, bool sync = true);
+// Returns 0 or -1. A write-protected file is refused. A target that is not a regular file (a
+// device, a pipe) is written in place. What a killed program left beside a target is taken away by
+// the next save in that folder.
+int save_file(const fs::path& path, std::string_view bytes, std::string* reason = nullptr,
+              Sync sync = Sync::yes);
 
 // True when a file could now be made at `path`: its folder takes one, and what stands there may be
-// replaced. Else file_error() says why. Nothing is changed.
-bool can_save(const fs::path& path);
-
-// Why the last read_file or save_file failed, in Japanese. A reader may add where a file is wrong.
-const std::string& file_error();
-void set_file_error(std::string_view why);
-void clear_file_error();
+// replaced. Nothing is changed.
+bool can_save(const fs::path& path, std::string* reason = nullptr);
 
 // A text file in the making: lines end in CR LF and are code page 932, as all files of the program.
 class TextWriter {
@@ -62,7 +64,9 @@ class TextWriter {
     // All that was added, in file encoding.
     const std::string& bytes() const { return bytes_; }
     // Writes the file as save_file does.
-    int save(const fs::path& path) const { return save_file(path, bytes_); }
+    int save(const fs::path& path, std::string* reason = nullptr) const {
+        return save_file(path, bytes_, reason);
+    }
 
   private:
     std::string bytes_;

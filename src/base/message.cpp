@@ -1,34 +1,43 @@
 #include "base/message.h"
 
 #include <cstdio>
+#include <string>
 #include <utility>
 
 namespace kigumi {
 
 namespace {
 
-MessageSink& current_sink() {
-    thread_local MessageSink sink;
-    return sink;
-}
+thread_local const ScopedMessageSink* innermost = nullptr;
 
 } // namespace
 
-void show_message(std::string_view text) {
-    if (const MessageSink& sink = current_sink()) {
-        sink(text);
-        return;
-    }
-    std::fprintf(stderr, "%.*s\n", static_cast<int>(text.size()), text.data());
+ScopedMessageSink::ScopedMessageSink(MessageSink sink)
+    : sink_(std::move(sink)), outer_(std::exchange(innermost, this)) {}
+
+ScopedMessageSink::~ScopedMessageSink() {
+    innermost = outer_;
 }
 
-int refuse(std::string_view text) {
-    show_message(text);
+void show_message(const Fault& fault) {
+    if (innermost != nullptr && innermost->sink_) {
+        innermost->sink_(fault);
+        return;
+    }
+    std::fprintf(stderr, "%s\n", fault.text().c_str());
+}
+
+void show_message(std::string_view sentence, std::string_view reason) {
+    show_message(Fault{std::string(sentence), std::string(reason)});
+}
+
+int refuse(const Fault& fault) {
+    show_message(fault);
     return -1;
 }
 
-MessageSink set_message_sink(MessageSink sink) {
-    return std::exchange(current_sink(), std::move(sink));
+int refuse(std::string_view sentence, std::string_view reason) {
+    return refuse(Fault{std::string(sentence), std::string(reason)});
 }
 
 void write_console(std::string_view text) {

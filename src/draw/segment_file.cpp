@@ -54,15 +54,14 @@ int save_segment_file(const fs::path& work_dir, const DrawArea& area,
     if (!segments.empty()) {
         std::memcpy(bytes.data() + header_bytes, segments.data(), segments.size_bytes());
     }
-    if (save_file(work_file(work_dir, temp_name), bytes, false) < 0) {
-        show_message("Error: Unable to open TEMP_FILE01");
-        return -1;
-    }
-    return 0;
+    std::string reason;
+    return save_file(work_file(work_dir, temp_name), bytes, &reason, Sync::no) < 0
+               ? refuse("Error: Unable to open TEMP_FILE01", reason)
+               : 0;
 }
 
-std::optional<SegmentFile> read_segment_file(const fs::path& work_dir) {
-    const auto bytes = read_file(work_file(work_dir, temp_name));
+std::optional<SegmentFile> read_segment_file(const fs::path& work_dir, std::string* reason) {
+    const auto bytes = read_file(work_file(work_dir, temp_name), reason);
     if (!bytes || bytes->size() < header_bytes ||
         (bytes->size() - header_bytes) % sizeof(Segment) != 0) {
         return std::nullopt;
@@ -91,9 +90,10 @@ void draw_segments(Canvas& canvas, std::span<const Segment> segments) {
 
 int draw_segment_file(View& view, const fs::path& work_dir, Canvas& canvas, DrawArea& area) {
     spy("Enter draw_segment_file()");
-    const auto file = read_segment_file(work_dir);
+    std::string reason;
+    const auto file = read_segment_file(work_dir, &reason);
     if (!file) {
-        show_message("Error: Unable to open TEMP_FILE01");
+        show_message("Error: Unable to open TEMP_FILE01", reason);
         view.TAU = View{}.TAU;
         view.FAI = View{}.FAI;
         return -1;

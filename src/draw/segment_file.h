@@ -25,7 +25,8 @@ int save_segment_file(const fs::path& work_dir, const DrawArea& area,
 
 // Reads TEMP.DAT. Nothing, and no message, when it is missing, cut off within the header or a
 // record, or holds numbers that no picture has.
-std::optional<SegmentFile> read_segment_file(const fs::path& work_dir);
+std::optional<SegmentFile> read_segment_file(const fs::path& work_dir,
+                                             std::string* reason = nullptr);
 
 // Draws segments with the solid black pen of 1 pixel.
 void draw_segments(Canvas& canvas, std::span<const Segment> segments);

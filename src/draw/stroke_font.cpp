@@ -100,10 +100,10 @@ bool is_continued(float start) {
 } // namespace
 
 int load_stroke_font(Lettering& lettering, const fs::path& path) {
-    auto bytes = read_file(path);
+    std::string reason;
+    auto bytes = read_file(path, &reason);
     if (!bytes || bytes->size() < table_bytes) {
-        show_message("文字フォント" + utf8_of(path) + "を読み込めません");
-        return -1;
+        return refuse("文字フォント" + utf8_of(path) + "を読み込めません", reason);
     }
     lettering.table = std::move(*bytes);
     return 0;

@@ -138,10 +138,10 @@ void write_segments(TextWriter& out, std::span<const Segment> segments, float sc
 
 int make_dxf_file(const fs::path& work_dir, const fs::path& path, int colour) {
     spy("Enter make_dxf_file()");
-    const auto file = read_segment_file(work_dir);
+    std::string reason;
+    const auto file = read_segment_file(work_dir, &reason);
     if (!file) {
-        show_message("Error: Unable to open TEMP_FILE");
-        return -1;
+        return refuse("Error: Unable to open TEMP_FILE", reason);
     }
     const float scale = scale_of(file->world);
     World world = file->world;
@@ -157,11 +157,7 @@ int make_dxf_file(const fs::path& work_dir, const fs::path& path, int colour) {
     write_segments(out, file->segments, scale, colour);
     write_group(out, " 0", "ENDSEC");
     write_group(out, " 0", "EOF");
-    if (out.save(path) < 0) {
-        show_message("Error: Unable to open DXF_FILE");
-        return -1;
-    }
-    return 0;
+    return out.save(path, &reason) < 0 ? refuse("Error: Unable to open DXF_FILE", reason) : 0;
 }
 
 } // namespace kigumi

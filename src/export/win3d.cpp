@@ -8,12 +8,12 @@ namespace kigumi {
 
 int save_win3d(Solids& solids, const fs::path& work_dir, const fs::path& path) {
     spy("N_CHOUTEN %5d N_Trio %5d", static_cast<int>(solids.points.size()), solids.n_trio);
+    std::string reason;
     std::span<const Trio> records;
     if (solids.n_trio > 0) {
-        const auto read = read_trio_file(solids, work_dir);
+        const auto read = read_trio_file(solids, work_dir, &reason);
         if (!read) {
-            show_message("Error: Unable to open TRIO_FILE 04");
-            return -1;
+            return refuse("Error: Unable to open TRIO_FILE 04", reason);
         }
         records = *read;
     }
@@ -29,11 +29,7 @@ int save_win3d(Solids& solids, const fs::path& work_dir, const fs::path& path) {
     for (const Trio& trio : records) {
         out.line(" %5d %5d %5d.", trio.bangou[0], -trio.bangou[1], trio.bangou[2]);
     }
-    if (out.save(path) < 0) {
-        show_message("Error: Unable to open OUT_FILE");
-        return -1;
-    }
-    return 0;
+    return out.save(path, &reason) < 0 ? refuse("Error: Unable to open OUT_FILE", reason) : 0;
 }
 
 } // namespace kigumi

@@ -25,8 +25,9 @@ int save_jiku_selection(const Model& model, const fs::path& path, const std::vec
 // Appends the members of an axis data file to the model, finding or adding their nodes, widens the
 // model bounds and writes the volume summary Youseki.dat into the working directory. The number of
 // members read, or -1: after a message when a line is wrong (the members before it stay), without
-// one when the file cannot be opened (file_error says why, or in which line the file is wrong).
-int load_jiku_data(Model& model, Solids& solids, const fs::path& work_dir, const fs::path& path);
+// one when the file cannot be opened; `reason` then says why, or in which line the file is wrong.
+int load_jiku_data(Model& model, Solids& solids, const fs::path& work_dir, const fs::path& path,
+                   std::string* reason = nullptr);
 
 // Category told by the group label before each member of the file read last (kind_none where there
 // was none), by member position; `Beam::kind` of members read stays 0.

@@ -86,8 +86,9 @@ void HeightTable::save(const fs::path& work_dir, int members) {
                              height.volume, sum));
     }
     // Every reading makes it again, so nobody waits for the disk.
-    if (save_file(work_file(work_dir, "Youseki.dat"), out.bytes(), false) < 0) {
-        show_message("Error: Unable to open YOUSEKI_FILE");
+    std::string reason;
+    if (save_file(work_file(work_dir, "Youseki.dat"), out.bytes(), &reason, Sync::no) < 0) {
+        show_message("Error: Unable to open YOUSEKI_FILE", reason);
     }
 }
 
@@ -109,7 +110,7 @@ class Reader {
   public:
     Reader(Model& model, Solids& solids, std::string_view bytes)
         : model_(model), solids_(solids), lines_(bytes) {}
-    int read(const fs::path& work_dir);
+    int read(const fs::path& work_dir, std::string* reason);
 
   private:
     enum class Outcome { go_on, end, failed };
@@ -132,7 +133,7 @@ class Reader {
     int group_ = kind_none;
 };
 
-int Reader::read(const fs::path& work_dir) {
+int Reader::read(const fs::path& work_dir, std::string* reason) {
     model_.label_kinds.assign(model_.N_Beam, kind_none);
     std::string_view line;
     Outcome outcome = Outcome::go_on;
@@ -140,7 +141,9 @@ int Reader::read(const fs::path& work_dir) {
         outcome = take(line);
     }
     if (outcome == Outcome::failed) {
-        set_file_error(text_format("%d 行目", lines_.number()));
+        if (reason != nullptr) {
+            *reason = text_format("%d 行目", lines_.number());
+        }
         return -1;
     }
     if (model_.N_Beam == 0) {
@@ -253,9 +256,10 @@ bool Reader::expand_unit(std::string_view line) {
 
 } // namespace
 
-int load_jiku_data(Model& model, Solids& solids, const fs::path& work_dir, const fs::path& path) {
+int load_jiku_data(Model& model, Solids& solids, const fs::path& work_dir, const fs::path& path,
+                   std::string* reason) {
     spy("Enter load_jiku_data()");
-    const auto bytes = read_file(path);
+    const auto bytes = read_file(path, reason);
     if (!bytes) {
         return -1;
     }
@@ -264,7 +268,7 @@ int load_jiku_data(Model& model, Solids& solids, const fs::path& work_dir, const
     if (text.starts_with(utf8_mark)) {
         text.remove_prefix(utf8_mark.size());
     }
-    return Reader(model, solids, text).read(work_dir);
+    return Reader(model, solids, text).read(work_dir, reason);
 }
 
 const std::vector<std::int32_t>& jiku_label_kinds(const Model& model) {

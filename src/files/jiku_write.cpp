@@ -37,11 +37,8 @@ void write_volumes(TextWriter& out, double group, double total) {
 }
 
 int save(const TextWriter& out, const fs::path& path) {
-    if (out.save(path) < 0) {
-        show_message("Error: Unable to open JIKU_FILE");
-        return -1;
-    }
-    return 0;
+    std::string reason;
+    return out.save(path, &reason) < 0 ? refuse("Error: Unable to open JIKU_FILE", reason) : 0;
 }
 
 constexpr size_t usual_line = 96; // bytes of a member line

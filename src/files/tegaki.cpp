@@ -21,9 +21,8 @@ SheetPoint sheet_point(const Model& model, const SketchPlaces& sketch_places, in
     return {model.node[position].X, model.node[position].Y};
 }
 
-int refuse_open() {
-    show_message("Can't open TEGAKI_FILE");
-    return -1;
+int refuse_open(const std::string& reason) {
+    return refuse("Can't open TEGAKI_FILE", reason);
 }
 
 } // namespace
@@ -140,7 +139,8 @@ int save_tegaki_data(const Model& model, const SketchPlaces& sketch_places,
     for (int i = 0; i < model.N_Beam; ++i) {
         write_beam(model, sketch_places, file, model.beam[i]);
     }
-    return file.save(file_name) < 0 ? refuse_open() : 0;
+    std::string reason;
+    return file.save(file_name, &reason) < 0 ? refuse_open(reason) : 0;
 }
 
 namespace {
@@ -275,9 +275,10 @@ bool TegakiReader::read() {
 } // namespace
 
 int load_tegaki_data(Model& model, SketchPlaces& sketch_places, const fs::path& file_name) {
-    std::optional<std::string> bytes = read_file(file_name);
+    std::string reason;
+    std::optional<std::string> bytes = read_file(file_name, &reason);
     if (!bytes) {
-        return refuse_open();
+        return refuse_open(reason);
     }
     constexpr char end_mark = 0x1A; // old editors close a text with it
     if (bytes->ends_with(end_mark)) {

@@ -30,11 +30,8 @@ int save_listing(const Result& result, const fs::path& path) {
         writer.line(" %5d %5d %5d %s %5d %s %12.5e %10.1f", number_at(i), s.no, s.old_noi, s.iname,
                     s.old_noj, s.jname, s.force, s.percent);
     }
-    if (writer.save(path) < 0) {
-        show_message("書きこみに失敗しました");
-        return -1;
-    }
-    return 0;
+    std::string reason;
+    return writer.save(path, &reason) < 0 ? refuse("書きこみに失敗しました", reason) : 0;
 }
 
 } // namespace kigumi

@@ -57,8 +57,10 @@ int save_result_csv(const Result& result, const fs::path& path, const ResultTabl
     if (rows.empty()) {
         return refuse("保存するデータが存在しない");
     }
-    return save_file(path, result_csv(result, table, rows)) < 0 ? refuse("書きこみに失敗しました")
-                                                                : 0;
+    std::string reason;
+    return save_file(path, result_csv(result, table, rows), &reason) < 0
+               ? refuse("書きこみに失敗しました", reason)
+               : 0;
 }
 
 int save_result_csv(const Result& result, const fs::path& path, const ResultTable& table) {

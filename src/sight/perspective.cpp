@@ -106,10 +106,10 @@ std::vector<VisibleSegment> visible_segments(std::span<const Trio> records,
 int prepare_perspective(const View& view, Solids& solids, PerspectiveLines& perspective,
                         const fs::path& work_dir, const Progress& progress) {
     spy("Enter prepare_perspective()");
-    const auto records = read_trio_file(solids, work_dir);
+    std::string reason;
+    const auto records = read_trio_file(solids, work_dir, &reason);
     if (!records) {
-        show_message("Error: Unable to open TRIO_FILE jikuire 03");
-        return -1;
+        return refuse("Error: Unable to open TRIO_FILE jikuire 03", reason);
     }
     const PerspectiveKey key = wanted_key(view, solids);
     if (perspective.complete && perspective.key == key) {
@@ -134,10 +134,10 @@ int draw_perspective(const View& view, Solids& solids, PerspectiveLines& perspec
                      const TrioColour& colour) {
     spy("Enter draw_perspective()");
     const PerspectiveLines& picture = perspective;
-    const auto records = read_trio_file(solids, work_dir);
+    std::string reason;
+    const auto records = read_trio_file(solids, work_dir, &reason);
     if (!records) {
-        show_message("Error: Unable to open TRIO_FILE jikuire 03");
-        return -1;
+        return refuse("Error: Unable to open TRIO_FILE jikuire 03", reason);
     }
     if (picture.preparing && picture.key.edition != trio_edition(solids)) {
         return 0;

@@ -26,10 +26,10 @@ void fit_solids(Model& model, const View& view, DrawArea& area, std::span<const 
 int get_jiku_world(Model& model, const View& view, Solids& solids, const fs::path& work_dir,
                    DrawArea& area) {
     spy("Enter get_jiku_world()");
-    const auto records = read_trio_file(solids, work_dir);
+    std::string reason;
+    const auto records = read_trio_file(solids, work_dir, &reason);
     if (!records) {
-        show_message("Error: Unable to open TRIO_FILE jikuire 01");
-        return -1;
+        return refuse("Error: Unable to open TRIO_FILE jikuire 01", reason);
     }
     fit_solids(model, view, area, *records);
     spy("World %12.5e %12.5e %12.5e %12.5e", area.world.xmin, area.world.ymin, area.world.xmax,
@@ -40,10 +40,10 @@ int get_jiku_world(Model& model, const View& view, Solids& solids, const fs::pat
 int draw_axis_model(Model& model, const View& view, Solids& solids, const fs::path& work_dir,
                     Canvas& canvas, DrawArea& area) {
     spy("Enter draw_axis_model()");
-    const auto records = read_trio_file(solids, work_dir);
+    std::string reason;
+    const auto records = read_trio_file(solids, work_dir, &reason);
     if (!records) {
-        show_message("Error: Unable to open TRIO_FILE jikuire 02");
-        return -1;
+        return refuse("Error: Unable to open TRIO_FILE jikuire 02", reason);
     }
     fit_solids(model, view, area, *records);
     canvas.set_area(area);

@@ -115,7 +115,8 @@ int build_trio_file(const Model& model, Solids& solids, const fs::path& work_dir
 // The records of TRIO.DAT; the file is read only when it is not what the memory holds. Nothing, and
 // no message, when the file is missing, its length is not that of `n_trio` records or a vertex has
 // a number outside the point table. Valid until the next call of a function that builds or reads.
-std::optional<std::span<const Trio>> read_trio_file(Solids& solids, const fs::path& work_dir);
+std::optional<std::span<const Trio>> read_trio_file(Solids& solids, const fs::path& work_dir,
+                                                    std::string* reason = nullptr);
 
 // Number of the records that read_trio_file returned last, from 1; other records have another one.
 std::uint32_t trio_edition(const Solids& solids);

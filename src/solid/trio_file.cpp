@@ -35,11 +35,10 @@ std::optional<FileStamp> stamp_of_file(const fs::path& work_dir) {
 int write_records(const fs::path& work_dir, std::span<const Trio> records) {
     const std::string_view bytes(reinterpret_cast<const char*>(records.data()),
                                  records.size_bytes());
-    if (save_file(work_file(work_dir, trio_name), bytes, false) < 0) {
-        show_message("Error: Unable to open TRIO_FILE 01");
-        return -1;
-    }
-    return 0;
+    std::string reason;
+    return save_file(work_file(work_dir, trio_name), bytes, &reason, Sync::no) < 0
+               ? refuse("Error: Unable to open TRIO_FILE 01", reason)
+               : 0;
 }
 
 void project(std::span<Trio> records, const ViewCoefficients& v) {
@@ -118,7 +117,8 @@ int build_trio_file(const Model& model, Solids& solids, const fs::path& work_dir
     return save_trio_file(solids, work_dir);
 }
 
-std::optional<std::span<const Trio>> read_trio_file(Solids& solids, const fs::path& work_dir) {
+std::optional<std::span<const Trio>> read_trio_file(Solids& solids, const fs::path& work_dir,
+                                                    std::string* reason) {
     const size_t size = static_cast<size_t>(solids.n_trio) * sizeof(Trio);
     const std::optional<FileStamp> stamp = stamp_of_file(work_dir);
     if (!stamp || stamp->size != size) {
@@ -130,7 +130,7 @@ std::optional<std::span<const Trio>> read_trio_file(Solids& solids, const fs::pa
     }
     TrioFile& file = solids.file;
     if (stamp != file.loaded_from) {
-        const auto bytes = read_file(stamp->path);
+        const auto bytes = read_file(stamp->path, reason);
         if (!bytes || bytes->size() != size) {
             return std::nullopt;
         }

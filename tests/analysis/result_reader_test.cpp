@@ -126,8 +126,9 @@ TEST_F(ReaderTest, RefusesBrokenFilesAndLeavesTheTablesAsTheyWere) {
     ASSERT_EQ(read_frameslv(result, listing), 3);
     for (const char* name :
          {"lst-cut-off", "lst-force-nan", "lst-name-not-cp932", "lst-count-overflow"}) {
-        const auto text = read_file(broken_file(std::string(name) + ".lst"));
-        ASSERT_TRUE(text.has_value()) << file_error();
+        std::string reason;
+        const auto text = read_file(broken_file(std::string(name) + ".lst"), &reason);
+        ASSERT_TRUE(text.has_value()) << reason;
         EXPECT_EQ(read_frameslv(result, *text), -1) << name;
         EXPECT_EQ(result.N_Stress, 3);
         EXPECT_EQ(result.N_Setuten, 3);

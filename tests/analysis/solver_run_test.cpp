@@ -113,7 +113,7 @@ TEST_F(SolverRunTest, KeepsEveryTableWhenTheLastFileIsBroken) {
     put("frameslv.dsp", displacements_of_row(4));
     EXPECT_EQ(FrameSlv(model, result, work_dir), -1);
     expect_message("ファイルframeslv.dspの読み込みに失敗しました");
-    EXPECT_EQ(file_error(), "節点の数が frameslv.lst では 5、frameslv.dsp では 4 です");
+    EXPECT_EQ(reason(), "節点の数が frameslv.lst では 5、frameslv.dsp では 4 です");
     EXPECT_EQ(model.N_Y, 2);
     EXPECT_EQ(result.N_Setuten, 3);
     EXPECT_EQ(result.N_Stress, 2);

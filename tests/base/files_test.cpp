@@ -9,10 +9,6 @@ namespace {
 
 class Files : public test::CoreTest {
   protected:
-    void SetUp() override {
-        CoreTest::SetUp();
-        clear_file_error();
-    }
     // Names of everything in the working directory, hidden files too.
     std::vector<std::string> names() {
         std::vector<std::string> found;
@@ -27,7 +23,7 @@ TEST_F(Files, SavedBytesReplaceTheOldFileWhole) {
     const fs::path path = work_file(work_dir, "軸.jik");
     const std::string bytes("a\0b\r\n\x92\x8c", 7);
     ASSERT_EQ(save_file(path, "a longer text than the next"), 0);
-    ASSERT_EQ(save_file(path, bytes, false), 0);
+    ASSERT_EQ(save_file(path, bytes, nullptr, Sync::no), 0);
     EXPECT_EQ(read_file(path), bytes);
     ASSERT_EQ(save_file(path, {}), 0);
     EXPECT_EQ(read_file(path), "");
@@ -38,8 +34,9 @@ TEST_F(Files, WriteProtectedFileIsKept) {
     const fs::path path = work_file(work_dir, "kept.jik");
     ASSERT_EQ(save_file(path, "old"), 0);
     fs::permissions(path, fs::perms::owner_read | fs::perms::group_read);
-    EXPECT_EQ(save_file(path, "new"), -1);
-    EXPECT_EQ(file_error(), utf8_of(path) + ": アクセスが許可されていません");
+    std::string reason;
+    EXPECT_EQ(save_file(path, "new", &reason), -1);
+    EXPECT_EQ(reason, utf8_of(path) + ": アクセスが許可されていません");
     EXPECT_EQ(read_file(path), "old");
     EXPECT_EQ(names(), std::vector<std::string>{"kept.jik"});
     fs::permissions(path, fs::perms::owner_all);
@@ -51,7 +48,9 @@ TEST_F(Files, LongestNameCanBeSaved) {
         name += "柱";
     }
     const fs::path path = work_file(work_dir, name + ".jik"); // 253 of 255 bytes
-    EXPECT_EQ(save_file(path, "text"), 0) << file_error();
+    std::string reason;
+    EXPECT_EQ(save_file(path, "text", &reason), 0) << reason;
+    EXPECT_EQ(reason, "");
     EXPECT_EQ(read_file(path), "text");
 }
 
@@ -63,7 +62,7 @@ TEST_F(Files, TemporariesOfAKilledProgramAreTakenAwayAndThoseOfALivingOneKept) {
     std::FILE* const kept = create_beside(work_file(work_dir, "b"), living);
     ASSERT_NE(kept, nullptr);
     fs::create_directory(work_file(work_dir, ".kigumi-1"));
-    ASSERT_EQ(save_file(work_file(work_dir, "a"), "other"), 0) << file_error();
+    ASSERT_EQ(save_file(work_file(work_dir, "a"), "other"), 0);
     EXPECT_EQ(read_file(work_file(work_dir, "a")), "other");
     EXPECT_EQ(names().size(), 3u);
     std::fputs("whole", kept);
@@ -90,8 +89,9 @@ TEST_F(Files, FileThatIsTooLargeIsNotRead) {
     const fs::path path = work_file(work_dir, "large");
     { std::ofstream(path) << 'x'; }
     fs::resize_file(path, largest_file + 1); // sparse
-    EXPECT_FALSE(read_file(path));
-    EXPECT_EQ(file_error(), utf8_of(path) + ": ファイルが大きすぎます");
+    std::string reason;
+    EXPECT_FALSE(read_file(path, &reason));
+    EXPECT_EQ(reason, utf8_of(path) + ": ファイルが大きすぎます");
 }
 
 TEST(TextWriter, LinesAreCodePage932AndEndInCrLf) {

@@ -264,7 +264,6 @@ TEST_F(ProgramsTest, SolverLeavesWholeResultsOrNoneThatAreRead) {
         }
         EXPECT_EQ(FrameSlv(model, result, work_dir), present == 3 ? 0 : -1);
         EXPECT_EQ(take_messages().size(), present == 3 ? 0u : 1u);
-        clear_file_error();
     });
 }
 

@@ -21,7 +21,7 @@ struct Limit {
 
 int read_jik(Project& project, const std::string& lines) {
     const fs::path path = work_file(project.work_dir, "a.jik");
-    return save_file(path, lines, false) < 0
+    return save_file(path, lines, nullptr, Sync::no) < 0
                ? -99
                : load_jiku_data(project.model, project.solids, project.work_dir, path);
 }
@@ -53,7 +53,7 @@ int read_tgk(Project& project, int nodes, int members) {
         lines += text_format(" %d \"\" \"\" 1 2 1 0 0 2 0 0 -1 -1 10 10 0 0 0 0 2\n", no);
     }
     const fs::path path = work_file(project.work_dir, "a.tgk");
-    return save_file(path, lines, false) < 0
+    return save_file(path, lines, nullptr, Sync::no) < 0
                ? -99
                : load_tegaki_data(project.model, project.sketch_places, path);
 }

@@ -29,20 +29,22 @@ void use_frame(Project& project) {
     const int members = project.model.N_Beam;
     require_told(save_jiku_data(project.model, work_file(project.work_dir, "again.jik"), {}));
     start_fresh(project);
+    std::string reason;
     const int again = load_jiku_data(project.model, project.solids, project.work_dir,
-                                     work_file(project.work_dir, "again.jik"));
+                                     work_file(project.work_dir, "again.jik"), &reason);
     KIGUMI_CHECK(again == members || again < 0, "%d members became %d", members, again);
-    require_told(again);
+    require_told(again, reason);
 }
 
 } // namespace
 
 void read_jik(Project& project, std::string_view input) {
     start_fresh(project);
+    std::string reason;
     const int status = load_jiku_data(project.model, project.solids, project.work_dir,
-                                      put(project.work_dir, "a.jik", input));
+                                      put(project.work_dir, "a.jik", input), &reason);
     require_sound(project.model, false);
-    require_told(status);
+    require_told(status, reason);
     if (status >= 0) {
         KIGUMI_CHECK(status == project.model.N_Beam, "%d told, %d there", status,
                      project.model.N_Beam);

@@ -53,7 +53,8 @@ const Target* find_target(std::string_view name) {
 void start_targets(Project& project) {
     static const Scratch scratch;
     project.work_dir = scratch.folder;
-    set_message_sink([](std::string_view text) { message_count += text.empty() ? 0 : 1; });
+    static const ScopedMessageSink sink(
+        [](const Fault& fault) { message_count += fault.sentence.empty() ? 0 : 1; });
 }
 
 void start_fresh(Project& project) {
@@ -64,7 +65,6 @@ void start_fresh(Project& project) {
     set_default_param(project.param);
     project.view = View{};
     project.result.N_Setuten = project.result.N_Stress = project.result.Nken_Stress = 0;
-    clear_file_error();
     message_count = 0;
 }
 
@@ -84,8 +84,8 @@ void require_sound(const Model& model, bool names) {
     KIGUMI_CHECK(fault == nullptr, "%s", fault);
 }
 
-void require_told(int status) {
-    KIGUMI_CHECK(status >= 0 || message_count > 0 || !file_error().empty(), "refused in silence");
+void require_told(int status, const std::string& reason) {
+    KIGUMI_CHECK(status >= 0 || message_count > 0 || !reason.empty(), "refused in silence");
 }
 
 } // namespace kigumi::fuzz

@@ -53,7 +53,7 @@ int messages();
 fs::path put(const fs::path& work_dir, const char* name, std::string_view input);
 // Aborts when the tables are not sound, or a failure (status < 0) was kept silent.
 void require_sound(const Model& model, bool names);
-void require_told(int status);
+void require_told(int status, const std::string& reason = {});
 
 // Draws nothing, but maps every point to pixels.
 class BlankCanvas : public PixelCanvas {

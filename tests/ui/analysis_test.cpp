@@ -72,8 +72,8 @@ TEST_F(AnalysisTest, FailedRunShowsItsReasonAndNothingOfAnEarlierOne) {
     expect_main_window_back();
     take_messages();
     EXPECT_EQ(FrameSlv(model, result, work_dir), -1);
-    EXPECT_EQ(file_error(), "節点 X00Y00Z01 が動きます");
     expect_message("ファイルframeslv.zlvをオ－プンできません");
+    EXPECT_EQ(reason(), "節点 X00Y00Z01 が動きます");
     own_solver("exit 1\n"); // no word of its own
     EXPECT_TRUE(run());
     EXPECT_EQ(solver_complaint(work_dir), "");

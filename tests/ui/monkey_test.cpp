@@ -336,13 +336,13 @@ class MonkeyTest : public UiTest {
         reset_model(model);
         reset_solids(solids);
         clear_points(solids);
-        show_messages_in_boxes();
     }
     void run(unsigned seed) {
         SCOPED_TRACE(text_format("seed %u", seed));
         std::printf("seed %u\n", seed);
         std::fflush(stdout);
         Monkey monkey(work_dir, seed);
+        const ScopedMessageSink boxes = messages_in_boxes();
         bool unfinished = false; // only a sketch, which no other command may take
         {
             TMainForm window(session);

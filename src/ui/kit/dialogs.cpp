@@ -61,16 +61,13 @@ template <class Number> bool read_any(QLineEdit* box, const QString& label, Numb
 
 } // namespace
 
-void show_messages_in_boxes() {
-    set_message_sink([](std::string_view text) {
+ScopedMessageSink messages_in_boxes() {
+    return ScopedMessageSink([](const Fault& fault) {
         QMessageBox box(QApplication::activeWindow());
         box.setWindowTitle("kigumi");
-        box.setText(qt_text(text));
+        box.setText(qt_text(fault.sentence));
         box.setTextFormat(Qt::PlainText);
-        if (!file_error().empty()) {
-            box.setInformativeText(qt_text(file_error()));
-            clear_file_error();
-        }
+        box.setInformativeText(qt_text(fault.reason));
         box.setStandardButtons(QMessageBox::Ok);
         const bool busy = QApplication::overrideCursor() != nullptr;
         if (busy) {

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "base/files.h"
+#include "base/message.h"
 
 #include <QString>
 
@@ -10,8 +11,9 @@ class QWidget;
 
 namespace kigumi {
 
-// Makes show_message open a message box over the active window from now on.
-void show_messages_in_boxes();
+// Makes show_message open a message box over the active window, the reason as its informative
+// text, as long as the sink lives.
+[[nodiscard]] ScopedMessageSink messages_in_boxes();
 
 // A file dialog for opening or saving: caption, filter ("軸データ(*.JIK)|*.jik") and, for saving,
 // the default extension without its dot. Overwriting is asked about by the dialog. Starts in the

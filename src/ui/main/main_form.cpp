@@ -271,15 +271,16 @@ void TMainForm::read_axis_data() {
     reset_solids(solids);
     clear_points(solids);
     int status = 0;
+    std::string reason;
     {
         const BusyCursor busy;
-        status = load_jiku_data(model, solids, work_dir, path);
+        status = load_jiku_data(model, solids, work_dir, path, &reason);
         status = status < 0 ? -1 : rebuild_tables(model);
     }
     reset_solids(solids); // reading makes solids of some lines
     clear_points(solids);
     if (status < 0) {
-        show_message("軸データ読みこみに失敗しました");
+        show_message("軸データ読みこみに失敗しました", reason);
         reset_model(model);
         model = *before;
         set_stage(Stage::empty);

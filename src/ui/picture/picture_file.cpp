@@ -82,11 +82,10 @@ int save_picture(const fs::path& path, int width, int height, const PictureFunct
         return -1;
     }
     const QByteArray& bytes = out.data();
-    if (save_file(path, {bytes.constData(), static_cast<size_t>(bytes.size())}) < 0) {
-        show_message(file_error());
-        return -1;
-    }
-    return 0;
+    std::string reason;
+    return save_file(path, {bytes.constData(), static_cast<size_t>(bytes.size())}, &reason) < 0
+               ? refuse(reason)
+               : 0;
 }
 
 } // namespace kigumi

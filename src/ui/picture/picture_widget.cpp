@@ -64,7 +64,7 @@ void PictureWidget::set_picture(Picture picture) {
 
 void PictureWidget::paint_again(const std::string& told) {
     failed_ = false;
-    told_ = told.empty() ? std::vector<std::string>() : std::vector{told};
+    told_ = told.empty() ? std::vector<Fault>() : std::vector{Fault{told, {}}};
     update();
 }
 
@@ -84,22 +84,19 @@ std::optional<SegmentCanvas> PictureWidget::segments() const {
     DrawArea area;
     area.xScreen = width();
     area.yScreen = height();
-    const std::vector<std::string> messages = drawn_on(canvas, area);
-    for (const std::string& message : messages) {
+    const std::vector<Fault> messages = drawn_on(canvas, area);
+    for (const Fault& message : messages) {
         show_message(message);
     }
     return messages.empty() ? std::optional(canvas) : std::nullopt;
 }
 
-std::vector<std::string> PictureWidget::drawn_on(Canvas& canvas, DrawArea area) const {
-    std::vector<std::string> messages;
-    MessageSink sink =
-        set_message_sink([&messages](std::string_view text) { messages.emplace_back(text); });
+std::vector<Fault> PictureWidget::drawn_on(Canvas& canvas, DrawArea area) const {
+    CollectedMessages messages;
     if (picture_) {
         picture_(canvas, area);
     }
-    set_message_sink(std::move(sink));
-    return messages;
+    return std::move(messages.faults);
 }
 
 World PictureWidget::zoomed(const World& fitted) const {
@@ -126,7 +123,7 @@ void PictureWidget::paintEvent(QPaintEvent*) {
         return;
     }
     ZoomCanvas canvas(painter, *this);
-    std::vector<std::string> messages = drawn_on(canvas, area_);
+    std::vector<Fault> messages = drawn_on(canvas, area_);
     if (overlay_) {
         overlay_(canvas);
     }
@@ -136,7 +133,7 @@ void PictureWidget::paintEvent(QPaintEvent*) {
     if (is_news) {
         // A box opened while painting would have the window painted anew, and so open without end.
         QTimer::singleShot(0, this, [messages = std::move(messages)] {
-            for (const std::string& message : messages) {
+            for (const Fault& message : messages) {
                 show_message(message);
             }
         });

@@ -1,6 +1,7 @@
 // The drawing widget of every picture window.
 #pragma once
 
+#include "base/fault.h"
 #include "draw/canvas.h"
 
 #include <QPoint>
@@ -69,12 +70,12 @@ class PictureWidget : public QWidget {
   private:
     World zoomed(const World& fitted) const;
     // Draws the picture and returns what it had to say.
-    std::vector<std::string> drawn_on(Canvas& canvas, DrawArea area) const;
+    std::vector<Fault> drawn_on(Canvas& canvas, DrawArea area) const;
 
     Picture picture_;
     std::function<void(PainterCanvas&)> overlay_;
-    bool failed_ = false;           // the picture had a message
-    std::vector<std::string> told_; // by the paint before
+    bool failed_ = false;     // the picture had a message
+    std::vector<Fault> told_; // by the paint before
     DrawArea area_;
     // Shown part of the fitted world window: its size is 1 / zoom_, its centre moved by these
     // fractions of the fitted size.

@@ -409,10 +409,10 @@ int TablePrinter::save_pdf(const fs::path& path) const {
         }
     }
     const QByteArray& bytes = out.data();
-    if (save_file(path, {bytes.constData(), static_cast<size_t>(bytes.size())}) < 0) {
-        return refuse(file_error());
-    }
-    return 0;
+    std::string reason;
+    return save_file(path, {bytes.constData(), static_cast<size_t>(bytes.size())}, &reason) < 0
+               ? refuse(reason)
+               : 0;
 }
 
 QString printed_date() {

@@ -97,23 +97,21 @@ TFrameSlvForm::~TFrameSlvForm() {
 }
 
 void TFrameSlvForm::read_results(ResultsOf whose) {
-    std::vector<std::string> messages;
-    MessageSink sink =
-        set_message_sink([&messages](std::string_view text) { messages.emplace_back(text); });
-    clear_file_error(); // of earlier work, which would stand as this failure's reason
+    std::vector<Fault> messages;
     {
+        CollectedMessages collected;
         const BusyCursor busy;
         valid_ = FrameSlv(model, result, work_dir, whose) == 0;
+        messages = std::move(collected.faults);
     }
-    set_message_sink(std::move(sink));
     QStringList told;
-    for (const std::string& message : messages) {
-        told << qt_text(message);
+    for (const Fault& message : messages) {
+        told << qt_text(message.sentence);
     }
-    if (!file_error().empty()) {
-        told << qt_text(file_error());
+    if (!messages.empty() && !messages.back().reason.empty()) {
+        told << qt_text(messages.back().reason);
     }
-    for (const std::string& message : messages) {
+    for (const Fault& message : messages) {
         show_message(message);
     }
     for (QAction* item : needs_results_) {
@@ -143,9 +141,7 @@ ResultRoles TFrameSlvForm::read_roles() {
     if (!own_roles_) {
         return ResultRoles::read;
     }
-    const ResultRoles roles = load_result_roles(model, result, work_dir);
-    clear_file_error(); // without the solver's input there are no such labels, and no failure
-    return roles;
+    return load_result_roles(model, result, work_dir);
 }
 
 void TFrameSlvForm::add_file_menu() {
@@ -363,26 +359,28 @@ QString TFrameSlvForm::folder_text() const {
 }
 
 void TFrameSlvForm::show_displaced(float scale) {
-    std::vector<std::string> messages;
-    MessageSink sink =
-        set_message_sink([&messages](std::string_view text) { messages.emplace_back(text); });
-    const int status = get_new_beam(result, scale);
-    set_message_sink(std::move(sink));
-    std::string reason;
+    int status = 0;
+    std::vector<Fault> messages;
+    {
+        CollectedMessages collected;
+        status = get_new_beam(result, scale);
+        messages = std::move(collected.faults);
+    }
+    Fault failure;
     if (status < 0) {
-        reason = messages.back();
+        failure = messages.back();
         messages.pop_back();
     }
     tell_other_names(messages);
     if (status < 0) {
-        show_message(reason);
+        show_message(failure);
         return;
     }
     scale_ = scale;
     set_mode(mode_displaced);
 }
 
-void TFrameSlvForm::tell_other_names(const std::vector<std::string>& messages) {
+void TFrameSlvForm::tell_other_names(const std::vector<Fault>& messages) {
     constexpr std::size_t most = 10;
     if (messages.empty() || told_other_names_) {
         return;
@@ -390,7 +388,7 @@ void TFrameSlvForm::tell_other_names(const std::vector<std::string>& messages) {
     told_other_names_ = true;
     QStringList lines;
     for (std::size_t i = 0; i < std::min(messages.size(), most); ++i) {
-        lines << qt_text(messages[i]);
+        lines << qt_text(messages[i].sentence);
     }
     if (messages.size() > most) {
         lines << QString("ほか %1 件").arg(messages.size() - most);

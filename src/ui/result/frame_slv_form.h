@@ -72,7 +72,7 @@ class TFrameSlvForm : public kigumi::PictureWindow {
     void set_mode(int mode);
     void show_displaced(float scale);
     // Tells the nodes whose displacements bear another name: in one box, the first time.
-    void tell_other_names(const std::vector<std::string>& messages);
+    void tell_other_names(const std::vector<kigumi::Fault>& messages);
     void ask_band();
     void turn();
     void ask_marukaku();

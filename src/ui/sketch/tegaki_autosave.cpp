@@ -150,18 +150,19 @@ void TegakiAutosave::tick() {
         return;
     }
     const fs::path path = written_.empty() ? take_path() : written_;
-    std::string why;
-    MessageSink sink = set_message_sink([&why](std::string_view text) { why = text; });
-    const int status = save_(path);
-    set_message_sink(std::move(sink));
+    Fault why;
+    int status = 0;
+    {
+        const ScopedMessageSink sink([&why](const Fault& fault) { why = fault; });
+        status = save_(path);
+    }
     if (status == 0) {
         written_ = path;
         changed_ = told_ = false;
     } else if (!told_) {
         told_ = true;
-        emit failed(qt_text(why + " " + file_error()));
+        emit failed(qt_text(why.sentence + " " + why.reason));
     }
-    clear_file_error();
 }
 
 } // namespace kigumi
