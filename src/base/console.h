@@ -13,4 +13,7 @@ void use_utf8_console();
 // Takes leave of a console that the system opened for this program alone, for a program of windows.
 void leave_own_console();
 
+// True when input or output of the program is a terminal: somebody has typed its name there.
+bool has_terminal();
+
 } // namespace kigumi

@@ -6,6 +6,8 @@
 // After windows.h, whose types it needs.
 #include <shellapi.h>
 
+#include <io.h>
+
 #include <cstdio>
 #include <cstdlib>
 #include <vector>
@@ -49,6 +51,12 @@ void leave_own_console() {
     if (GetConsoleProcessList(programs, 2) == 1) {
         FreeConsole();
     }
+}
+
+bool has_terminal() {
+    DWORD programs[2];
+    return GetConsoleProcessList(programs, 2) > 1 &&
+           (_isatty(_fileno(stdin)) != 0 || _isatty(_fileno(stdout)) != 0);
 }
 
 } // namespace kigumi

@@ -7,9 +7,10 @@ namespace kigumi {
 
 // True for each command that is open. Names as those of the menu items.
 struct CommandFlags {
-    bool KihonMenu, TegakiMenu, JikuDataReadMenu;
+    bool SaveProjectMenu, SaveAsMenu;
+    bool KihonMenu, KihonHenkouMenu, TegakiMenu, JikuDataReadMenu;
     bool SaveFileMenu, HoneSaveMenu, FrameSlvSaveMenu;
-    bool KaisekiMenu, KekkaHozonMenu, SaigoKaisekiMenu, ExitMenu;
+    bool KaisekiMenu, KekkaHozonMenu, SaigoKaisekiMenu, KekkaHyoujiMenu, ExitMenu;
     bool SetutenShiteiMenu; // データ指定 and what is in it
     bool HyoujiMenu, SetutenMeishouMenu, BuzaiBangouMenu;
     bool KoteiStutenMenu, KajyuryouMenu;

@@ -2,6 +2,7 @@
 
 #include "base/message.h"
 #include "base/scan.h"
+#include "ui/kit/settings.h"
 
 #include <QApplication>
 #include <QFileDialog>
@@ -32,7 +33,8 @@ void prepare(const fs::path& work_dir, QFileDialog& dialog, const QString& capti
              const QString& filter) {
     dialog.setWindowTitle(caption);
     dialog.setNameFilter(toolkit_filter(filter));
-    dialog.setDirectory(qt_path(work_dir));
+    const fs::path last = is_driven() ? fs::path() : last_folder();
+    dialog.setDirectory(qt_path(last.empty() ? work_dir : last));
     dialog.setOption(QFileDialog::DontUseNativeDialog, is_driven());
 }
 
@@ -40,7 +42,9 @@ fs::path run(QFileDialog& dialog) {
     if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty()) {
         return {};
     }
-    return path_of_qt(dialog.selectedFiles().constFirst());
+    const fs::path chosen = path_of_qt(dialog.selectedFiles().constFirst());
+    note_folder(chosen.parent_path());
+    return chosen;
 }
 
 template <class Number> bool number_in(const QString& typed, Number& value) {

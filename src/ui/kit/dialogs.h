@@ -17,7 +17,8 @@ namespace kigumi {
 
 // A file dialog for opening or saving: caption, filter ("軸データ(*.JIK)|*.jik") and, for saving,
 // the default extension without its dot. Overwriting is asked about by the dialog. Starts in the
-// working directory, or, for saving, with the file `suggested`. Empty when it was cancelled.
+// folder of the file chosen last, at first in the working directory, or, for saving, with the file
+// `suggested`. Empty when it was cancelled.
 fs::path ask_open_file(const fs::path& work_dir, QWidget* parent, const QString& caption,
                        const QString& filter);
 fs::path ask_save_file(const fs::path& work_dir, QWidget* parent, const QString& caption,

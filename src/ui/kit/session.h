@@ -3,6 +3,7 @@
 
 #include "project/gate.h"
 #include "ui/kit/document.h"
+#include "ui/kit/news.h"
 
 #include <array>
 
@@ -15,10 +16,15 @@ struct Session {
     Work work;
     Project& project = work.project;
     Document document;
+    News news;
+    // The person has agreed to leave the work: windows close without a question.
+    bool leaving = false;
     std::array<float, 3> last_entered{}; // what the node dialog of a sketch stored last, cm
 };
 
 // The parts of a session under the names that the core's functions give them; base of the windows.
+// What a person makes is looked at; commands change it by kigumi::change (ui/kit/undo_menu.h), and
+// by session_.project what is no step: the hits of a search, what a dialog has not stored yet.
 class Desk {
   public:
     explicit Desk(Session& of)
@@ -30,14 +36,14 @@ class Desk {
 
   protected:
     Session& session_; // for the windows that this one opens
-    Project& project;
-    Model& model;
-    Param& param;
+    const Project& project;
+    const Model& model;
+    const Param& param;
     View& view;
     Result& result;
     Solids& solids;
     PerspectiveLines& perspective;
-    SketchPlaces& sketch_places;
+    const SketchPlaces& sketch_places;
     Lettering& lettering;
     SolverSeams& solver_seams;
     fs::path& work_dir;

@@ -1,22 +1,27 @@
 #include "ui/main/main_form.h"
 
+#include "analysis/result_input.h"
 #include "analysis/solver_input.h"
 #include "base/message.h"
 #include "draw/stroke_font.h"
 #include "files/jiku.h"
 #include "files/tegaki.h"
-#include "model/members.h"
 #include "model/roles.h"
 #include "model/sections.h"
+#include "project/accept.h"
+#include "project/regenerate.h"
 #include "solid/solid.h"
 #include "trace/spy.h"
 #include "ui/data/sel_beam_form.h"
 #include "ui/data/sel_node_form.h"
-#include "ui/frame/jiku_form.h"
+#include "ui/frame/kihon_form.h"
 #include "ui/frame/kihon_unit_form.h"
 #include "ui/kit/dialogs.h"
 #include "ui/kit/document.h"
+#include "ui/kit/drops.h"
 #include "ui/kit/help_form.h"
+#include "ui/kit/undo_menu.h"
+#include "ui/result/age_question.h"
 #include "ui/result/analysis_run.h"
 #include "ui/result/frame_slv_form.h"
 #include "ui/sketch/tegaki_form.h"
@@ -53,51 +58,76 @@ void start_program(Work& work, Document& document) {
 } // namespace
 
 TMainForm::TMainForm(Session& session)
-    : PictureWindow(session, nullptr), picking_(new NodePicking(session, this, &picture())) {
+    : PictureWindow(session, nullptr), picking_(new NodePicking(session, this, &picture())),
+      autosave_(new Autosave(session, this)) {
     setObjectName("MainForm");
     start_program(session.work, document);
     add_file_menu();
+    add_edit_menu();
     add_data_menu();
     add_view_menu();
     add_help();
+    connect(new FileDrops(this), &FileDrops::dropped, this,
+            [this](const QString& file) { open_dropped(path_of_qt(file)); });
+    connect(autosave_, &Autosave::failed, this, [this](const QString& why) {
+        statusBar()->showMessage(QString("自動保存できません: %1").arg(why));
+    });
+    connect(qApp, &QGuiApplication::commitDataRequest, this, &TMainForm::end_session);
+    lock_ = std::make_unique<FolderLock>(session.project.work_dir, *statusBar());
     resize(1200, 740);
-    set_stage(Stage::empty);
+    follow();
 }
 
 void TMainForm::add_file_menu() {
     QMenu* file = add_menu("FileMenu", "ファイル(&F)");
     add_item(
         file, "SinkiMenu", "新規作成(&N)", [this] { new_model(); }, QKeySequence::New);
+    add_project_items(file);
     file->addSeparator();
     QAction* kihon = add_item(
         file, "KihonMenu", "基本データ選択(&K)", [this] { basic_data(); }, QKeySequence("Ctrl+G"));
+    QAction* henkou =
+        add_item(file, "KihonHenkouMenu", "基本データ変更(&B)...", [this] { change_basic_data(); });
     QAction* tegaki = add_item(file, "TegakiMenu", "手書入力編集(&T)", [this] { draw_by_hand(); });
-    QAction* read = add_item(
-        file, "JikuDataReadMenu", "軸データ編集(&J)", [this] { read_axis_data(); },
-        QKeySequence::Open);
+    QAction* read =
+        add_item(file, "JikuDataReadMenu", "軸データ編集(&J)", [this] { read_axis_data(); });
     file->addSeparator();
     QMenu* save = file->addMenu("ファイル保存(&S)");
     save->setObjectName("SaveFileMenu");
     QAction* textbook =
         add_item(save, "HoneSaveMenu", "骨組入力データ(&H)", [this] { save_textbook_input(); });
-    QAction* solver = add_item(
-        save, "FrameSlvSaveMenu", "FrameSlv入力データ(&F)", [this] { save_solver_input(); },
-        QKeySequence::Save);
+    QAction* solver = add_item(save, "FrameSlvSaveMenu", "FrameSlv入力データ(&F)",
+                               [this] { save_solver_input(); });
     QAction* solve = add_item(
         file, "KaisekiMenu", "構造解析実施(&A)", [this] { analyse(); }, QKeySequence(Qt::Key_F5));
     QAction* keep =
         add_item(file, "KekkaHozonMenu", "解析結果保存(&R)", [this] { save_result_files(); });
     QAction* last = add_item(file, "SaigoKaisekiMenu", "最後の解析結果(&L)",
                              [this] { show_results(ResultsOf::any_frame); });
+    QAction* own = add_item(file, "KekkaHyoujiMenu", "結果表示(&V)", [this] { show_results({}); });
     file->addSeparator();
     QAction* exit = add_item(
         file, "ExitMenu", "終了(&X)", [this] { close(); }, QKeySequence("Ctrl+Q"));
-    opened_by_ = {
-        {kihon, &CommandFlags::KihonMenu},       {tegaki, &CommandFlags::TegakiMenu},
-        {read, &CommandFlags::JikuDataReadMenu}, {save->menuAction(), &CommandFlags::SaveFileMenu},
-        {textbook, &CommandFlags::HoneSaveMenu}, {solver, &CommandFlags::FrameSlvSaveMenu},
-        {solve, &CommandFlags::KaisekiMenu},     {keep, &CommandFlags::KekkaHozonMenu},
-        {last, &CommandFlags::SaigoKaisekiMenu}, {exit, &CommandFlags::ExitMenu}};
+    opened_by_.insert(opened_by_.end(), {{kihon, &CommandFlags::KihonMenu},
+                                         {henkou, &CommandFlags::KihonHenkouMenu},
+                                         {tegaki, &CommandFlags::TegakiMenu},
+                                         {read, &CommandFlags::JikuDataReadMenu},
+                                         {save->menuAction(), &CommandFlags::SaveFileMenu},
+                                         {textbook, &CommandFlags::HoneSaveMenu},
+                                         {solver, &CommandFlags::FrameSlvSaveMenu},
+                                         {solve, &CommandFlags::KaisekiMenu},
+                                         {keep, &CommandFlags::KekkaHozonMenu},
+                                         {last, &CommandFlags::SaigoKaisekiMenu},
+                                         {own, &CommandFlags::KekkaHyoujiMenu},
+                                         {exit, &CommandFlags::ExitMenu}});
+}
+
+void TMainForm::add_edit_menu() {
+    QMenu* menu = add_menu("HensyuMenu", "編集(&E)");
+    auto* undo = new UndoActions(session_, this, all_steps);
+    menu->addAction(undo->undo_action());
+    menu->addAction(undo->redo_action());
+    connect(&session_.news, &News::changed, this, &TMainForm::follow);
 }
 
 void TMainForm::add_data_menu() {
@@ -136,7 +166,6 @@ QAction* TMainForm::add_toggle(QMenu* menu, const char* name, const QString& cap
 void TMainForm::member_data() {
     TSelBeamForm window(session_, this);
     window.exec();
-    commit("部材データの変更");
     show_state();
 }
 
@@ -168,12 +197,7 @@ void TMainForm::add_help() {
     add_item(help, "About1", "バージョン情報(&A)", [] {});
 }
 
-void TMainForm::commit(const char* name) {
-    session_.work.history.commit(name, project);
-}
-
-void TMainForm::set_stage(Stage stage) {
-    project.stage = stage;
+void TMainForm::follow() {
     const CommandFlags flags = command_flags(project, results_);
     for (const auto& [action, flag] : opened_by_) {
         action->setEnabled(flags.*flag);
@@ -183,8 +207,9 @@ void TMainForm::set_stage(Stage stage) {
 
 void TMainForm::show_state() {
     const bool present = project.stage == Stage::made || project.stage == Stage::loaded;
-    setWindowTitle(present ? marked_name(document, is_unsaved(session_.work)) + " - kigumi"
-                           : QString("kigumi"));
+    const bool work = present || model.N_Node > 0; // perhaps an unfinished sketch
+    setWindowTitle(work ? marked_name(document, is_unsaved(session_.work)) + " - kigumi"
+                        : QString("kigumi"));
     statusBar()->showMessage(document_summary(session_.project));
     if (present) {
         picture().set_picture([this](Canvas& canvas, DrawArea& area) {
@@ -198,119 +223,88 @@ void TMainForm::show_state() {
 
 void TMainForm::check_model() {
     const bool saved = !is_unsaved(session_.work);
-    accept_model();
-    commit("骨組の受け取り");
+    {
+        const BusyCursor busy;
+        change(session_, "骨組の受け取り", accept_model, OnFailure::take_back);
+    }
     if (saved) {
         session_.work.history.mark_saved();
-        show_state();
     }
-}
-
-void TMainForm::accept_model() {
-    if (model.N_Node == 0 && model.N_Beam == 0) {
-        set_stage(Stage::empty);
-        return;
-    }
-    if (model.N_Beam >= 1) {
-        if (check_all_beam(model) < 0) {
-            return;
-        }
+    if (project.stage == Stage::made) {
         view.TAU = view.FAI = 30.0f;
-        const BusyCursor busy;
-        place_on_sheet(model, project_model(model, view));
-        if (rebuild_tables(model) < 0) {
-            return;
-        }
+        picture().fit();
     }
-    // What the drawing editor kept in the flags is no role.
-    clear_roles(model);
-    picture().fit();
-    set_stage(Stage::made);
+    follow();
 }
 
 void TMainForm::new_model() {
-    if (!may_leave()) {
+    if (!may_leave(this)) {
         return;
     }
     picking_->stop();
-    reset_model(model);
-    reset_solids(solids);
-    clear_points(solids);
-    forget_old_node(sketch_places);
-    project.param = {};
-    project.generated = false;
-    project.shift = {};
-    document.file.clear();
-    results_ = false;
-    picture().fit();
-    set_stage(Stage::empty);
-    session_.work.history.start(project);
+    change(session_, "新規作成", [](Project& p) {
+        reset_model(p.model);
+        reset_solids(p.solids);
+        clear_points(p.solids);
+        forget_old_node(p.sketch_places);
+        p.param = {};
+        p.generated = false;
+        p.shift = {};
+        p.stage = Stage::empty;
+        return 0;
+    });
+    start_work({});
 }
 
 void TMainForm::basic_data() {
+    if (!may_leave(this)) { // an unfinished sketch, which the frame takes the place of
+        return;
+    }
     TKihonUnitForm window(session_, this);
-    window.run_modal();
+    run(window);
+    if (session_.work.history.differs(project)) {
+        session_.work.history.restore(session_.project); // what the dialog left without a frame
+    }
     check_model();
+}
+
+void TMainForm::change_basic_data() {
+    picking_->stop();
+    const Param before = param;
+    TKihonForm dialog(session_, this);
+    const bool accepted = dialog.exec() == QDialog::Accepted;
+    const Param chosen = std::exchange(session_.project.param, before);
+    if (!accepted) {
+        return;
+    }
+    const BusyCursor busy;
+    change(
+        session_, "基本データの変更", [&](Project& p) { return regenerate(p, chosen); },
+        OnFailure::take_back);
+    picture().fit();
+    follow();
 }
 
 void TMainForm::draw_by_hand() {
     TTegakiForm window(session_, this);
-    window.run_modal();
-    check_model();
-    show_state();
-}
-
-void TMainForm::read_axis_data() {
-    const fs::path path = ask_open_file(work_dir, this, "軸データ編集", "軸データ(*.JIK)|*.jik");
-    if (path.empty()) {
-        return;
-    }
-    set_stage(Stage::reading);
-    const auto before = std::make_unique<Model>(model);
-    reset_model(model);
-    reset_solids(solids);
-    clear_points(solids);
-    int status = 0;
-    std::string reason;
-    {
-        const BusyCursor busy;
-        status = load_jiku_data(model, solids, work_dir, path, &reason);
-        status = status < 0 ? -1 : rebuild_tables(model);
-    }
-    reset_solids(solids); // reading makes solids of some lines
-    clear_points(solids);
-    if (status < 0) {
-        show_message("軸データ読みこみに失敗しました", reason);
-        reset_model(model);
-        model = *before;
-        set_stage(Stage::empty);
-        return;
-    }
-    forget_old_node(sketch_places);
-    project.shift = {};
-    project.generated = false;
-    document.file = path;
-    session_.work.history.commit("軸データの読みこみ", project);
-    session_.work.history.mark_saved();
-    TJikuForm window(session_, this);
-    window.run_modal();
+    run(window);
     check_model();
 }
 
 void TMainForm::support_and_load_data() {
     picking_->stop();
-    if (model.fix_load_edited == 0 && make_fix_and_load(model) < 0) {
+    const auto make_tables = [](Project& p) { return make_fix_and_load(p.model); };
+    if (model.fix_load_edited == 0 && derive(session_, make_tables) < 0) {
         return;
     }
     TSelNodeForm window(session_, this);
     connect(&window, &TSelNodeForm::changed, &picture(), qOverload<>(&QWidget::update));
     window.exec();
-    if (model.N_Fix >= 1 && model.N_Load >= 1) {
-        model.fix_load_edited = 1;
-        project.stage = Stage::loaded;
-    }
-    commit("支点と荷重の入力");
-    set_stage(project.stage);
+    change(session_, "節点データ入力", [](Project& p) {
+        note_roles_entered(p);
+        return 0;
+    });
+    follow();
 }
 
 bool TMainForm::save_solver_input() {
@@ -340,6 +334,10 @@ bool TMainForm::save_textbook_input() {
 }
 
 void TMainForm::save_result_files() {
+    const auto age = stored_result_age(model, work_dir);
+    if (age && !may_save_results(this, *age)) {
+        return;
+    }
     const fs::path path =
         ask_save_file(work_dir, this, "解析結果保存", "解析結果保存(*.out)|*.out", "out");
     if (!path.empty()) {
@@ -354,48 +352,21 @@ void TMainForm::analyse() {
     }
 }
 
-void TMainForm::show_results(ResultsOf whose) {
+void TMainForm::show_results(std::optional<ResultsOf> whose) {
     TFrameSlvForm window(session_, this, whose);
-    window.run_modal();
+    run(window);
     view.TAU = view.FAI = 30.0f;
     results_ = true;
-    set_stage(project.stage);
-}
-
-bool TMainForm::save_axis_data() {
-    const fs::path path =
-        ask_save_file(work_dir, this, "軸データ保存", "軸データ(*.JIK)|*.jik", "jik");
-    if (path.empty() || save_jiku_data(model, path, project.shift) < 0) {
-        return false;
-    }
-    document.file = path;
-    session_.work.history.mark_saved();
-    show_state();
-    return true;
-}
-
-bool TMainForm::may_leave() {
-    if (!is_unsaved(session_.work)) {
-        return true;
-    }
-    switch (ask_unsaved(this, "保存していない仕事があります。保存しますか?", "保存する(&S)",
-                        "保存しない(&D)", "キャンセル(&C)")) {
-    case UnsavedAnswer::save:
-        return save_axis_data();
-    case UnsavedAnswer::discard:
-        return true;
-    case UnsavedAnswer::cancel:
-        break;
-    }
-    return false;
+    follow();
 }
 
 void TMainForm::closeEvent(QCloseEvent* event) {
-    if (!may_leave()) {
+    if (!session_.leaving && !may_leave(this)) {
         event->ignore();
         return;
     }
     picking_->stop();
+    autosave_->remove();
     spy_close();
     PictureWindow::closeEvent(event);
 }

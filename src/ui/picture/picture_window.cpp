@@ -6,6 +6,7 @@
 #include "export/win3d.h"
 #include "sight/perspective.h"
 #include "ui/kit/dialogs.h"
+#include "ui/kit/file_mark.h"
 #include "ui/kit/help_form.h"
 #include "ui/picture/dxf_width_form.h"
 #include "ui/picture/perspective_progress.h"
@@ -14,6 +15,7 @@
 #include <QEventLoop>
 #include <QMenuBar>
 #include <QScreen>
+#include <QStatusBar>
 
 #include <utility>
 
@@ -29,6 +31,9 @@ void PictureWindow::run_modal() {
     setWindowModality(Qt::ApplicationModal);
     // Where no window manager maximises it, the window fills the screen all the same.
     setGeometry(screen()->availableGeometry());
+    if (findChild<QLabel*>("FileLabel") == nullptr) {
+        statusBar()->addPermanentWidget(new FileMark(session_));
+    }
     showMaximized();
     picture_->setFocus();
     QEventLoop loop;
@@ -95,7 +100,7 @@ void PictureWindow::export_dxf(const char* done) {
         if (!lines || save_segment_file(work_dir, lines->area(), lines->segments()) < 0) {
             return;
         }
-        make_dxf_file(work_dir, path, width.choice());
+        make_dxf_file(path, lines->area().world, lines->segments(), width.choice());
     }
     show_message(done);
 }
@@ -108,7 +113,7 @@ void PictureWindow::export_win3d(const QString& filter) {
     int status = 0;
     {
         const BusyCursor busy;
-        status = save_win3d(solids, work_dir, path);
+        status = save_win3d(solids, path);
     }
     show_message(status == 0 ? "Win3Dデータを保存しました" : "Win3Dデータ保存に失敗しました");
 }

@@ -1,0 +1,1 @@
+#include "ui/kit/news.h"
