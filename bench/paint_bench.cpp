@@ -146,7 +146,8 @@ void empty(benchmark::State& state) {
 BENCHMARK(empty)->UseManualTime()->Unit(benchmark::kMillisecond);
 
 void draw_labelled(Project& project, Canvas& canvas, DrawArea& area, const ModelLabels& labels) {
-    draw_model_picture(project.model, project.view, project.lettering, canvas, area, labels);
+    draw_model_picture(project.model, project_model(project.model, project.view), project.lettering,
+                       canvas, area, labels);
 }
 
 void main_window(benchmark::State& state) {
@@ -172,15 +173,14 @@ BENCHMARK(main_window_with_labels)->UseManualTime()->Unit(benchmark::kMillisecon
 
 void wires_with_node_marks(benchmark::State& state) {
     paint(state, [](Project& project, Canvas& canvas, DrawArea& area) {
-        draw_wire(project.model, project.view, canvas, area, true);
+        draw_wire(project_model(project.model, project.view), canvas, area, true);
     });
 }
 BENCHMARK(wires_with_node_marks)->UseManualTime()->Unit(benchmark::kMillisecond);
 
 void axis_model(benchmark::State& state) {
     paint(state, [](Project& project, Canvas& canvas, DrawArea& area) {
-        draw_axis_model(project.model, project.view, project.solids, project.work_dir, canvas,
-                        area);
+        draw_axis_model(project.view, project.solids, canvas, area);
     });
 }
 BENCHMARK(axis_model)->UseManualTime()->Unit(benchmark::kMillisecond);

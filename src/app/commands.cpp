@@ -12,6 +12,8 @@
 #include "files/tegaki.h"
 #include "generate/generate.h"
 #include "model/model.h"
+#include "model/sections.h"
+#include "project/project_file.h"
 #include "results/listing.h"
 #include "results/result_csv.h"
 #include "sight/perspective.h"
@@ -42,7 +44,7 @@ class Stopwatch {
 int write_win3d(Project& project, const fs::path& path) {
     return build_trio_file(project.model, project.solids, project.work_dir) < 0
                ? -1
-               : save_win3d(project.solids, project.work_dir, path);
+               : save_win3d(project.solids, path);
 }
 
 // The viewpoint picture as a drawing.
@@ -56,7 +58,37 @@ int write_dxf(Project& project, const fs::path& path, int colour) {
                          canvas, area) < 0) {
         return -1;
     }
-    return make_dxf_file(project.work_dir, path, colour);
+    return make_dxf_file(path, canvas.area().world, canvas.segments(), colour);
+}
+
+// Saves a frame that was just generated. 0, or -1 after a message.
+int save_generated(Project& project, const fs::path& path) {
+    if (ending_of(path) != project_ending) {
+        return save_jiku_data(project.model, path, project.shift);
+    }
+    if (rebuild_tables(project.model) < 0) {
+        return -1;
+    }
+    project.generated = true;
+    project.stage = Stage::made;
+    return save_project(project, path);
+}
+
+// Saves a frame that was read, with its supports and loads.
+int save_as_project(Project& project, const fs::path& path) {
+    const Model& model = project.model;
+    project.stage = model.N_Fix > 0 && model.N_Load > 0 ? Stage::loaded : Stage::made;
+    return save_project(project, path);
+}
+
+// A sketch of the frame as it is seen, all places known.
+int save_as_sketch(Project& project, const fs::path& path) {
+    place_on_sheet(project.model, project_model(project.model, project.view));
+    for (int i = 0; i < project.model.N_Node; ++i) {
+        project.model.node[i].flag = 2;
+    }
+    forget_old_node(project.sketch_places);
+    return save_tegaki_data(project.model, project.sketch_places, path);
 }
 
 // Analyses the model in the working directory and reads the results.
@@ -89,12 +121,14 @@ int run_generate(const GenerateOptions& options) {
         make_unit(project.model, project.param, project.solids) < 0) {
         return -1;
     }
-    if (save_jiku_data(project.model, path_of(options.output),
-                       {options.dx, options.dy, options.dz}) < 0) {
+    project.shift = {options.dx, options.dy, options.dz};
+    const fs::path path = path_of(options.output);
+    if (save_generated(project, path) < 0) {
         return -1;
     }
-    std::printf("軸ファイルを作製しました %s（節点 %d、部材 %d）\n", options.output.c_str(),
-                project.model.N_Node, project.model.N_Beam);
+    std::printf("%sを作製しました %s（節点 %d、部材 %d）\n",
+                ending_of(path) == project_ending ? "プロジェクト" : "軸ファイル",
+                options.output.c_str(), project.model.N_Node, project.model.N_Beam);
     return 0;
 }
 
@@ -113,8 +147,11 @@ int run_convert(const std::string& input, const std::string& output,
     const fs::path path = path_of(output);
     const std::string ending = ending_of(path);
     const auto write = [&]() {
+        if (ending == project_ending) {
+            return save_as_project(project, path);
+        }
         if (ending == ".jik") {
-            return save_jiku_data(project.model, path, {});
+            return save_jiku_data(project.model, path, project.shift);
         }
         if (ending == ".bon") {
             return save_honegumi(project.model, path);
@@ -123,21 +160,18 @@ int run_convert(const std::string& input, const std::string& output,
             return save_honegra(project.model, path);
         }
         if (ending == ".tgk") {
-            project_model(project.model, project.view);
-            for (int i = 0; i < project.model.N_Node; ++i) {
-                project.model.node[i].flag = 2; // in a sketch: place known
-            }
-            return save_tegaki_data(project.model, project.sketch_places, path);
+            return save_as_sketch(project, path);
         }
         return ending == ".dxf" ? write_dxf(project, path, colour) : write_win3d(project, path);
     };
-    constexpr const char* endings[] = {".jik", ".bon", ".ydu", ".tgk", ".dxf", ".dat", ".w3d"};
+    constexpr const char* endings[] = {".kigumi", ".jik", ".bon", ".ydu",
+                                       ".tgk",    ".dxf", ".dat", ".w3d"};
     bool known = false;
     for (const char* each : endings) {
         known = known || ending == each;
     }
     if (!known) {
-        show_message(text_format("%s: 出力の形式は .jik .bon .ydu .tgk .dxf .dat .w3d です",
+        show_message(text_format("%s: 出力の形式は .kigumi .jik .bon .ydu .tgk .dxf .dat .w3d です",
                                  output.c_str()));
         return wrong_usage;
     }
@@ -176,6 +210,7 @@ int run_listing(const std::string& dir, const std::string& csv, const std::strin
         FrameSlv(project.model, project.result, project.work_dir) < 0) {
         return -1;
     }
+    tell_result_age(project);
     if (csv.empty()) {
         return save_listing(project.result, path_of(output));
     }

@@ -1,7 +1,8 @@
-#include "analysis/solver_roles.h"
+#include "analysis/result_input.h"
 #include "analysis/solver_run.h"
 #include "app/commands.h"
 #include "app/frame_input.h"
+#include "app/summary.h"
 #include "base/files.h"
 #include "base/message.h"
 #include "draw/model_picture.h"
@@ -58,18 +59,19 @@ int draw_with_legend(const Project& project, const DrawOptions& options, const f
                      const ResultView& shown, const PictureFunction& draw) {
     constexpr QSizeF usual(1280, 800); // pixels, for which the legend's letters are made
     const auto scale = static_cast<float>(options.scale);
+    const ResultAge age = result_age_of_frame(project.model, project.result);
     const auto draw_both = [&](PainterCanvas& canvas) {
         const int status = draw(canvas);
         if (status == 0 && wants_legend(options)) {
             const double enlarged = std::max(
                 1.0, std::min(options.width / usual.width(), options.height / usual.height()));
-            paint_legend(canvas, options.width, result_legend(project.result, shown, scale),
+            paint_legend(canvas, options.width, result_legend(project.result, shown, scale, age),
                          enlarged);
         }
         return status;
     };
     return save_picture(path, options.width, options.height, draw_both,
-                        title_of(options, "計算結果　" + result_title(shown, scale)));
+                        title_of(options, "計算結果　" + result_title(shown, scale, age)));
 }
 
 DrawArea client_area(const DrawOptions& options) {
@@ -110,7 +112,7 @@ int draw_results(Project& project, const DrawOptions& options, const fs::path& p
         return refuse("計算結果の部材がこの大きさの図に収まりません");
     }
     return draw_with_legend(project, options, path, picture, [&picture, &project](Canvas& canvas) {
-        return draw_result_picture(project.model, project.view, project.result, project.lettering,
+        return draw_result_picture(project.view, project.result, project.lettering,
                                    canvas, picture);
     });
 }
@@ -133,7 +135,7 @@ int draw_solid_results(Project& project, const DrawOptions& options, const fs::p
     set_viewpoint(project, options);
     shown.area = client_area(options);
     return draw_with_legend(project, options, path, shown, [&shown, &project](Canvas& canvas) {
-        return draw_marukaku(project.model, project.view, project.result, project.solids,
+        return draw_marukaku(project.view, project.result, project.solids,
                              project.perspective, project.lettering, project.work_dir, canvas,
                              shown);
     });
@@ -149,8 +151,8 @@ int draw_frame(Project& project, const DrawOptions& options, const fs::path& pat
         labels.node_names = has_label(options, "nodes");
         labels.member_numbers = has_label(options, "members");
         return save("ワイヤモデル", [&](Canvas& canvas) {
-            return draw_model_picture(project.model, project.view, project.lettering, canvas, area,
-                                      labels);
+            return draw_model_picture(project.model, project_model(project.model, project.view),
+                                      project.lettering, canvas, area, labels);
         });
     }
     if (build_trio_file(project.model, project.solids, project.work_dir) < 0) {
@@ -158,8 +160,7 @@ int draw_frame(Project& project, const DrawOptions& options, const fs::path& pat
     }
     if (options.mode == "axis") {
         return save("軸モデル", [&area, &project](Canvas& canvas) {
-            return draw_axis_model(project.model, project.view, project.solids, project.work_dir,
-                                   canvas, area);
+            return draw_axis_model(project.view, project.solids, canvas, area);
         });
     }
     set_viewpoint(project, options);
@@ -208,11 +209,10 @@ int run_draw(const DrawOptions& options) {
         return -1;
     }
     const bool wants_roles = has_label(options, "fix") || has_label(options, "load");
-    if (wants_roles && project.model.N_Fix == 0 && project.model.N_Load == 0 &&
-        load_result_roles(project.model, project.result, project.work_dir) ==
-            ResultRoles::of_other_frame) {
+    if (wants_roles && project.result.roles.state == ResultRoles::State::of_other_frame) {
         show_message(roles_of_other_frame);
     }
+    tell_result_age(project);
     return options.mode == "solid" ? draw_solid_results(project, options, path)
                                    : draw_results(project, options, path);
 }

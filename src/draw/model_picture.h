@@ -1,4 +1,5 @@
-// The picture of the model itself, with labels and marks, as the main window shows it.
+// The wires of a model (ワイヤモデル), and the picture of it with labels and marks that the main
+// window shows.
 #pragma once
 
 #include "draw/canvas.h"
@@ -6,6 +7,13 @@
 #include "draw/stroke_font.h"
 
 namespace kigumi {
+
+// Radius of a node mark, pixels.
+constexpr int node_mark_radius = 5;
+
+// Fits the window around the projected nodes (square fit) and draws a line for every member; with
+// `node_marks` a circle at every node after them.
+void draw_wire(const PlanarModel& plane, Canvas& canvas, DrawArea& area, bool node_marks);
 
 // What is drawn on top of the members.
 struct ModelLabels {
@@ -16,11 +24,11 @@ struct ModelLabels {
     bool loaded_nodes = false;   // 荷重節点: a red disc at every loaded node
 };
 
-// Projects the model with the shared view angles, fits the window (square fit) and draws the
-// members with the chosen labels and marks; supports and loads come from the node flags, and nodes
+// Fits the window around the projected model (project_model; square fit) and draws the members with
+// the chosen labels and marks; supports and loads come from the node flags, and nodes
 // that the search has found get a blue circle. 0, or -1 after a message when there is no stroke
 // font.
-int draw_model_picture(Model& model, const View& view, Lettering& lettering, Canvas& canvas,
-                       DrawArea& area, const ModelLabels& labels);
+int draw_model_picture(const Model& model, const PlanarModel& plane, Lettering& lettering,
+                       Canvas& canvas, DrawArea& area, const ModelLabels& labels);
 
 } // namespace kigumi

@@ -1,5 +1,6 @@
 #include "draw/projection.h"
 
+#include "base/float.h"
 #include "trace/spy.h"
 
 #include <cmath>
@@ -45,26 +46,48 @@ void PlaneBounds::widen(PlanePoint p) {
     ymax = p.Y > ymax ? p.Y : ymax;
 }
 
-PlaneBounds project_model(Model& model, const View& view) {
+PlanarModel project_model(const Model& model, const View& view) {
     const Projector projector(view.TAU, view.FAI);
-    PlaneBounds bounds = square_fit_start;
+    PlanarModel plane;
+    plane.node.reserve(model.N_Node);
+    plane.start.reserve(model.N_Beam);
+    plane.end.reserve(model.N_Beam);
     for (int i = 0; i < model.N_Node; ++i) {
-        Node& node = model.node[i];
-        const PlanePoint p = projector(node.x, node.y, node.z);
-        node.X = p.X;
-        node.Y = p.Y;
-        bounds.widen(p);
+        const Node& node = model.node[i];
+        plane.node.push_back(projector(node.x, node.y, node.z));
+        plane.bounds.widen(plane.node.back());
+    }
+    for (int i = 0; i < model.N_Beam; ++i) {
+        const Beam& beam = model.beam[i];
+        plane.start.push_back(projector(beam.xs, beam.ys, beam.zs));
+        plane.end.push_back(projector(beam.xl, beam.yl, beam.zl));
+    }
+    return plane;
+}
+
+int find_plane_node(const PlanarModel& plane, PlanePoint at, float radius) {
+    for (std::size_t i = 0; i < plane.node.size(); ++i) {
+        const double dx = static_cast<double>(plane.node[i].X) - at.X;
+        const double dy = static_cast<double>(plane.node[i].Y) - at.Y;
+        if (round_once(std::sqrt(dx * dx + dy * dy)) < radius) {
+            return static_cast<int>(i);
+        }
+    }
+    return -1;
+}
+
+void place_on_sheet(Model& model, const PlanarModel& plane) {
+    for (int i = 0; i < model.N_Node; ++i) {
+        model.node[i].X = plane.node[i].X;
+        model.node[i].Y = plane.node[i].Y;
     }
     for (int i = 0; i < model.N_Beam; ++i) {
         Beam& beam = model.beam[i];
-        const PlanePoint start = projector(beam.xs, beam.ys, beam.zs);
-        const PlanePoint end = projector(beam.xl, beam.yl, beam.zl);
-        beam.XS = start.X;
-        beam.YS = start.Y;
-        beam.XL = end.X;
-        beam.YL = end.Y;
+        beam.XS = plane.start[i].X;
+        beam.YS = plane.start[i].Y;
+        beam.XL = plane.end[i].X;
+        beam.YL = plane.end[i].Y;
     }
-    return bounds;
 }
 
 void square_fit(DrawArea& area, const PlaneBounds& b) {
@@ -118,8 +141,8 @@ void margin_fit(DrawArea& area, const PlaneBounds& b) {
                   b.ymin + up * 1.1f};
 }
 
-void get_new_world(Model& model, const View& view, DrawArea& area) {
-    square_fit(area, project_model(model, view));
+void get_new_world(const PlanarModel& plane, DrawArea& area) {
+    square_fit(area, plane.bounds);
 }
 
 void get_world(DrawArea& area, float xmin, float ymin, float xmax, float ymax) {

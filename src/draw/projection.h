@@ -3,6 +3,8 @@
 
 #include "model/model.h"
 
+#include <vector>
+
 namespace kigumi {
 
 // Settings shared by all views.
@@ -66,17 +68,32 @@ constexpr PlaneBounds square_fit_start{9999.9f, 9999.9f, -9999.9f, -999.9f};
 // Start values of the aspect fit of the result pictures.
 constexpr PlaneBounds aspect_fit_start{999.9f, 999.9f, -999.9f, -999.9f};
 
-// Projects all nodes and members into the tables (X, Y; XS ... YL) and returns the bounds of the
-// nodes.
-PlaneBounds project_model(Model& model, const View& view);
+// A model as a picture shows it: the plane points of the nodes and of the members' ends, by
+// position, and the bounds of the nodes. A picture keeps one of its own, and picking in it reads
+// it.
+struct PlanarModel {
+    std::vector<PlanePoint> node, start, end;
+    PlaneBounds bounds = square_fit_start;
+};
+
+// Projects all nodes and members with the shared view angles.
+PlanarModel project_model(const Model& model, const View& view);
+
+// Position of the first node that lies closer to the plane point than `radius`, or -1.
+int find_plane_node(const PlanarModel& plane, PlanePoint at, float radius);
+
+// Takes the projected points as the places on the drawing sheet (X, Y of the nodes, XS ... YL of
+// the members): for commands that make a sketch of a model, never for a picture. The model is the
+// one that was projected.
+void place_on_sheet(Model& model, const PlanarModel& plane);
 
 // The three fits. Each reads the client size of `area` and sets its world window and viewport.
 void square_fit(DrawArea& area, const PlaneBounds& bounds);
 void aspect_fit(DrawArea& area, const PlaneBounds& bounds);
 void margin_fit(DrawArea& area, const PlaneBounds& bounds);
 
-// Projects all nodes and members and fits the window around the nodes (square fit).
-void get_new_world(Model& model, const View& view, DrawArea& area);
+// Fits the window around the projected nodes (square fit).
+void get_new_world(const PlanarModel& plane, DrawArea& area);
 // Fits the window around given plane bounds (margin fit).
 void get_world(DrawArea& area, float xmin, float ymin, float xmax, float ymax);
 

@@ -139,6 +139,7 @@ template <class AtFace> int make_face(Model& model, const Param& param, int cell
 int make_hashira(Model& model, const Param& param) {
     spy("Enter make_hashira()");
     model.N_Beam = 0;
+    model.edit.fill({});
     const int nx = 2 * param.NX;
     const int ny = 2 * param.NY;
     const int corners[4][2] = {{0, 0}, {nx, 0}, {nx, ny}, {0, ny}};

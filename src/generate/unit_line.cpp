@@ -94,8 +94,8 @@ bool Block::emit(Place from, Place to, float width, int kind) const {
     if (append_beam(model_, start, end, width, width, kind, 0) < 0) {
         return false;
     }
-    widen_bounds(model_, start[0], start[1], start[2]);
-    widen_bounds(model_, end[0], end[1], end[2]);
+    widen_bounds(solids_, start[0], start[1], start[2]);
+    widen_bounds(solids_, end[0], end[1], end[2]);
     return make_kakuzai3(solids_, start[0], start[1], start[2], end[0], end[1], end[2], width,
                          width) >= 0;
 }

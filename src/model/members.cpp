@@ -4,8 +4,10 @@
 #include "base/format.h"
 #include "base/message.h"
 #include "model/nodes.h"
+#include "model/sections.h"
 #include "trace/spy.h"
 
+#include <algorithm>
 #include <cmath>
 #include <cstring>
 #include <vector>
@@ -65,6 +67,7 @@ int append_beam(Model& model, const float (&start)[3], const float (&end)[3], fl
     }
     Beam& beam = model.beam[model.N_Beam];
     beam = Beam{};
+    model.edit[model.N_Beam] = MemberEdit{};
     beam.no = number_at(model.N_Beam);
     beam.noi = noi;
     beam.noj = noj;
@@ -86,6 +89,9 @@ void del_beam(Model& model, int n) {
     if (n < 0 || n >= model.N_Beam) {
         return;
     }
+    std::copy(model.edit.begin() + n + 1, model.edit.begin() + model.N_Beam,
+              model.edit.begin() + n);
+    model.edit[model.N_Beam - 1] = MemberEdit{};
     std::vector<Beam> kept;
     kept.reserve(model.N_Beam);
     for (int i = 0; i < model.N_Beam; ++i) {
@@ -151,6 +157,7 @@ void set_all_beam_section(Model& model, float haba, float atumi) {
     for (int i = 0; i < model.N_Beam; ++i) {
         model.beam[i].haba = haba;
         model.beam[i].atumi = atumi;
+        forget_section_edit(model, i);
         model.beam[i].flag = 2;
     }
 }

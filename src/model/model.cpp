@@ -38,28 +38,13 @@ const char* kind_name(int kind) {
 }
 
 void reset_model(Model& model) {
+    model.edit.fill({});
     model.N_Node = model.N_Beam = 0;
     model.N_Size = model.N_Mat = 0;
     model.N_Fix = model.N_Load = 0;
     model.N_X = model.N_Y = model.N_Z = 0;
     model.fix_load_edited = 0;
-    reset_bounds(model);
     forget_node_index(model);
-}
-
-void reset_bounds(Model& model) {
-    model.X_MIN = model.Y_MIN = model.Z_MIN = 9999.9f;
-    model.X_MAX = model.Y_MAX = model.Z_MAX = -9999.9f;
-}
-
-void widen_bounds(Model& model, float x, float y, float z) {
-    const auto widen = [](float& low, float& high, float value) {
-        low = value < low ? value : low;
-        high = value > high ? value : high;
-    };
-    widen(model.X_MIN, model.X_MAX, x);
-    widen(model.Y_MIN, model.Y_MAX, y);
-    widen(model.Z_MIN, model.Z_MAX, z);
 }
 
 void set_name(char (&field)[name_bytes], const char* name) {

@@ -11,7 +11,6 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <vector>
 
 namespace kigumi {
 
@@ -56,7 +55,7 @@ struct Node {
     char id[name_bytes]; // name, normally "X%02dY%02dZ%02d"; may be empty
     std::int32_t no;     // position + 1
     float x, y, z;       // cm; -1 each while a hand-drawn node's place is unknown
-    float X, Y;          // plane coordinates of the last projection, or place on the drawing sheet
+    float X, Y;          // place on the drawing sheet
     std::int32_t flag;   // NodeRole; in the hand-drawn editor 0 drawn, 1 used, 2 place known
 };
 static_assert(sizeof(Node) == 60);
@@ -73,11 +72,26 @@ struct Beam {
     float haba;            // section width 巾, cm (diameter of a circular member)
     float atumi;           // section thickness 厚み, cm
     std::int32_t kind;     // Kind
-    float XS, YS;          // plane coordinates of the start, last projection
-    float XL, YL;          // plane coordinates of the end
+    float XS, YS;          // place of the start on the drawing sheet
+    float XL, YL;          // and of the end
     std::int32_t flag;     // 0 first end placed, 1 both ends placed, 2 data set
 };
 static_assert(sizeof(Beam) == 140);
+
+// Bytes of a timber's id in a member's edit, UTF-8, the closing 0 included.
+constexpr int species_bytes = 26;
+
+// What a person changed of a member's section and material. It belongs to the member, beside its
+// record in `beam`, and is laid on the tables whenever they are made anew (model/sections.h).
+struct MemberEdit {
+    std::uint8_t section;        // 1: haba, atumi and angle hold
+    std::uint8_t material;       // 1: E, poisson and density hold
+    char species[species_bytes]; // id of the timber; empty: 任意材料
+    float haba, atumi;           // cm
+    float angle;                 // turn about the member's axis, degrees
+    float E, poisson, density;   // as in MatTable
+};
+static_assert(sizeof(MemberEdit) == 52);
 
 // Sections; entry k is section number k + 1. Made by check_size, changed by the section dialog.
 struct SizeTable {
@@ -123,6 +137,7 @@ struct Model {
     std::int32_t N_Node = 0;
     Table<Beam, beam_capacity> beam;
     std::int32_t N_Beam = 0;
+    Table<MemberEdit, beam_capacity> edit; // of the member at this position; beyond N_Beam all 0
     SizeTable size;
     std::int32_t N_Size = 0;
     MatTable mat;
@@ -141,13 +156,6 @@ struct Model {
 
     // 1 once supports and loads were entered by hand: they are then no longer made from node flags.
     std::int32_t fix_load_edited = 0;
-
-    // Bounds of the members read last, or of the solid model (get_jiku_world), cm.
-    float X_MIN = 9999.9f, Y_MIN = 9999.9f, Z_MIN = 9999.9f;
-    float X_MAX = -9999.9f, Y_MAX = -9999.9f, Z_MAX = -9999.9f;
-
-    // Categories by the group labels of the axis data read last, one a member (jiku_label_kinds).
-    std::vector<std::int32_t> label_kinds;
 
     // Member counts when make_gaichu started and ended: the outer columns are the members between.
     std::int32_t GaichuStart = 0, GaichuEnd = 0;
@@ -178,15 +186,10 @@ const char* kind_label(int kind);
 // The same without the comment mark, for lists on the screen.
 const char* kind_name(int kind);
 
-// Empties nodes, members, sections, materials, supports, loads and levels, and forgets that
-// supports and loads were edited. Every command that makes a model starts with it.
+// Empties nodes, members with what was changed of them, sections, materials, supports, loads and
+// levels, and forgets that supports and loads were edited. Every command that makes a model starts
+// with it.
 void reset_model(Model& model);
-
-// Widens the model bounds (X_MIN ... Z_MAX) by a point, cm.
-void widen_bounds(Model& model, float x, float y, float z);
-
-// Sets the model bounds to +9999.9 (minima) and -9999.9 (maxima).
-void reset_bounds(Model& model);
 
 // Copies a name (UTF-8) into a fixed name field, cut between characters to what the field holds.
 void set_name(char (&field)[name_bytes], const char* name);

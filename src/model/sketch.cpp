@@ -5,6 +5,7 @@
 #include "base/message.h"
 #include "model/members.h"
 #include "model/nodes.h"
+#include "model/sections.h"
 
 #include <algorithm>
 #include <cmath>
@@ -110,6 +111,7 @@ void set_node_place(Model& model, int node, float x, float y, float z) {
 }
 
 void set_beam_section(Model& model, int beam, float haba, float atumi) {
+    forget_section_edit(model, beam);
     model.beam[beam].haba = haba;
     model.beam[beam].atumi = atumi;
     model.beam[beam].flag = 2;

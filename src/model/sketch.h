@@ -65,7 +65,8 @@ int search_near_beam(const Model& model, float X, float Y, float radius);
 // Gives the node at position `node` its place, cm: flag 2, and its members follow.
 void set_node_place(Model& model, int node, float x, float y, float z);
 
-// Gives the member at position `beam` a section, cm, and flag 2.
+// Gives the member at position `beam` a section, cm, in place of what was changed of it, and
+// flag 2.
 void set_beam_section(Model& model, int beam, float haba, float atumi);
 
 // What the mouse is for.

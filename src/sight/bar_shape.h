@@ -1,7 +1,7 @@
 // The bars of a list of triangles, as the hidden-line removal sees them.
 #pragma once
 
-#include "sight/viewpoint.h"
+#include "draw/eye.h"
 #include "solid/solid.h"
 
 namespace kigumi::hidden_line {

@@ -3,7 +3,7 @@
 // Exact, in object space; docs/hidden-lines.md tells the method and what it costs.
 #pragma once
 
-#include "sight/viewpoint.h"
+#include "draw/eye.h"
 #include "solid/solid.h"
 
 #include <functional>

@@ -106,10 +106,9 @@ std::vector<VisibleSegment> visible_segments(std::span<const Trio> records,
 int prepare_perspective(const View& view, Solids& solids, PerspectiveLines& perspective,
                         const fs::path& work_dir, const Progress& progress) {
     spy("Enter prepare_perspective()");
-    std::string reason;
-    const auto records = read_trio_file(solids, work_dir, &reason);
+    const auto records = saved_records(solids);
     if (!records) {
-        return refuse("Error: Unable to open TRIO_FILE jikuire 03", reason);
+        return refuse("Error: Unable to open TRIO_FILE jikuire 03");
     }
     const PerspectiveKey key = wanted_key(view, solids);
     if (perspective.complete && perspective.key == key) {
@@ -134,10 +133,9 @@ int draw_perspective(const View& view, Solids& solids, PerspectiveLines& perspec
                      const TrioColour& colour) {
     spy("Enter draw_perspective()");
     const PerspectiveLines& picture = perspective;
-    std::string reason;
-    const auto records = read_trio_file(solids, work_dir, &reason);
+    const auto records = saved_records(solids);
     if (!records) {
-        return refuse("Error: Unable to open TRIO_FILE jikuire 03", reason);
+        return refuse("Error: Unable to open TRIO_FILE jikuire 03");
     }
     if (picture.preparing && picture.key.edition != trio_edition(solids)) {
         return 0;

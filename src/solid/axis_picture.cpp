@@ -8,13 +8,13 @@ namespace kigumi {
 
 namespace {
 
-void fit_solids(Model& model, const View& view, DrawArea& area, std::span<const Trio> records) {
+void fit_solids(Solids& solids, const View& view, DrawArea& area, std::span<const Trio> records) {
     const Projector projector(view.TAU, view.FAI);
-    reset_bounds(model);
+    reset_bounds(solids);
     PlaneBounds bounds = square_fit_start;
     for (const Trio& trio : records) {
         for (const auto& [x, y, z] : trio.vertex) {
-            widen_bounds(model, x, y, z);
+            widen_bounds(solids, x, y, z);
             bounds.widen(projector(x, y, z));
         }
     }
@@ -23,29 +23,26 @@ void fit_solids(Model& model, const View& view, DrawArea& area, std::span<const 
 
 } // namespace
 
-int get_jiku_world(Model& model, const View& view, Solids& solids, const fs::path& work_dir,
-                   DrawArea& area) {
+int get_jiku_world(const View& view, Solids& solids, DrawArea& area) {
     spy("Enter get_jiku_world()");
-    std::string reason;
-    const auto records = read_trio_file(solids, work_dir, &reason);
+    const auto records = saved_records(solids);
     if (!records) {
-        return refuse("Error: Unable to open TRIO_FILE jikuire 01", reason);
+        return refuse("Error: Unable to open TRIO_FILE jikuire 01");
     }
-    fit_solids(model, view, area, *records);
+    fit_solids(solids, view, area, *records);
     spy("World %12.5e %12.5e %12.5e %12.5e", area.world.xmin, area.world.ymin, area.world.xmax,
         area.world.ymax);
     return 0;
 }
 
-int draw_axis_model(Model& model, const View& view, Solids& solids, const fs::path& work_dir,
-                    Canvas& canvas, DrawArea& area) {
+int draw_axis_model(const View& view, Solids& solids, Canvas& canvas,
+                    DrawArea& area) {
     spy("Enter draw_axis_model()");
-    std::string reason;
-    const auto records = read_trio_file(solids, work_dir, &reason);
+    const auto records = saved_records(solids);
     if (!records) {
-        return refuse("Error: Unable to open TRIO_FILE jikuire 02", reason);
+        return refuse("Error: Unable to open TRIO_FILE jikuire 02");
     }
-    fit_solids(model, view, area, *records);
+    fit_solids(solids, view, area, *records);
     canvas.set_area(area);
     canvas.set_pen(pen_solid, 1, colour_black);
     const Projector projector(view.TAU, view.FAI);
@@ -62,21 +59,6 @@ int draw_axis_model(Model& model, const View& view, Solids& solids, const fs::pa
         }
     }
     return 0;
-}
-
-void draw_wire(Model& model, const View& view, Canvas& canvas, DrawArea& area, bool node_marks) {
-    spy("Enter draw_wire()");
-    get_new_world(model, view, area);
-    canvas.set_area(area);
-    canvas.set_pen(pen_solid, 1, colour_black);
-    for (int i = 0; i < model.N_Beam; ++i) {
-        const Beam& beam = model.beam[i];
-        canvas.move(beam.XS, beam.YS);
-        canvas.line(beam.XL, beam.YL);
-    }
-    for (int i = 0; node_marks && i < model.N_Node; ++i) {
-        canvas.circle(model.node[i].X, model.node[i].Y, node_mark_radius, false);
-    }
 }
 
 } // namespace kigumi

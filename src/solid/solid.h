@@ -52,26 +52,6 @@ struct PointIndex {
     std::size_t count = 0;
 };
 
-// Tells one writing of a file from the next.
-struct FileStamp {
-    fs::path path;
-    std::uintmax_t size;
-    std::int64_t time; // as write_time
-    bool operator==(const FileStamp&) const = default;
-};
-
-// What is known of TRIO.DAT.
-struct TrioFile {
-    std::optional<FileStamp> saved;       // as it was when the triangles in memory were saved
-    std::vector<Trio> loaded;             // records of a file that is not what the memory holds
-    std::optional<FileStamp> loaded_from; // as that file was then
-    // Numbers of all records that were ever saved or loaded.
-    std::uint32_t newest_edition = 0;
-    std::uint32_t saved_edition = 0;  // of the triangles in memory
-    std::uint32_t loaded_edition = 0; // of `loaded`
-    std::uint32_t read_edition = 0;   // of those that were read last
-};
-
 // Triangles of the last build, in memory and (after save_trio_file) in TRIO.DAT.
 struct Solids {
     std::vector<Trio> trio;
@@ -79,9 +59,19 @@ struct Solids {
     float Volume = 0.0f;            // timber of the last build, m³
     std::vector<SolidPoint> points; // distinct vertices of all builds of this model
     bool saved = false;             // the triangles were written to TRIO.DAT as they are
+    std::uint32_t edition = 0;      // grows with every saving
     PointIndex point_index;
-    TrioFile file;
+
+    // Bounds of the members read last, or of the solid model (get_jiku_world), cm.
+    float X_MIN = 9999.9f, Y_MIN = 9999.9f, Z_MIN = 9999.9f;
+    float X_MAX = -9999.9f, Y_MAX = -9999.9f, Z_MAX = -9999.9f;
 };
+
+// Widens the bounds (X_MIN ... Z_MAX) by a point, cm.
+void widen_bounds(Solids& solids, float x, float y, float z);
+
+// Sets the bounds to +9999.9 (minima) and -9999.9 (maxima).
+void reset_bounds(Solids& solids);
 
 // Number of the first registered point exactly equal to (x, y, z), cm; registers it when there is
 // none. -1, with a message, when the point table is full.
@@ -112,17 +102,16 @@ int save_trio_file(Solids& solids, const fs::path& work_dir);
 // of this build have no room beside those of earlier builds, the earlier ones are dropped.
 int build_trio_file(const Model& model, Solids& solids, const fs::path& work_dir);
 
-// The records of TRIO.DAT; the file is read only when it is not what the memory holds. Nothing, and
-// no message, when the file is missing, its length is not that of `n_trio` records or a vertex has
-// a number outside the point table. Valid until the next call of a function that builds or reads.
-std::optional<std::span<const Trio>> read_trio_file(Solids& solids, const fs::path& work_dir,
-                                                    std::string* reason = nullptr);
+// The records that were saved to TRIO.DAT last, from memory: what another program has put into that
+// file is never taken for them. Nothing, and no message, when none were saved or they have changed
+// since. Valid until the next call of a function that builds.
+std::optional<std::span<const Trio>> saved_records(const Solids& solids);
 
-// Number of the records that read_trio_file returned last, from 1; other records have another one.
+// Number of the records of saved_records, from 1; other records have another one.
 std::uint32_t trio_edition(const Solids& solids);
 
-// Sets `plane` of the records that read_trio_file returned last to the places of their vertices
-// in the perspective plane, and writes them to TRIO.DAT. A vertex before the near plane has no
+// Sets `plane` of the records of saved_records to the places of their vertices in the perspective
+// plane, and writes them to TRIO.DAT. A vertex before the near plane has no
 // place and gets 0, 0. 0, or -1 after the message "Error: Unable to open TRIO_FILE 01".
 int project_trio_file(Solids& solids, const fs::path& work_dir, const ViewCoefficients& v);
 

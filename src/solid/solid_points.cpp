@@ -48,6 +48,21 @@ int register_point(Solids& solids, float x, float y, float z) {
     return no;
 }
 
+void reset_bounds(Solids& solids) {
+    solids.X_MIN = solids.Y_MIN = solids.Z_MIN = 9999.9f;
+    solids.X_MAX = solids.Y_MAX = solids.Z_MAX = -9999.9f;
+}
+
+void widen_bounds(Solids& solids, float x, float y, float z) {
+    const auto widen = [](float& low, float& high, float value) {
+        low = value < low ? value : low;
+        high = value > high ? value : high;
+    };
+    widen(solids.X_MIN, solids.X_MAX, x);
+    widen(solids.Y_MIN, solids.Y_MAX, y);
+    widen(solids.Z_MIN, solids.Z_MAX, z);
+}
+
 void clear_points(Solids& solids) {
     spy("Enter clear_points()");
     solids.points.clear();

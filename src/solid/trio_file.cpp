@@ -4,7 +4,7 @@
 #include "base/float.h"
 #include "base/format.h"
 #include "base/message.h"
-#include "sight/viewpoint.h"
+#include "draw/eye.h"
 #include "solid/solid_store.h"
 #include "trace/spy.h"
 
@@ -20,17 +20,6 @@ static_assert(std::endian::native == std::endian::little,
 namespace {
 
 constexpr const char* trio_name = "TRIO.DAT";
-
-std::optional<FileStamp> stamp_of_file(const fs::path& work_dir) {
-    const fs::path path = work_file(work_dir, trio_name);
-    std::error_code no_size;
-    const std::uintmax_t size = fs::file_size(path, no_size);
-    const auto time = write_time(path);
-    if (no_size || !time) {
-        return std::nullopt;
-    }
-    return FileStamp{path, size, *time};
-}
 
 int write_records(const fs::path& work_dir, std::span<const Trio> records) {
     const std::string_view bytes(reinterpret_cast<const char*>(records.data()),
@@ -52,12 +41,6 @@ void project(std::span<Trio> records, const ViewCoefficients& v) {
             trio.plane[i][1] = eye.ye * scale;
         }
     }
-}
-
-bool names_points(const Solids& solids, const Trio& trio) {
-    const int count = static_cast<int>(solids.points.size());
-    return std::all_of(std::begin(trio.bangou), std::end(trio.bangou),
-                       [count](int no) { return no >= 1 && no <= count; });
 }
 
 // Builds boxes of the first `count` members; -1 when the point table is full.
@@ -106,8 +89,7 @@ int save_trio_file(Solids& solids, const fs::path& work_dir) {
     if (!solids.saved) {
         return -1;
     }
-    solids.file.saved = stamp_of_file(work_dir);
-    solids.file.saved_edition = ++solids.file.newest_edition;
+    ++solids.edition;
     return 0;
 }
 
@@ -117,51 +99,17 @@ int build_trio_file(const Model& model, Solids& solids, const fs::path& work_dir
     return save_trio_file(solids, work_dir);
 }
 
-std::optional<std::span<const Trio>> read_trio_file(Solids& solids, const fs::path& work_dir,
-                                                    std::string* reason) {
-    const size_t size = static_cast<size_t>(solids.n_trio) * sizeof(Trio);
-    const std::optional<FileStamp> stamp = stamp_of_file(work_dir);
-    if (!stamp || stamp->size != size) {
-        return std::nullopt;
-    }
-    if (solids.saved && stamp == solids.file.saved) {
-        solids.file.read_edition = solids.file.saved_edition;
-        return solids.trio;
-    }
-    TrioFile& file = solids.file;
-    if (stamp != file.loaded_from) {
-        const auto bytes = read_file(stamp->path, reason);
-        if (!bytes || bytes->size() != size) {
-            return std::nullopt;
-        }
-        file.loaded_from = stamp;
-        file.loaded_edition = ++solids.file.newest_edition;
-        file.loaded.resize(static_cast<size_t>(solids.n_trio));
-        if (size > 0) {
-            std::memcpy(file.loaded.data(), bytes->data(), size);
-        }
-    }
-    if (!std::all_of(file.loaded.begin(), file.loaded.end(),
-                     [&solids](const Trio& trio) { return names_points(solids, trio); })) {
-        return std::nullopt;
-    }
-    solids.file.read_edition = file.loaded_edition;
-    return file.loaded;
+std::optional<std::span<const Trio>> saved_records(const Solids& solids) {
+    return solids.saved ? std::optional(std::span<const Trio>(solids.trio)) : std::nullopt;
 }
 
 std::uint32_t trio_edition(const Solids& solids) {
-    return solids.file.read_edition;
+    return solids.edition;
 }
 
 int project_trio_file(Solids& solids, const fs::path& work_dir, const ViewCoefficients& v) {
-    const bool in_memory = solids.file.read_edition == solids.file.saved_edition;
-    std::vector<Trio>& records = in_memory ? solids.trio : solids.file.loaded;
-    project(records, v);
-    if (write_records(work_dir, records) < 0) {
-        return -1;
-    }
-    (in_memory ? solids.file.saved : solids.file.loaded_from) = stamp_of_file(work_dir);
-    return 0;
+    project(solids.trio, v);
+    return write_records(work_dir, solids.trio);
 }
 
 } // namespace kigumi

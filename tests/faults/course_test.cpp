@@ -166,11 +166,11 @@ int Course::save() {
         [this] {
             return build_trio_file(model, solids, work_dir) < 0
                        ? -1
-                       : save_win3d(solids, work_dir, target(".w3d"));
+                       : save_win3d(solids, target(".w3d"));
         },
         [this] { return make_dxf_file(work_dir, target(".dxf"), 1 + dice_.roll(6)); },
         [this] {
-            project_model(model, view);
+            place_on_sheet(model, project_model(model, view));
             return save_tegaki_data(model, sketch_places, target(".tgk"));
         },
         [this] {
@@ -228,14 +228,15 @@ int Course::draw_frame() {
     if (model.N_Beam > few_members) {
         return 0;
     }
-    draw_wire(model, view, canvas, area, true);
+    draw_wire(project_model(model, view), canvas, area, true);
     if (build_trio_file(model, solids, work_dir) < 0 ||
-        draw_axis_model(model, view, solids, work_dir, canvas, area) < 0) {
+        draw_axis_model(view, solids, canvas, area) < 0) {
         return -1;
     }
     ModelLabels labels;
     labels.node_names = labels.member_numbers = labels.fixed_nodes = true;
-    return draw_model_picture(model, view, lettering, canvas, area, labels) < 0
+    return draw_model_picture(model, project_model(model, view), lettering, canvas, area, labels) <
+                   0
                ? -1
                : draw_perspective(view, solids, perspective, work_dir, canvas, area);
 }

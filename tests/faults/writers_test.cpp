@@ -3,6 +3,7 @@
 #include "analysis/solver_input.h"
 #include "analysis/solver_run.h"
 #include "dice.h"
+#include "draw/model_picture.h"
 #include "draw/segment_file.h"
 #include "export/dxf.h"
 #include "export/win3d.h"
@@ -12,7 +13,6 @@
 #include "model/sections.h"
 #include "results/listing.h"
 #include "results_support.h"
-#include "solid/axis_picture.h"
 #include "solid/solid.h"
 #include "victim.h"
 
@@ -47,7 +47,7 @@ int save_temp(Model& model, const View& view, const fs::path& work_dir) {
     DrawArea area;
     area.xScreen = 800;
     area.yScreen = 600;
-    draw_wire(model, view, canvas, area, false);
+    draw_wire(project_model(model, view), canvas, area, false);
     return save_segment_file(work_dir, area, canvas.segments());
 }
 
@@ -70,7 +70,7 @@ const Writer writers[] = {
                  const fs::path& path) { return make_dxf_file(project.work_dir, path, 1); }},
     {"a.w3d",
      [](Project& project, const fs::path& path) {
-         return save_win3d(project.solids, project.work_dir, path);
+         return save_win3d(project.solids, path);
      }},
     {"list.txt",
      [](Project& project, const fs::path& path) { return save_listing(project.result, path); }},
@@ -102,7 +102,7 @@ class WritersTest : public CoreTest, public ::testing::WithParamInterface<Writer
         ASSERT_EQ(check_param(param, {0, 0, 0}), 0);
         ASSERT_EQ(make_unit(model, param, solids), 0);
         ASSERT_EQ(rebuild_tables(model), 0);
-        project_model(model, view);
+        place_on_sheet(model, project_model(model, view));
         make_portal_result(result);
         ASSERT_EQ(save_jiku_data(model, work_file(work_dir, "frame.jik"), {}), 0);
         ASSERT_EQ(save_file(work_file(work_dir, "frameslv.lst"), listing_of_row(50)), 0);

@@ -39,11 +39,10 @@ void read_trio(Project& project, std::string_view input) {
     stamp_anew(put(project.work_dir, "TRIO.DAT", bytes));
     BlankCanvas canvas;
     DrawArea area = usual_window();
-    read_trio_file(project.solids, project.work_dir);
-    require_told(draw_axis_model(project.model, project.view, project.solids, project.work_dir,
-                                 canvas, area));
+    saved_records(project.solids);
+    require_told(draw_axis_model(project.view, project.solids, canvas, area));
     require_told(
-        save_win3d(project.solids, project.work_dir, work_file(project.work_dir, "a.w3d")));
+        save_win3d(project.solids, work_file(project.work_dir, "a.w3d")));
 }
 
 void read_temp(Project& project, std::string_view input) {

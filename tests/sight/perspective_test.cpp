@@ -1,4 +1,5 @@
 #include "sight/perspective.h"
+#include "sight/viewpoint.h"
 
 #include "draw/segment_file.h"
 #include "solid/solid_support.h"
@@ -156,11 +157,11 @@ TEST_F(PerspectiveTest, NothingBeforeTheEyeIsTold) {
 TEST_F(PerspectiveTest, PreviewBox) {
     DrawArea area = area_of(500, 400);
     RecorderCanvas canvas;
-    make_cuve(model, view, canvas, area);
+    make_cuve(solids, view, canvas, area);
     EXPECT_EQ(canvas.text, "") << "no bounds yet";
-    widen_bounds(model, 0, 0, 0);
-    widen_bounds(model, 600, 400, 300);
-    make_cuve(model, view, canvas, area);
+    widen_bounds(solids, 0, 0, 0);
+    widen_bounds(solids, 600, 400, 300);
+    make_cuve(solids, view, canvas, area);
     expect_golden("sight/preview.txt", canvas.text);
     EXPECT_EQ(area.crt.left, 100);
     EXPECT_EQ(area.crt.bottom, 300);

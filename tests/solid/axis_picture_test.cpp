@@ -1,3 +1,4 @@
+#include "draw/model_picture.h"
 #include "solid/axis_picture.h"
 
 #include "draw/segment_file.h"
@@ -23,44 +24,44 @@ class AxisPictureTest : public CoreTest {
 };
 
 TEST_F(AxisPictureTest, WireWithNodeMarks) {
-    draw_wire(model, view, canvas, area, true);
+    draw_wire(project_model(model, view), canvas, area, true);
     expect_golden("solid/wire_marks.txt", canvas.text);
     RecorderCanvas plain;
-    draw_wire(model, view, plain, area, false);
+    draw_wire(project_model(model, view), plain, area, false);
     EXPECT_EQ(plain.text, canvas.text.substr(0, canvas.text.find("circle")));
 }
 
 TEST_F(AxisPictureTest, AxisModelDrawsEveryEdgeOnceAndWidensTheBounds) {
     ASSERT_EQ(build_trio_file(model, solids, work_dir), 0);
-    ASSERT_EQ(draw_axis_model(model, view, solids, work_dir, canvas, area), 0);
+    ASSERT_EQ(draw_axis_model(view, solids, canvas, area), 0);
     expect_golden("solid/axis_model.txt", canvas.text);
-    EXPECT_NEAR(model.Z_MAX, 310, 1e-3);
-    EXPECT_NEAR(model.Z_MIN, 0, 1e-3);
-    EXPECT_NEAR(model.X_MIN, -6, 1e-3);
-    EXPECT_NEAR(model.Y_MAX, 200, 1e-3);
+    EXPECT_NEAR(solids.Z_MAX, 310, 1e-3);
+    EXPECT_NEAR(solids.Z_MIN, 0, 1e-3);
+    EXPECT_NEAR(solids.X_MIN, -6, 1e-3);
+    EXPECT_NEAR(solids.Y_MAX, 200, 1e-3);
 }
 
 TEST_F(AxisPictureTest, AMissingFileIsReportedAtEachPaintAndChangesNothing) {
     ASSERT_EQ(build_trio_file(model, solids, work_dir), 0);
-    ASSERT_EQ(draw_axis_model(model, view, solids, work_dir, canvas, area), 0);
+    ASSERT_EQ(draw_axis_model(view, solids, canvas, area), 0);
     fs::remove(work_file(work_dir, "TRIO.DAT"));
     area.world = {1, 2, 3, 4};
-    const float Z_MAX = model.Z_MAX;
+    const float Z_MAX = solids.Z_MAX;
     canvas.text.clear();
-    EXPECT_EQ(get_jiku_world(model, view, solids, work_dir, area), -1);
-    EXPECT_EQ(draw_axis_model(model, view, solids, work_dir, canvas, area), -1);
+    EXPECT_EQ(get_jiku_world(view, solids, area), -1);
+    EXPECT_EQ(draw_axis_model(view, solids, canvas, area), -1);
     expect_messages({"Error: Unable to open TRIO_FILE jikuire 01",
                      "Error: Unable to open TRIO_FILE jikuire 02"});
     EXPECT_EQ(canvas.text, "");
     EXPECT_EQ(area.world.ymax, 4);
-    EXPECT_EQ(model.Z_MAX, Z_MAX);
+    EXPECT_EQ(solids.Z_MAX, Z_MAX);
 }
 
 TEST_F(AxisPictureTest, AStoredPictureIsDrawnAsItWas) {
     ASSERT_EQ(build_trio_file(model, solids, work_dir), 0);
-    ASSERT_EQ(draw_axis_model(model, view, solids, work_dir, canvas, area), 0);
+    ASSERT_EQ(draw_axis_model(view, solids, canvas, area), 0);
     SegmentCanvas lines;
-    ASSERT_EQ(draw_axis_model(model, view, solids, work_dir, lines, area), 0);
+    ASSERT_EQ(draw_axis_model(view, solids, lines, area), 0);
     EXPECT_EQ(lines.segments().size(), 24u);
     ASSERT_EQ(save_segment_file(work_dir, lines.area(), lines.segments()), 0);
     DrawArea other;

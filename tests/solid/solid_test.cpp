@@ -160,34 +160,34 @@ TEST_F(SolidTest, MakeMenStopsAtAFlatMemberAndTheFileDoesNot) {
 }
 
 TEST_F(SolidTest, ReadsTheFileOnlyAsItWasCounted) {
-    EXPECT_FALSE(read_trio_file(solids, work_dir)) << "no file yet";
+    EXPECT_FALSE(saved_records(solids)) << "no file yet";
     add_member(model, {0, 0, 0}, {100, 0, 0});
     ASSERT_EQ(build_trio_file(model, solids, work_dir), 0);
-    ASSERT_TRUE(read_trio_file(solids, work_dir));
-    EXPECT_EQ(read_trio_file(solids, work_dir)->data(), solids.trio.data())
+    ASSERT_TRUE(saved_records(solids));
+    EXPECT_EQ(saved_records(solids)->data(), solids.trio.data())
         << "what the memory holds is not read";
 
     const fs::path path = work_file(work_dir, "TRIO.DAT");
     std::string bytes = *read_file(path);
     ASSERT_EQ(save_file(path, bytes.substr(0, bytes.size() - 1)), 0);
-    EXPECT_FALSE(read_trio_file(solids, work_dir)) << "cut off";
+    EXPECT_FALSE(saved_records(solids)) << "cut off";
     ASSERT_EQ(save_file(path, bytes + std::string(sizeof(Trio), '\0')), 0);
-    EXPECT_FALSE(read_trio_file(solids, work_dir)) << "one record more";
+    EXPECT_FALSE(saved_records(solids)) << "one record more";
 
     bytes[4] = 7;
     ASSERT_EQ(save_file(path, bytes), 0);
     fs::last_write_time(path, fs::last_write_time(path) + std::chrono::seconds(1));
-    ASSERT_TRUE(read_trio_file(solids, work_dir));
-    EXPECT_EQ(read_trio_file(solids, work_dir)->front().hyoji, 7)
+    ASSERT_TRUE(saved_records(solids));
+    EXPECT_EQ(saved_records(solids)->front().hyoji, 7)
         << "a file changed by others is read";
     bytes[44] = 9;
     ASSERT_EQ(save_file(path, bytes), 0);
     fs::last_write_time(path, fs::last_write_time(path) + std::chrono::seconds(2));
-    EXPECT_FALSE(read_trio_file(solids, work_dir)) << "point 9 of 8";
+    EXPECT_FALSE(saved_records(solids)) << "point 9 of 8";
 
     reset_solids(solids);
     clear_points(solids);
-    EXPECT_FALSE(read_trio_file(solids, work_dir)) << "the file of an earlier model";
+    EXPECT_FALSE(saved_records(solids)) << "the file of an earlier model";
 }
 
 } // namespace

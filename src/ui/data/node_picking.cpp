@@ -5,7 +5,7 @@
 #include "model/roles.h"
 #include "ui/data/node_kensaku_form.h"
 #include "ui/kit/dialogs.h"
-#include "ui/kit/document.h"
+#include "ui/kit/undo_menu.h"
 #include "ui/picture/picture_widget.h"
 
 #include <QKeyEvent>
@@ -59,6 +59,7 @@ NodePicking::NodePicking(Session& session, QMainWindow* window, PictureWidget* p
     connect(picture, &PictureWidget::left, this, [this] { show_status(-1); });
     connect(search_, &TNodeKensakuForm::marked, picture, qOverload<>(&QWidget::update));
     connect(search_, &TNodeKensakuForm::closed, this, &NodePicking::stop);
+    connect(&session.news, &News::stepped, this, &NodePicking::follow);
     window->installEventFilter(this);
     connect(new QShortcut(Qt::Key_F6, window), &QShortcut::activated, search_,
             [this] { search_->activateWindow(); });
@@ -81,6 +82,15 @@ void NodePicking::start(PickMode mode) {
     search_->open(picked_role(mode), *picture_);
     timer_->start();
     show_status(-1);
+}
+
+void NodePicking::follow() {
+    if (project.stage != Stage::made && project.stage != Stage::loaded) {
+        stop(); // the frame that was picked in is gone
+        return;
+    }
+    show_status(-1);
+    picture_->update();
 }
 
 void NodePicking::stop() {
@@ -115,7 +125,11 @@ void NodePicking::pick(QPoint at) {
         return;
     }
     if (model.fix_load_edited == 0) {
-        pick_role(model, node, picked_role(mode_));
+        const char* name = mode_ == PickMode::restrain ? "拘束節点の指定" : "荷重節点の指定";
+        change(session_, name, [this, node](Project& p) {
+            pick_role(p.model, node, picked_role(mode_));
+            return 0;
+        });
         picture_->update();
     }
     show_status(node);

@@ -37,6 +37,9 @@ class NodePicking : public QObject, protected Desk {
     // Esc in the window ends picking.
     bool eventFilter(QObject* window, QEvent* event) override;
 
+    // What the picture shows, as it was painted last; clicks are looked up in it.
+    PlanarModel shown;
+
   private:
     void pick(QPoint at);
     // Names the node under the pointer.
@@ -45,6 +48,8 @@ class NodePicking : public QObject, protected Desk {
     int node_at(QPoint at) const;
     void show_status(int node);
     void on_timer();
+    // After a step was taken back or repeated.
+    void follow();
 
     PictureWidget* picture_;
     TNodeKensakuForm* search_;

@@ -1,6 +1,7 @@
 #include "ui/frame/model_view.h"
 
 #include "base/message.h"
+#include "draw/model_picture.h"
 #include "sight/perspective.h"
 #include "solid/axis_picture.h"
 #include "solid/solid.h"
@@ -15,17 +16,17 @@ namespace kigumi {
 
 namespace {
 
-void paint_model(Model& model, const View& view, Solids& solids, PerspectiveLines& perspective,
+void paint_model(const Model& model, const View& view, Solids& solids, PerspectiveLines& perspective,
                  const fs::path& work_dir, ModelMode mode, Canvas& canvas, DrawArea& area) {
     switch (mode) {
     case ModelMode::wire_nodes:
-        draw_wire(model, view, canvas, area, true);
+        draw_wire(project_model(model, view), canvas, area, true);
         break;
     case ModelMode::wire:
-        draw_wire(model, view, canvas, area, false);
+        draw_wire(project_model(model, view), canvas, area, false);
         break;
     case ModelMode::axis:
-        draw_axis_model(model, view, solids, work_dir, canvas, area);
+        draw_axis_model(view, solids, canvas, area);
         break;
     case ModelMode::perspective:
         draw_perspective(view, solids, perspective, work_dir, canvas, area);
@@ -91,7 +92,7 @@ int ModelWindow::rebuild_solids() {
     area.yScreen = picture().height();
     return build_trio_file(model, solids, work_dir) < 0
                ? -1
-               : get_jiku_world(model, view, solids, work_dir, area);
+               : get_jiku_world(view, solids, area);
 }
 
 void ModelWindow::show_axis_model() {

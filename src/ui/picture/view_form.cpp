@@ -20,7 +20,7 @@ TViewForm::TViewForm(kigumi::Session& session, QWidget* parent)
     show_stored();
     kigumi::spy("Rho %8.1f Theta %8.1f Phi %8.1f", view.Rho, view.Theta, view.Phi);
     ui_->Image2->set_picture([this](kigumi::Canvas& canvas, kigumi::DrawArea& area) {
-        kigumi::make_cuve(model, view, canvas, area);
+        kigumi::make_cuve(solids, view, canvas, area);
     });
     connect(ui_->OKButton, &QPushButton::clicked, this, [this] {
         store_positions();
