@@ -7,47 +7,42 @@ namespace kigumi {
 
 namespace {
 
-std::FILE*& log_file() {
-    thread_local std::FILE* file = nullptr;
-    return file;
+thread_local std::FILE* log_file = nullptr;
+
+void write_line(const std::string& line) {
+    const std::string bytes = to_cp932(line) + "\r\n";
+    std::fwrite(bytes.data(), 1, bytes.size(), log_file);
+    std::fflush(log_file);
 }
 
 } // namespace
 
-bool spy_open(const fs::path& folder) {
-    spy_close();
-    log_file() = open_binary(folder / "SPY.TXT", "wb");
+SpyLog::SpyLog(const fs::path& folder)
+    : file_(open_binary(folder / "SPY.TXT", "wb")), outer_(std::exchange(log_file, file_)) {
     spy_now("Spy Start");
-    return log_file() != nullptr;
+}
+
+SpyLog::~SpyLog() {
+    log_file = outer_;
+    if (file_ != nullptr) {
+        std::fclose(file_);
+    }
 }
 
 bool spy_is_open() {
-    return log_file() != nullptr;
+    return log_file != nullptr;
 }
 
 void spy_write() {
-    std::FILE* file = log_file();
     const spy_detail::PendingLine& line = spy_detail::pending;
-    if (file == nullptr || line.formatter == nullptr) {
-        return;
+    if (log_file != nullptr && line.formatter != nullptr) {
+        write_line(line.formatter(line.kept));
     }
-    const std::string bytes = to_cp932(line.formatter(line.kept)) + "\r\n";
-    std::fwrite(bytes.data(), 1, bytes.size(), file);
-    std::fflush(file);
 }
 
 void spy_text(const std::string& line) {
-    if (std::FILE* file = log_file()) {
-        const std::string bytes = to_cp932(line) + "\r\n";
-        std::fwrite(bytes.data(), 1, bytes.size(), file);
-        std::fflush(file);
-    }
-}
-
-void spy_close() {
-    if (log_file() != nullptr) {
-        std::fclose(log_file());
-        log_file() = nullptr;
+    if (log_file != nullptr) {
+        write_line(line);
     }
 }
 

@@ -1,4 +1,4 @@
-// The trace log SPY.TXT with its shared line buffer.
+// The trace log SPY.TXT with its line buffer, one a thread.
 //
 // Nearly every function leaves trace lines, each replacing the one before; only spy_write puts the
 // line that stands in the buffer into the file. A line is therefore kept as its format and values
@@ -56,10 +56,22 @@ template <class... Values> void spy(const char* format, Values... values) {
     };
 }
 
-// Creates the log anew in `folder` and writes "Spy Start"; false when it cannot be created.
-bool spy_open(const fs::path& folder);
+// The log of this thread as long as it lives: SPY.TXT in `folder`, made anew, with the line "Spy
+// Start". Where the file cannot be made nothing is written. Logs end in the opposite order of their
+// making; the log before then goes on.
+class SpyLog {
+  public:
+    explicit SpyLog(const fs::path& folder);
+    ~SpyLog();
+    SpyLog(const SpyLog&) = delete;
+    SpyLog& operator=(const SpyLog&) = delete;
 
-// True while a log is open.
+  private:
+    std::FILE* file_;
+    std::FILE* outer_;
+};
+
+// True while this thread has a log.
 bool spy_is_open();
 
 // Writes the line in the buffer to the log (nothing when no log is open).
@@ -73,8 +85,5 @@ template <class... Values> void spy_now(const char* format, Values... values) {
 
 // Writes a line of text that is no literal at once.
 void spy_text(const std::string& line);
-
-// Closes the log; nothing is written after that.
-void spy_close();
 
 } // namespace kigumi

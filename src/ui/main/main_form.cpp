@@ -11,7 +11,6 @@
 #include "project/accept.h"
 #include "project/regenerate.h"
 #include "solid/solid.h"
-#include "trace/spy.h"
 #include "ui/data/sel_beam_form.h"
 #include "ui/data/sel_node_form.h"
 #include "ui/frame/kihon_form.h"
@@ -40,12 +39,12 @@ namespace {
 constexpr int taskbar_height = 64; // pixels left below the window
 
 // Settings, log and tables as a fresh program has them.
-void start_program(Work& work, Document& document) {
+void start_program(Work& work, Document& document, std::optional<SpyLog>& log) {
     Project& project = work.project;
     reset_model(project.model);
     reset_solids(project.solids);
     clear_points(project.solids);
-    spy_open(project.work_dir);
+    log.emplace(project.work_dir);
     spy_text("cDirectory " + utf8_of(project.work_dir));
     const QSize screen = QGuiApplication::primaryScreen()->size();
     spy_now("xScreen %5d yScreen %5d", screen.width(), screen.height() - taskbar_height);
@@ -61,7 +60,7 @@ TMainForm::TMainForm(Session& session)
     : PictureWindow(session, nullptr), picking_(new NodePicking(session, this, &picture())),
       autosave_(new Autosave(session, this)) {
     setObjectName("MainForm");
-    start_program(session.work, document);
+    start_program(session.work, document, log_);
     add_file_menu();
     add_edit_menu();
     add_data_menu();
@@ -367,6 +366,6 @@ void TMainForm::closeEvent(QCloseEvent* event) {
     }
     picking_->stop();
     autosave_->remove();
-    spy_close();
+    log_.reset();
     PictureWindow::closeEvent(event);
 }

@@ -3,6 +3,7 @@
 
 #include "analysis/solver_run.h"
 #include "draw/model_picture.h"
+#include "trace/spy.h"
 #include "ui/data/node_picking.h"
 #include "ui/kit/autosave.h"
 #include "ui/kit/command_flags.h"
@@ -89,6 +90,7 @@ class TMainForm : public kigumi::PictureWindow {
     QAction* add_toggle(QMenu* menu, const char* name, const QString& caption, bool& flag,
                         bool letters = false);
 
+    std::optional<kigumi::SpyLog> log_;
     std::unique_ptr<kigumi::FolderLock> lock_;
     bool results_ = false; // results of an analysis are there to be saved
     kigumi::ModelLabels labels_;
