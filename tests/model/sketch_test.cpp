@@ -1,11 +1,9 @@
 #include "model/sketch.h"
 
 #include "base/float.h"
-#include "model/sketch_history.h"
 #include "model/validate.h"
 #include "support.h"
 
-#include <cstring>
 
 namespace kigumi {
 namespace {
@@ -181,34 +179,6 @@ TEST_F(Sketch, NothingIsWrittenPastATable) {
     click(100, 100);
     EXPECT_EQ(model.N_Node, 0);
     expect_messages({"節点が多すぎます（最大 10000 個）", "部材が多すぎます（最大 10000 本）"});
-}
-
-TEST_F(Sketch, HistoryGoesBackToTheEmptySheetAndForwardAgain) {
-    SketchHistory history(model);
-    history.start(true);
-    for (int i = 0; i < SketchHistory::most_steps + 10; ++i) {
-        draw(20.0f * i, 100, 20.0f * i, 200);
-        EXPECT_TRUE(history.commit());
-    }
-    EXPECT_FALSE(history.commit()) << "nothing was changed";
-    history.mark_saved();
-    const Beam last = model.beam[model.N_Beam - 1];
-    for (int i = 0; i < 60; ++i) {
-        ASSERT_TRUE(history.can_undo());
-        history.undo();
-    }
-    EXPECT_EQ(model.N_Beam, SketchHistory::most_steps - 50);
-    EXPECT_FALSE(history.is_saved());
-    for (int i = 0; i < 60; ++i) {
-        history.redo();
-    }
-    EXPECT_TRUE(history.is_saved());
-    EXPECT_FALSE(history.can_redo());
-    EXPECT_EQ(std::memcmp(&model.beam[model.N_Beam - 1], &last, sizeof last), 0);
-    while (history.can_undo()) {
-        history.undo();
-    }
-    EXPECT_EQ(model.N_Beam, 10) << "the oldest steps are forgotten";
 }
 
 } // namespace

@@ -2,7 +2,7 @@
 
 #include "ui/data/search_boxes.h"
 #include "ui/kit/dialogs.h"
-#include "ui/kit/document.h"
+#include "ui/kit/undo_menu.h"
 
 #include <QCloseEvent>
 #include <QLabel>
@@ -34,6 +34,14 @@ TNodeKensakuForm::TNodeKensakuForm(Session& session, QWidget* parent)
     column->addWidget(ranges_);
     connect(ranges_, &LevelRangeBox::changed, this, [this] { search(); });
     add_buttons(column);
+    new UndoActions(session, this, all_steps);
+    connect(&session.news, &News::stepped, this, &TNodeKensakuForm::follow);
+}
+
+void TNodeKensakuForm::follow() {
+    // Once entered by hand the tables are no longer made from the marks.
+    all_->setEnabled(model.fix_load_edited == 0);
+    show_all_levels();
 }
 
 void TNodeKensakuForm::add_buttons(QVBoxLayout* column) {
@@ -57,12 +65,11 @@ void TNodeKensakuForm::add_buttons(QVBoxLayout* column) {
 void TNodeKensakuForm::open(int role, const QWidget& beside) {
     role_ = role;
     all_->setText(role == role_fixed ? "全て固定節点に(&A)" : "全て荷重節点に(&A)");
-    // Once entered by hand the tables are no longer made from the marks.
-    all_->setEnabled(model.fix_load_edited == 0);
     if (isVisible()) {
+        all_->setEnabled(model.fix_load_edited == 0);
         return;
     }
-    show_all_levels();
+    follow();
     const int margin = fontMetrics().height();
     const QSize size = sizeHint();
     move(beside.mapToGlobal(QPoint(beside.width() - size.width() - margin, margin)));
@@ -76,7 +83,7 @@ void TNodeKensakuForm::show_all_levels() {
 }
 
 void TNodeKensakuForm::search() {
-    show_count(find_nodes(model, ranges_->levels()));
+    show_count(find_nodes(session_.project.model, ranges_->levels()));
     emit marked();
 }
 
@@ -102,7 +109,14 @@ void TNodeKensakuForm::select_all() {
     if (answer == YesNo::cancel) {
         return;
     }
-    turn_found(model, answer == YesNo::yes ? role_ : role_plain);
+    const int role = answer == YesNo::yes ? role_ : role_plain;
+    const char* name = role == role_plain  ? "節点の指定の取消"
+                       : role == role_fixed ? "固定節点の指定"
+                                            : "荷重節点の指定";
+    change(session_, name, [role](Project& p) {
+        turn_found(p.model, role);
+        return 0;
+    });
     show_all_levels();
     emit marked();
 }
@@ -114,7 +128,7 @@ void TNodeKensakuForm::closeEvent(QCloseEvent* event) {
 
 void TNodeKensakuForm::hideEvent(QHideEvent* event) {
     QWidget::hideEvent(event);
-    forget_found(model);
+    forget_found(session_.project.model);
     show_count(0);
     emit marked();
 }

@@ -41,6 +41,8 @@ class TNodeKensakuForm : public QWidget, protected kigumi::Desk {
 
   private:
     void add_buttons(QVBoxLayout* column);
+    // Shows the levels and commands of the model as it now is; nothing is found.
+    void follow();
     void show_all_levels();
     void search();
     void show_count(int count);

@@ -183,22 +183,15 @@ void TLoadEditForm::set_all() {
     if (!read_values()) {
         return;
     }
-    if (before_.empty()) {
-        for (int i = 0; i < model.N_Load; ++i) {
-            before_.push_back(values_of(model.load[i]));
-        }
-    }
-    set_all_loads(model, values()[0], values()[1], values()[2]);
+    all_set_ = true;
+    set_all_loads(session_.project.model, values()[0], values()[1], values()[2]);
     note_->setText(
         QString("荷重 %1 個をこの値にしました（Cancel で元に戻ります）").arg(model.N_Load));
 }
 
 void TLoadEditForm::reject() {
-    for (size_t i = 0; i < before_.size(); ++i) {
-        Load& load = model.load[i];
-        load.fx = before_[i][0];
-        load.fy = before_[i][1];
-        load.fz = before_[i][2];
+    if (all_set_) {
+        session_.work.history.restore(session_.project);
     }
     QDialog::reject();
 }

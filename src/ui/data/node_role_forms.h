@@ -6,7 +6,6 @@
 #include <QDialog>
 
 #include <array>
-#include <vector>
 
 class QFormLayout;
 class QLabel;
@@ -110,7 +109,7 @@ class TSelLoadForm : public kigumi::LoadValueForm {
 };
 
 // The record at position `at` of the load table. 同 gives the boxes' forces to the whole table at
-// once; Cancel takes that back.
+// once, as part of the change that OK leads to; Cancel takes that back.
 class TLoadEditForm : public kigumi::LoadValueForm {
     Q_OBJECT
 
@@ -122,7 +121,7 @@ class TLoadEditForm : public kigumi::LoadValueForm {
     void add_all_button();
     void set_all();
 
-    std::vector<Values> before_; // the whole table, once it was overwritten
+    bool all_set_ = false; // the whole table was overwritten; a step once the caller stores it
     QLabel* note_ = nullptr;
 };
 

@@ -2,6 +2,7 @@
 
 #include "model/model.h"
 #include "ui/kit/form.h"
+#include "ui/kit/undo_menu.h"
 
 #include <QFormLayout>
 #include <QLabel>
@@ -30,7 +31,10 @@ void THenSizeForm::accept() {
     if (!read_box(width_, haba) || !read_box(thickness_, atumi) || !read_box(angle_, angle)) {
         return;
     }
-    change_ = change_section(model, section_, haba, atumi, angle);
+    kigumi::change(session_, "断面の変更", [&](Project& p) {
+        change_ = change_section(p.model, section_, haba, atumi, angle);
+        return change_ == Change::refused ? -1 : 0;
+    });
     if (change_ != Change::refused) {
         QDialog::accept();
     }
@@ -57,7 +61,10 @@ void THenMatForm::accept() {
     if (!read_box(young_, young) || !read_box(poisson_, poisson) || !read_box(density_, density)) {
         return;
     }
-    change_ = change_material(model, material_, young, poisson, density);
+    kigumi::change(session_, "材料の変更", [&](Project& p) {
+        change_ = change_material(p.model, material_, young, poisson, density);
+        return change_ == Change::refused ? -1 : 0;
+    });
     if (change_ != Change::refused) {
         QDialog::accept();
     }

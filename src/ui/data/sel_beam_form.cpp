@@ -8,6 +8,7 @@
 #include "ui/data/show_beam_form.h"
 #include "ui/kit/dialogs.h"
 #include "ui/kit/form.h"
+#include "ui/kit/undo_menu.h"
 
 #include <QFormLayout>
 #include <QGridLayout>
@@ -106,6 +107,8 @@ TSelBeamForm::TSelBeamForm(Session& session, QWidget* parent) : QDialog(parent),
     connect(sections_, &RecordGrid::opened, this, [this] { change_section(); });
     connect(materials_, &RecordGrid::opened, this, [this] { change_material(); });
     connect(ok, &QPushButton::clicked, this, &QDialog::accept);
+    new UndoActions(session, this, own_steps(session));
+    connect(&session.news, &News::stepped, this, &TSelBeamForm::fill_grids);
     fill_grids();
     members_->setFocus();
 }
@@ -126,7 +129,6 @@ void TSelBeamForm::change_section() {
     form.exec();
     if (form.change() == Change::stored) {
         sections_->set_row(row, section_texts(model, row));
-        changed_ = true;
     }
 }
 
@@ -139,7 +141,6 @@ void TSelBeamForm::change_material() {
     form.exec();
     if (form.change() == Change::stored) {
         materials_->set_row(row, material_texts(model, row));
-        changed_ = true;
     }
 }
 

@@ -18,9 +18,6 @@ class TSelBeamForm : public QDialog, protected kigumi::Desk {
   public:
     TSelBeamForm(kigumi::Session& session, QWidget* parent);
 
-    // True once a section or a material was changed.
-    bool changed() const { return changed_; }
-
   private:
     void fill_grids();
     void change_section();
@@ -30,5 +27,4 @@ class TSelBeamForm : public QDialog, protected kigumi::Desk {
     kigumi::RecordGrid* members_;
     kigumi::RecordGrid* sections_;
     kigumi::RecordGrid* materials_;
-    bool changed_ = false;
 };

@@ -3,11 +3,12 @@
 #include "base/format.h"
 #include "base/message.h"
 #include "model/roles.h"
+#include "project/accept.h"
 #include "ui/data/node_role_forms.h"
 #include "ui/data/record_grid.h"
 #include "ui/kit/dialogs.h"
-#include "ui/kit/document.h"
 #include "ui/kit/form.h"
+#include "ui/kit/undo_menu.h"
 
 #include <QFormLayout>
 #include <QHBoxLayout>
@@ -81,7 +82,8 @@ TSelNodeForm::TSelNodeForm(Session& session, QWidget* parent)
       nodes_(new RecordGrid("ZenStringGrid", {"Node", "X(cm)", "Y(cm)", "Z(cm)"})),
       fixes_(record_grid("FixStringGrid", {"Xmov", "Ymov", "Zmov"})),
       loads_(record_grid("LoadStringGrid", {"Xkgf", "Ykgf", "Zkgf"})), id_(new QLineEdit),
-      note_(new QLabel) {
+      note_(new QLabel), edited_at_opening_(session.project.model.fix_load_edited),
+      stage_at_opening_(session.project.stage) {
     setObjectName("SelNodeForm");
     setWindowTitle("節点選択");
     resize(1100, 640);
@@ -105,6 +107,8 @@ TSelNodeForm::TSelNodeForm(Session& session, QWidget* parent)
     connect(fixes_, &RecordGrid::removed, this, [this](int row) { open_fix(row, true); });
     connect(loads_, &RecordGrid::opened, this, [this](int row) { open_load(row, false); });
     connect(loads_, &RecordGrid::removed, this, [this](int row) { open_load(row, true); });
+    new UndoActions(session, this, own_steps(session));
+    connect(&session.news, &News::stepped, this, &TSelNodeForm::note_change);
     fill_nodes();
     fill_records();
     nodes_->setFocus();
@@ -210,6 +214,24 @@ void TSelNodeForm::note_change() {
     emit changed();
 }
 
+bool TSelNodeForm::change_roles(const char* name, const std::function<int(Model&)>& edit) {
+    const auto edit_and_note = [&](Project& p) {
+        if (edit(p.model) < 0) {
+            return -1;
+        }
+        // As if the window was closed now: what the step leaves can be gone on with.
+        p.model.fix_load_edited = edited_at_opening_;
+        p.stage = stage_at_opening_;
+        note_roles_entered(p);
+        return 0;
+    };
+    if (change(session_, name, edit_and_note) < 0) {
+        return false;
+    }
+    note_change();
+    return true;
+}
+
 void TSelNodeForm::add_fix() {
     const int node = nodes_->currentRow();
     if (node < 0) {
@@ -224,8 +246,8 @@ void TSelNodeForm::add_fix() {
         return;
     }
     const auto& [ix, iy, iz] = form.values();
-    if (put_fix(model, node, ix, iy, iz) == 0) {
-        note_change();
+    const auto put = [&](Model& m) { return put_fix(m, node, ix, iy, iz); };
+    if (change_roles("固定節点の追加", put)) {
         fixes_->choose(find_fix(model, number_at(node)));
     }
 }
@@ -240,8 +262,8 @@ void TSelNodeForm::add_load() {
         return;
     }
     const auto& [fx, fy, fz] = form.values();
-    if (put_load(model, node, fx, fy, fz) == 0) {
-        note_change();
+    const auto put = [&](Model& m) { return put_load(m, node, fx, fy, fz); };
+    if (change_roles("荷重の追加", put)) {
         loads_->choose(find_load(model, number_at(node)));
     }
 }
@@ -254,13 +276,14 @@ void TSelNodeForm::open_fix(int row, bool remove) {
     if (form.exec() != QDialog::Accepted) {
         return;
     }
-    if (remove) {
-        delete_fix(model, row);
-    } else {
-        const auto& [ix, iy, iz] = form.values();
-        put_fix(model, position_of(model.fix[row].no), ix, iy, iz);
-    }
-    note_change();
+    const auto& [ix, iy, iz] = form.values();
+    change_roles(remove ? "固定節点の削除" : "固定節点の変更", [&](Model& m) {
+        if (remove) {
+            delete_fix(m, row);
+            return 0;
+        }
+        return put_fix(m, position_of(m.fix[row].no), ix, iy, iz);
+    });
 }
 
 void TSelNodeForm::open_load(int row, bool remove) {
@@ -271,13 +294,14 @@ void TSelNodeForm::open_load(int row, bool remove) {
     if (form.exec() != QDialog::Accepted) {
         return;
     }
-    if (remove) {
-        delete_load(model, row);
-    } else {
-        const auto& [fx, fy, fz] = form.values();
-        put_load(model, position_of(model.load[row].no), fx, fy, fz);
-    }
-    note_change();
+    const auto& [fx, fy, fz] = form.values();
+    change_roles(remove ? "荷重の削除" : "荷重の変更", [&](Model& m) {
+        if (remove) {
+            delete_load(m, row);
+            return 0;
+        }
+        return put_load(m, position_of(m.load[row].no), fx, fy, fz);
+    });
 }
 
 void TSelNodeForm::search_id() {

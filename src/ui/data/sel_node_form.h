@@ -5,6 +5,8 @@
 
 #include <QDialog>
 
+#include <functional>
+
 class QBoxLayout;
 class QLabel;
 class QLineEdit;
@@ -36,7 +38,10 @@ class TSelNodeForm : public QDialog, protected kigumi::Desk {
     void fill_nodes();
     // Shows the two tables as they are now.
     void fill_records();
+    // After a change, undo or redo.
     void note_change();
+    // Edits supports or loads as a step of this name; false after a message.
+    bool change_roles(const char* name, const std::function<int(kigumi::Model&)>& edit);
 
     void add_fix();
     void add_load();
@@ -51,4 +56,6 @@ class TSelNodeForm : public QDialog, protected kigumi::Desk {
     QLineEdit* node_count_ = nullptr;
     QLineEdit* id_;
     QLabel* note_;
+    std::int32_t edited_at_opening_;
+    kigumi::Stage stage_at_opening_;
 };

@@ -64,10 +64,11 @@ void show_outcome(QLineEdit* box, float value) {
 } // namespace
 
 TKihonForm::TKihonForm(kigumi::Session& session, QWidget* parent)
-    : QDialog(parent), Desk(session), ui_(std::make_unique<Ui::TKihonForm>()), at_opening_(param),
+    : QDialog(parent), Desk(session), ui_(std::make_unique<Ui::TKihonForm>()), draft_(session.project.param),
+      at_opening_(draft_),
       E_at_opening_(model.mat.E[0]), density_at_opening_(model.mat.density[0]) {
     ui_->setupUi(this);
-    param.SouMode = 0;
+    draft_.SouMode = 0;
     fill();
     connect_controls();
     update_sketch();
@@ -83,15 +84,15 @@ void TKihonForm::fill() {
     for (const auto& field : counts) {
         (ui_.get()->*field.box)
             ->setText(kigumi::qt_text(
-                kigumi::text_format("%*d", field.width, static_cast<int>(param.*field.number))));
+                kigumi::text_format("%*d", field.width, static_cast<int>(draft_.*field.number))));
     }
     for (const auto& field : lengths) {
-        (ui_.get()->*field.box)->setText(length_text(param.*field.number, field.width));
+        (ui_.get()->*field.box)->setText(length_text(draft_.*field.number, field.width));
     }
-    kigumi::choose_item(ui_->HashiraGroup, param.SumiType);
-    kigumi::choose_item(ui_->KaisouGroup, param.N_Sou - 1);
-    kigumi::choose_item(ui_->YaneGroup, param.YaneMode);
-    if (param.N_Sou >= 1) {
+    kigumi::choose_item(ui_->HashiraGroup, draft_.SumiType);
+    kigumi::choose_item(ui_->KaisouGroup, draft_.N_Sou - 1);
+    kigumi::choose_item(ui_->YaneGroup, draft_.YaneMode);
+    if (draft_.N_Sou >= 1) {
         enable_heights();
     }
 }
@@ -111,12 +112,12 @@ void TKihonForm::connect_controls() {
 }
 
 void TKihonForm::hashira_clicked(int item) {
-    param.SumiType = item;
+    draft_.SumiType = item;
     update_sketch();
 }
 
 void TKihonForm::kaisou_clicked(int item) {
-    param.N_Sou = item + 1;
+    draft_.N_Sou = item + 1;
     enable_heights();
     update_sketch();
 }
@@ -125,7 +126,7 @@ void TKihonForm::yane_clicked(int item) {
     if (item == 1) {
         ask_roof();
     } else {
-        kigumi::apply_yane_choice(param, item);
+        kigumi::apply_yane_choice(draft_, item);
         show_roof_heights();
     }
     update_sketch();
@@ -133,35 +134,35 @@ void TKihonForm::yane_clicked(int item) {
 
 void TKihonForm::ask_roof() {
     // The roof's height is offered for the floor that stands in the boxes.
-    kigumi::peek_box(ui_->XtukaEdit, param.NX);
-    kigumi::peek_box(ui_->TukaHabaEdit, param.TukaHaba);
+    kigumi::peek_box(ui_->XtukaEdit, draft_.NX);
+    kigumi::peek_box(ui_->TukaHabaEdit, draft_.TukaHaba);
     TYaneForm roof(session_, this);
     if (roof.exec() != QDialog::Accepted) {
         kigumi::choose_item(ui_->YaneGroup, 0);
-        param.YaneMode = 0;
-        param.YaneTakasa = 0.0f;
-        show_outcome(ui_->YaneTakasaEdit, param.YaneTakasa);
+        draft_.YaneMode = 0;
+        draft_.YaneTakasa = 0.0f;
+        show_outcome(ui_->YaneTakasaEdit, draft_.YaneTakasa);
         return;
     }
-    kigumi::apply_yane_choice(param, 1);
+    kigumi::apply_yane_choice(draft_, 1);
     show_roof_heights();
-    if (param.N_Sou == 1) {
-        show_outcome(ui_->No2HashiraHeightEdit, param.HashiraHeight2);
+    if (draft_.N_Sou == 1) {
+        show_outcome(ui_->No2HashiraHeightEdit, draft_.HashiraHeight2);
         ui_->No2HashiraHeightEdit->setEnabled(false);
     }
-    show_outcome(ui_->No3HashiraHeightEdit, param.HashiraHeight3);
+    show_outcome(ui_->No3HashiraHeightEdit, draft_.HashiraHeight3);
     ui_->No3HashiraHeightEdit->setEnabled(false);
 }
 
 void TKihonForm::show_roof_heights() {
-    show_outcome(ui_->YaneHashiraEdit, param.YaneHashira);
-    show_outcome(ui_->YaneTakasaEdit, param.YaneTakasa);
+    show_outcome(ui_->YaneHashiraEdit, draft_.YaneHashira);
+    show_outcome(ui_->YaneTakasaEdit, draft_.YaneTakasa);
 }
 
 void TKihonForm::enable_heights() {
     ui_->No1HashiraHeightEdit->setEnabled(true);
-    ui_->No2HashiraHeightEdit->setEnabled(param.N_Sou >= 2);
-    ui_->No3HashiraHeightEdit->setEnabled(param.N_Sou >= 3);
+    ui_->No2HashiraHeightEdit->setEnabled(draft_.N_Sou >= 2);
+    ui_->No3HashiraHeightEdit->setEnabled(draft_.N_Sou >= 3);
 }
 
 kigumi::KihonChoice TKihonForm::choice() const {
@@ -171,12 +172,12 @@ kigumi::KihonChoice TKihonForm::choice() const {
 
 bool TKihonForm::read() {
     for (const auto& field : counts) {
-        if (!kigumi::read_box(ui_.get()->*field.box, param.*field.number)) {
+        if (!kigumi::read_box(ui_.get()->*field.box, draft_.*field.number)) {
             return false;
         }
     }
     for (const auto& field : lengths) {
-        if (!kigumi::read_box(ui_.get()->*field.box, param.*field.number)) {
+        if (!kigumi::read_box(ui_.get()->*field.box, draft_.*field.number)) {
             return false;
         }
     }
@@ -184,10 +185,10 @@ bool TKihonForm::read() {
 }
 
 bool TKihonForm::check() {
-    if (!read() || kigumi::check_param(param, choice()) < 0) {
+    if (!read() || kigumi::check_param(draft_, choice()) < 0) {
         return false;
     }
-    show_outcome(ui_->TakasaEdit, param.Takasa);
+    show_outcome(ui_->TakasaEdit, draft_.Takasa);
     return true;
 }
 
@@ -203,12 +204,12 @@ void TKihonForm::accept() {
 
 void TKihonForm::reject() {
     for (const auto& field : counts) {
-        param.*field.number = at_opening_.*field.number;
+        draft_.*field.number = at_opening_.*field.number;
     }
     for (const auto dimension : dimensions) {
-        param.*dimension = at_opening_.*dimension;
+        draft_.*dimension = at_opening_.*dimension;
     }
-    model.mat.E[0] = E_at_opening_;
-    model.mat.density[0] = density_at_opening_;
+    session_.project.model.mat.E[0] = E_at_opening_;
+    session_.project.model.mat.density[0] = density_at_opening_;
     QDialog::reject();
 }

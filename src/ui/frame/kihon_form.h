@@ -12,7 +12,8 @@ namespace Ui {
 class TKihonForm;
 }
 
-// Edits the basic data in `param`. Ends accepted with data from which a frame can be generated, as
+// Edits the basic data in `param` as a draft: whoever opens the dialog makes them a step, or
+// restores them. Ends accepted with data from which a frame can be generated, as
 // check_param finds. Cancelling gives the nine dimensions NX ... Sujikai and the first material
 // back as they were; levels, heights and choices stay as clicked and read.
 class TKihonForm : public QDialog, protected kigumi::Desk {
@@ -43,6 +44,7 @@ class TKihonForm : public QDialog, protected kigumi::Desk {
     void update_sketch();
 
     std::unique_ptr<Ui::TKihonForm> ui_;
+    kigumi::Param& draft_; // the session's
     kigumi::Param at_opening_;
     float E_at_opening_, density_at_opening_;
 };

@@ -5,12 +5,14 @@
 #include "files/tegaki.h"
 #include "generate/generate.h"
 #include "model/sections.h"
+#include "project/accept.h"
 #include "solid/solid.h"
 #include "ui/frame/kensaku_form.h"
 #include "ui/frame/kihon_form.h"
 #include "ui/frame/zahyou_idou_form.h"
 #include "ui/kit/dialogs.h"
 #include "ui/kit/document.h"
+#include "ui/kit/undo_menu.h"
 
 #include <QTimer>
 
@@ -25,7 +27,7 @@ constexpr const char* axis_filter = "軸データ保存(*.jik)|*.jik";
 TKihonUnitForm::TKihonUnitForm(Session& session, QWidget* parent) : ModelWindow(session, parent) {
     setObjectName("KihonUnitForm");
     setWindowTitle("QZ基本ユニット");
-    set_default_param(param);
+    set_default_param(session.project.param); // a draft until the frame is made
     QMenu* file = add_menu("FileMenu", "ファイル(&F)");
     frame_items_ = {
         add_item(
@@ -63,6 +65,7 @@ void TKihonUnitForm::showEvent(QShowEvent* event) {
 void TKihonUnitForm::ask_basic_data() {
     TKihonForm dialog(session_, this);
     if (dialog.exec() != QDialog::Accepted) {
+        session_.work.history.restore(session_.project);
         close();
         return;
     }
@@ -71,13 +74,18 @@ void TKihonUnitForm::ask_basic_data() {
 
 void TKihonUnitForm::generate() {
     const BusyCursor busy;
-    forget_old_node(sketch_places);
-    if (make_unit(model, param, solids) < 0 || rebuild_tables(model) < 0) {
+    const auto make_frame = [](Project& p) {
+        forget_old_node(p.sketch_places);
+        if (make_unit(p.model, p.param, p.solids) < 0 || rebuild_tables(p.model) < 0) {
+            return -1;
+        }
+        p.generated = true;
+        return accept_model(p);
+    };
+    if (change(session_, "骨組の生成", make_frame, OnFailure::take_back) < 0) {
         return;
     }
-    project.generated = true;
     document.file.clear();
-    session_.work.history.commit("骨組の生成", project);
     // The frame is there and can be saved even where its solids cannot be (a folder without the
     // right to write, say); the message has told so.
     save_trio_file(solids, work_dir);

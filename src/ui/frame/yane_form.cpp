@@ -92,6 +92,6 @@ void TYaneForm::accept() {
             return;
         }
     }
-    param = read;
+    session_.project.param = read; // part of the draft of the basic data
     QDialog::accept();
 }

@@ -2,6 +2,7 @@
 
 #include "ui/kit/document.h"
 #include "ui/kit/form.h"
+#include "ui/kit/undo_menu.h"
 
 #include "ui_zahyou_idou_form.h"
 
@@ -21,7 +22,10 @@ void TZahyouIdouForm::accept() {
     kigumi::Shift read;
     if (kigumi::read_box(ui_->DxEdit, read.dx) && kigumi::read_box(ui_->DyEdit, read.dy) &&
         kigumi::read_box(ui_->DzEdit, read.dz)) {
-        project.shift = read;
+        kigumi::change(session_, "座標移動", [&read](kigumi::Project& p) {
+            p.shift = read;
+            return 0;
+        });
         QDialog::accept();
     }
 }

@@ -1,9 +1,11 @@
 #include "ui/sketch/beam_form.h"
 
 #include "base/message.h"
-#include "model/model.h"
+#include "model/members.h"
+#include "model/sketch.h"
 #include "ui/data/beam_panel.h"
 #include "ui/kit/form.h"
+#include "ui/sketch/sketch_change.h"
 
 #include <QFormLayout>
 #include <QPushButton>
@@ -29,7 +31,7 @@ TBeamForm::TBeamForm(Session& session, int member, QWidget* parent)
 }
 
 void TBeamForm::store(Answer answer) {
-    Beam& beam = model.beam[member_];
+    const Beam& beam = model.beam[member_];
     float haba = beam.haba;
     float atumi = beam.atumi;
     if ((panel_->haba()->text() != shown_haba_ && !read_box(panel_->haba(), haba)) ||
@@ -40,7 +42,13 @@ void TBeamForm::store(Answer answer) {
         show_message(haba > 0.0f ? "厚みの値に誤りがあります" : "巾の値に誤りがあります");
         return;
     }
-    beam.haba = haba;
-    beam.atumi = atumi;
+    const bool all = answer == set_for_all;
+    change_sketch(session_, all ? "全部材の断面" : "部材の断面", [&](Model& m) {
+        if (all) {
+            set_all_beam_section(m, haba, atumi);
+        } else {
+            set_beam_section(m, member_, haba, atumi);
+        }
+    });
     done(answer);
 }

@@ -10,8 +10,8 @@ class BeamPanel;
 }
 
 // Shows the member at a position of the member table and asks for its section, cm. A box that is
-// left alone keeps its value to the last digit. Both ways out but Cancel store width and thickness
-// in the member; a value that is not above 0 is refused by a message.
+// left alone keeps its value to the last digit. Both ways out but Cancel store width and thickness,
+// in the member or in all, as a step; a value that is not above 0 is refused by a message.
 class TBeamForm : public QDialog, protected kigumi::Desk {
     Q_OBJECT
 

@@ -2,9 +2,11 @@
 
 #include "base/float.h"
 #include "base/format.h"
+#include "model/names.h"
 #include "model/sketch.h"
 #include "ui/kit/dialogs.h"
 #include "ui/kit/form.h"
+#include "ui/sketch/sketch_change.h"
 
 #include <QFormLayout>
 
@@ -50,6 +52,9 @@ void TNodeForm::accept() {
         }
     }
     session_.last_entered = entered;
-    set_node_place(model, node_, entered[0], entered[1], entered[2]);
+    change_sketch(session_, "節点の座標", [&](Model& m) {
+        set_node_place(m, node_, entered[0], entered[1], entered[2]);
+        check_all_node(m); // names every node once all are known
+    });
     QDialog::accept();
 }

@@ -19,7 +19,7 @@ class TNodeForm : public QDialog, protected kigumi::Desk {
   public:
     TNodeForm(kigumi::Session& session, int node, QWidget* parent);
 
-    // Gives the node its place, and its members with it.
+    // Gives the node its place, and its members with it, as a step.
     void accept() override;
 
   private:

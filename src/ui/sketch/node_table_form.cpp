@@ -3,9 +3,12 @@
 #include "base/float.h"
 #include "base/message.h"
 #include "model/members.h"
+#include "model/names.h"
 #include "model/sketch.h"
 #include "ui/kit/dialogs.h"
 #include "ui/kit/form.h"
+#include "ui/kit/undo_menu.h"
+#include "ui/sketch/sketch_change.h"
 
 #include <QApplication>
 #include <QClipboard>
@@ -14,7 +17,6 @@
 #include <QKeyEvent>
 #include <QLabel>
 #include <QPushButton>
-#include <QShortcut>
 #include <QVBoxLayout>
 
 #include <algorithm>
@@ -76,7 +78,7 @@ void PlaceGrid::closeEditor(QWidget* editor, QAbstractItemDelegate::EndEditHint 
     }
 }
 
-TNodeTableForm::TNodeTableForm(Session& session, QWidget* parent)
+TNodeTableForm::TNodeTableForm(Session& session, QWidget* parent, std::uint64_t since)
     : QDialog(parent), Desk(session), grid_(new PlaceGrid(this)) {
     setObjectName("NodeTableForm");
     setWindowTitle("節点座標の表");
@@ -100,10 +102,8 @@ TNodeTableForm::TNodeTableForm(Session& session, QWidget* parent)
     connect(grid_, &QTableWidget::currentCellChanged, this, [this](int row) { emit chosen(row); });
     connect(grid_, &PlaceGrid::copy_wanted, this, &TNodeTableForm::copy);
     connect(grid_, &PlaceGrid::paste_wanted, this, &TNodeTableForm::paste);
-    connect(new QShortcut(QKeySequence("Ctrl+Z"), this), &QShortcut::activated, this,
-            &TNodeTableForm::undo_wanted);
-    connect(new QShortcut(QKeySequence("Ctrl+Y"), this), &QShortcut::activated, this,
-            &TNodeTableForm::redo_wanted);
+    new UndoActions(session, this, since);
+    connect(&session.news, &News::stepped, this, &TNodeTableForm::refill);
     refill();
     grid_->setCurrentCell(0, x_column);
     grid_->setFocus();
@@ -168,7 +168,7 @@ void TNodeTableForm::take_cell(int row, int column) {
     std::vector<Place> places = places_;
     const QString fault = place_cells({{grid_->item(row, column)->text()}}, row, axis, places);
     if (fault.isEmpty()) {
-        store(std::move(places));
+        store(places);
     } else {
         show_row(row);
         show_message(fault.toStdString());
@@ -198,7 +198,7 @@ void TNodeTableForm::paste() {
     std::vector<Place> places = places_;
     const QString fault = place_cells(cells_of(text), grid_->currentRow(), axis, places);
     if (fault.isEmpty()) {
-        store(std::move(places));
+        store(places);
     } else {
         show_message(fault.toStdString());
     }
@@ -226,24 +226,26 @@ QString TNodeTableForm::place_cells(const std::vector<QStringList>& cells, int r
     return {};
 }
 
-void TNodeTableForm::store(std::vector<Place> places) {
-    for (int row = 0; row < model.N_Node; ++row) {
-        const Place& place = places[static_cast<size_t>(row)];
-        const Place& before = places_[static_cast<size_t>(row)];
-        if (place.given == before.given &&
-            std::equal(place.value.begin(), place.value.end(), before.value.begin(), same_float)) {
-            continue;
+void TNodeTableForm::store(const std::vector<Place>& places) {
+    change_sketch(session_, "節点の座標", [&](Model& m) {
+        for (int row = 0; row < m.N_Node; ++row) {
+            const Place& place = places[static_cast<size_t>(row)];
+            const Place& before = places_[static_cast<size_t>(row)];
+            if (place.given == before.given && std::equal(place.value.begin(), place.value.end(),
+                                                          before.value.begin(), same_float)) {
+                continue;
+            }
+            if (place.is_whole()) {
+                set_node_place(m, row, place.value[0], place.value[1], place.value[2]);
+            } else {
+                Node& node = m.node[row];
+                node.x = place.value[0];
+                node.y = place.value[1];
+                node.z = place.value[2];
+                copy_node_to_beams(m, row);
+            }
         }
-        if (place.is_whole()) {
-            set_node_place(model, row, place.value[0], place.value[1], place.value[2]);
-        } else {
-            Node& node = model.node[row];
-            node.x = place.value[0];
-            node.y = place.value[1];
-            node.z = place.value[2];
-            copy_node_to_beams(model, row);
-        }
-    }
-    emit edited();
+        check_all_node(m); // names every node once all are known
+    });
     refill();
 }

@@ -33,21 +33,19 @@ class PlaceGrid : public QTableWidget {
 
 // A row for each node: number, name, x, y and z, cm, and whether its place is known. A node takes
 // its place, and its members follow it, once all three of its numbers are there. Every edit and
-// every paste is one change, told by edited().
+// every paste is one step.
 class TNodeTableForm : public QDialog, protected kigumi::Desk {
     Q_OBJECT
 
   public:
-    TNodeTableForm(kigumi::Session& session, QWidget* parent);
+    // Takes back and repeats the steps above the number `since` (UndoActions).
+    TNodeTableForm(kigumi::Session& session, QWidget* parent, std::uint64_t since);
 
     // Shows the nodes as they now are.
     void refill();
 
   signals:
-    void edited();
     void chosen(int node);
-    void undo_wanted();
-    void redo_wanted();
 
   protected:
     void showEvent(QShowEvent* event) override;
@@ -67,7 +65,7 @@ class TNodeTableForm : public QDialog, protected kigumi::Desk {
     // Puts the cells into `places`, the first at this row and axis; what is wrong, or nothing.
     QString place_cells(const std::vector<QStringList>& cells, int row, int axis,
                         std::vector<Place>& places) const;
-    void store(std::vector<Place> places);
+    void store(const std::vector<Place>& places);
 
     kigumi::PlaceGrid* grid_;
     std::vector<Place> places_;

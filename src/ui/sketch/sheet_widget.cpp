@@ -2,6 +2,7 @@
 
 #include "draw/sheet_picture.h"
 #include "model/nodes.h"
+#include "ui/sketch/sketch_change.h"
 
 #include <QKeyEvent>
 #include <QMouseEvent>
@@ -48,7 +49,7 @@ QCursor cursor_of(SheetMode mode) {
 } // namespace
 
 SheetWidget::SheetWidget(Session& session, QWidget* parent)
-    : PictureWidget(parent), Desk(session), sheet_(model) {
+    : PictureWidget(parent), Desk(session), sheet_(session.project.model) {
     setMouseTracking(true);
 }
 
@@ -139,6 +140,11 @@ void SheetWidget::release(QPoint at) {
     }
     follow(at);
     const SheetOutcome outcome = sheet_.release(to_sheet(area(), at.x(), at.y()));
+    // What is done by now becomes a step; the first end of a member is none.
+    if (outcome.event == SheetEvent::drawn || outcome.event == SheetEvent::removed) {
+        const bool drawn = outcome.event == SheetEvent::drawn;
+        change_sketch(session_, drawn ? "部材の作図" : "部材の削除", [](Model&) {});
+    }
     update();
     emit acted(outcome);
 }

@@ -2,7 +2,6 @@
 
 #include "files/tegaki.h"
 #include "model/members.h"
-#include "model/names.h"
 #include "model/nodes.h"
 #include "solid/solid.h"
 #include "ui/kit/document.h"
@@ -54,9 +53,12 @@ QString beam_words(const Beam& beam) {
 } // namespace
 
 TTegakiForm::TTegakiForm(Session& session, QWidget* parent)
-    : ModelWindow(session, parent, new SheetWidget(session)), history_(model) {
+    : ModelWindow(session, parent, new SheetWidget(session)),
+      undo_(new UndoActions(session, this, own_steps(session))) {
     setObjectName("TegakiForm");
     sheet_ = static_cast<SheetWidget*>(&picture());
+    undo_->give_up = [this] { return give_up(); };
+    undo_->is_half_done = [this] { return sheet_->sheet().is_half_drawn(); };
     autosave_ = new TegakiAutosave(session, this,
                                    [this](const fs::path& path) { return write_copy(path); });
     add_file_menu();
@@ -70,6 +72,11 @@ TTegakiForm::TTegakiForm(Session& session, QWidget* parent)
     connect(autosave_, &TegakiAutosave::failed, this, [this](const QString& why) {
         statusBar()->showMessage(QString("自動保存できません: %1").arg(why));
     });
+    connect(&session.news, &News::stepped, this, &TTegakiForm::follow_step);
+    connect(&session.news, &News::changed, this, [this] {
+        autosave_->note_change();
+        show_state();
+    });
     if (model.N_Node == 0) {
         document.file.clear();
         const fs::path copy = find_autosave(work_dir);
@@ -77,15 +84,19 @@ TTegakiForm::TTegakiForm(Session& session, QWidget* parent)
             QTimer::singleShot(0, this, [this, copy] { offer_restoring(copy); });
         }
     }
-    start_read_sketch(!is_unsaved(session_.work));
+    // The sheet's places, or the drawing of the frame where it has none yet, are no change.
+    derive(session, [](Project& p) {
+        load_old_node(p.model, p.sketch_places);
+        save_old_node(p.model, p.sketch_places);
+        return 0;
+    });
+    show_read_sketch();
 }
 
 void TTegakiForm::add_edit_menu() {
     QMenu* menu = add_menu("HensyuMenu", "編集(&E)");
-    undo_ = add_item(
-        menu, "UndoMenu", "元に戻す(&U)", [this] { undo(); }, QKeySequence("Ctrl+Z"));
-    redo_ = add_item(
-        menu, "RedoMenu", "やり直し(&R)", [this] { redo(); }, QKeySequence("Ctrl+Y"));
+    menu->addAction(undo_->undo_action());
+    menu->addAction(undo_->redo_action());
     add_item(
         menu, "ChushiMenu", "描きかけの部材をやめる(&C)", [this] { sheet_->give_up(); },
         QKeySequence(Qt::Key_Escape));
@@ -168,92 +179,42 @@ void TTegakiForm::take(SheetOutcome outcome) {
     } else if (outcome.event == SheetEvent::ask_beam) {
         edit_beam(outcome.at);
     }
-    if (sheet_->sheet().is_half_drawn()) {
-        show_state();
-    } else {
-        finish_command();
-    }
+    show_state();
 }
 
 void TTegakiForm::edit_node(int node) {
-    TNodeForm form(session_, node, this);
-    if (form.exec() == QDialog::Accepted) {
-        finish_node_data();
-    }
+    TNodeForm(session_, node, this).exec();
 }
 
 void TTegakiForm::edit_beam(int beam) {
     TBeamForm form(session_, beam, this);
-    const int answer = form.exec();
-    if (answer == TBeamForm::set_for_all) {
-        set_all_beam_section(model, model.beam[beam].haba, model.beam[beam].atumi);
-    } else if (answer == TBeamForm::set_one) {
-        model.beam[beam].flag = 2;
-    } else {
-        return;
-    }
-    if (check_all_beam(model) == 1) {
+    if (form.exec() != QDialog::Rejected && check_all_beam(model) == 1) {
         build_trio_file(model, solids, work_dir);
     }
-    finish_command();
 }
 
 void TTegakiForm::edit_all_nodes() {
     back_to_sheet();
     sheet_->give_up();
-    TNodeTableForm form(session_, this);
-    connect(&form, &TNodeTableForm::edited, this, &TTegakiForm::finish_node_data);
+    TNodeTableForm form(session_, this, undo_->since());
     connect(&form, &TNodeTableForm::chosen, sheet_, &SheetWidget::set_current_node);
-    connect(&form, &TNodeTableForm::undo_wanted, this, [&] {
-        undo();
-        form.refill();
-    });
-    connect(&form, &TNodeTableForm::redo_wanted, this, [&] {
-        redo();
-        form.refill();
-    });
     form.exec();
     sheet_->set_current_node(-1);
 }
 
-void TTegakiForm::finish_node_data() {
-    // Names every node once all are known.
-    check_all_node(model);
-    finish_command();
+bool TTegakiForm::give_up() {
+    back_to_sheet();
+    return sheet_->give_up();
 }
 
-void TTegakiForm::finish_command() {
-    save_old_node(model, sketch_places);
-    if (history_.commit()) {
-        autosave_->note_change();
-    }
+void TTegakiForm::follow_step() {
+    sheet_->sheet().clear_marks();
     show_state();
-}
-
-void TTegakiForm::undo() {
-    back_to_sheet();
-    if (sheet_->give_up()) {
-        return;
-    }
-    history_.undo();
-    autosave_->note_change();
-    sheet_->sheet().clear_marks();
-    finish_command();
-}
-
-void TTegakiForm::redo() {
-    back_to_sheet();
-    sheet_->give_up();
-    history_.redo();
-    autosave_->note_change();
-    sheet_->sheet().clear_marks();
-    finish_command();
 }
 
 void TTegakiForm::view_model(ModelMode mode) {
     back_to_sheet();
     sheet_->leave_sheet();
-    save_old_node(model, sketch_places);
     view.TAU = view.FAI = 30.0f;
     mode_label_->setText("手書に戻す（Ctrl+B）で図面に戻ります");
     if (mode == ModelMode::axis) {
@@ -275,7 +236,6 @@ void TTegakiForm::back_to_sheet() {
     }
     show_mode(ModelMode::nothing);
     statusBar()->clearMessage();
-    load_old_node(model, sketch_places);
     sheet_->show_sheet();
 }
 
@@ -289,8 +249,7 @@ void TTegakiForm::show_state() {
     for (QAction* action : when_complete_) {
         action->setEnabled(known && check_all_beam(model) == 1);
     }
-    undo_->setEnabled(history_.can_undo() || sheet_->sheet().is_half_drawn());
-    redo_->setEnabled(history_.can_redo());
+    undo_->refresh();
     const SheetMode mode = sheet_->sheet().mode();
     modes_[mode]->setChecked(true);
     if (sheet_->shows_sheet()) {
@@ -301,7 +260,7 @@ void TTegakiForm::show_state() {
     missing_label_->setText(model.N_Node > 0 ? sketch_summary(model)
                                              : QString("何も描かれていません"));
     setWindowTitle("手書");
-    file_label_->setText(marked_name(document, !history_.is_saved()));
+    file_label_->setText(marked_name(document, model.N_Node > 0 && !session_.work.history.is_saved()));
     show_pointer();
     sheet_->update();
 }

@@ -1,8 +1,8 @@
 // The hand-drawn editor (手書入力編集).
 #pragma once
 
-#include "model/sketch_history.h"
 #include "ui/frame/model_view.h"
+#include "ui/kit/undo_menu.h"
 #include "ui/sketch/sheet_widget.h"
 #include "ui/sketch/tegaki_autosave.h"
 
@@ -40,8 +40,8 @@ class TTegakiForm : public kigumi::ModelWindow {
     void read_sketch();
     void load_sketch(const kigumi::fs::path& path);
     void restore_copy(const kigumi::fs::path& copy, kigumi::CopyLock lock);
-    // What a file that was read brings with it.
-    void start_read_sketch(bool saved);
+    // Shows the sheet of the sketch in the model, which is another one than was shown.
+    void show_read_sketch();
     bool save_sketch();
     int write_copy(const kigumi::fs::path& path);
     // Asks what becomes of a copy, unless a running program keeps it.
@@ -57,11 +57,10 @@ class TTegakiForm : public kigumi::ModelWindow {
     void edit_node(int node);
     void edit_beam(int beam);
     void edit_all_nodes();
-    void finish_node_data();
-    // What follows every command that may have changed the sketch.
-    void finish_command();
-    void undo();
-    void redo();
+    // Before a step is taken back: shows the sheet; true when something half done was given up.
+    bool give_up();
+    // After it.
+    void follow_step();
 
     void view_model(kigumi::ModelMode mode);
     void back_to_sheet();
@@ -70,14 +69,13 @@ class TTegakiForm : public kigumi::ModelWindow {
     void show_pointer();
 
     kigumi::SheetWidget* sheet_;
-    kigumi::SketchHistory history_;
     kigumi::TegakiAutosave* autosave_;
     std::map<kigumi::SheetMode, QAction*> modes_;
     std::vector<QAction*> with_members_;  // open while there is a member
     QAction* wire_ = nullptr;             // open while every place is known
     std::vector<QAction*> when_complete_; // open while members are finished, too
-    QAction* undo_ = nullptr;
-    QAction* redo_ = nullptr;
+    // Never behind the step with which the window was opened, which may be no sketch.
+    kigumi::UndoActions* undo_;
     QLabel* mode_label_ = nullptr;
     QLabel* position_label_ = nullptr;
     QLabel* pointer_label_ = nullptr;

@@ -12,11 +12,29 @@
 #include <QFileInfo>
 #include <QStatusBar>
 
+#include <memory>
+
 using namespace kigumi;
 
 namespace {
 
 constexpr const char* sketch_filter = "手書データ(*.TGK)|*.tgk";
+
+// What reads a sketch file in place of the model; its nodes then stand at their places on the
+// sheet.
+std::function<int(Project&)> read_from(const fs::path& path) {
+    return [path](Project& p) {
+        if (load_tegaki_data(p.model, p.sketch_places, path) < 0) {
+            return -1;
+        }
+        load_old_node(p.model, p.sketch_places);
+        reset_solids(p.solids);
+        clear_points(p.solids);
+        p.shift = {};
+        p.generated = false;
+        return 0;
+    };
+}
 
 } // namespace
 
@@ -41,7 +59,7 @@ void TTegakiForm::add_file_menu() {
 
 bool TTegakiForm::may_lose(const QString& consequence) {
     sheet_->give_up();
-    if (model.N_Node == 0 || model.N_Beam == 0 || history_.is_saved()) {
+    if (model.N_Node == 0 || model.N_Beam == 0 || !is_unsaved(session_.work)) {
         return true;
     }
     switch (ask_unsaved(this, "描いた骨組はまだ保存されていません。" + consequence,
@@ -76,14 +94,18 @@ void TTegakiForm::new_sketch() {
     if (!may_lose({})) {
         return;
     }
+    change(session_, "新規データ", [](Project& p) {
+        reset_model(p.model);
+        reset_solids(p.solids);
+        clear_points(p.solids);
+        forget_old_node(p.sketch_places);
+        p.shift = {};
+        p.generated = false;
+        return 0;
+    });
     autosave_->remove();
-    reset_model(model);
-    reset_solids(solids);
-    clear_points(solids);
-    forget_old_node(sketch_places);
-    project.shift = {};
     document.file.clear();
-    start_read_sketch(true);
+    show_read_sketch();
 }
 
 void TTegakiForm::read_sketch() {
@@ -102,43 +124,36 @@ void TTegakiForm::read_sketch() {
 }
 
 void TTegakiForm::load_sketch(const fs::path& path) {
-    // The sheet's places come with the file; those of a view do not matter any more.
     const BusyCursor busy;
-    if (load_tegaki_data(model, sketch_places, path) < 0) {
+    if (change(session_, "手書データの読込", read_from(path), OnFailure::take_back) < 0) {
         return;
     }
-    reset_solids(solids);
-    clear_points(solids);
+    session_.work.history.mark_saved();
     autosave_->remove();
-    project.shift = {};
     document.file = path;
-    start_read_sketch(true);
+    show_read_sketch();
 }
 
 void TTegakiForm::restore_copy(const fs::path& copy, CopyLock lock) {
     const BusyCursor busy;
-    if (load_tegaki_data(model, sketch_places, copy) < 0) {
+    if (change(session_, "手書データの復元", read_from(copy), OnFailure::take_back) < 0) {
         return;
     }
-    reset_solids(solids);
-    clear_points(solids);
-    project.shift = {};
+    session_.work.history.mark_unsaved();
     document.file = autosaved_file(copy);
     autosave_->adopt(copy, std::move(lock));
-    start_read_sketch(false);
+    show_read_sketch();
 }
 
-void TTegakiForm::start_read_sketch(bool saved) {
+void TTegakiForm::show_read_sketch() {
     view.TAU = view.FAI = 30.0f;
     if (check_all_beam(model) == 1 && build_trio_file(model, solids, work_dir) < 0) {
         show_message("get_jiku() failed at tegaki()");
     }
-    load_old_node(model, sketch_places);
     sheet_->sheet().set_mode(SheetMode::draw);
     show_mode(ModelMode::nothing);
     statusBar()->clearMessage();
     sheet_->show_sheet();
-    history_.start(saved);
     show_state();
 }
 
@@ -150,7 +165,7 @@ bool TTegakiForm::save_sketch() {
         return false;
     }
     autosave_->remove();
-    history_.mark_saved();
+    session_.work.history.mark_saved();
     document.file = path;
     constexpr int shown_for = 5000; // ms
     statusBar()->showMessage(QString("%1 に保存しました").arg(qt_path(path.filename())), shown_for);
@@ -160,11 +175,12 @@ bool TTegakiForm::save_sketch() {
 
 int TTegakiForm::write_copy(const fs::path& path) {
     // A node of a half-drawn member is not part of the sketch yet.
-    const int loose = sheet_->sheet().has_loose_node() ? 1 : 0;
-    model.N_Node -= loose;
-    const int status = save_tegaki_data(model, sketch_places, path);
-    model.N_Node += loose;
-    return status;
+    if (!sheet_->sheet().has_loose_node()) {
+        return save_tegaki_data(model, sketch_places, path);
+    }
+    const auto drawn = std::make_unique<Model>(model);
+    --drawn->N_Node;
+    return save_tegaki_data(*drawn, sketch_places, path);
 }
 
 void TTegakiForm::offer_restoring(const fs::path& copy) {
@@ -212,10 +228,6 @@ void TTegakiForm::closeEvent(QCloseEvent* event) {
     view.TAU = view.FAI = 30.0f;
     if (model.N_Beam == 0) {
         document.file.clear();
-    }
-    session_.work.history.commit("手書入力編集", project);
-    if (history_.is_saved()) {
-        session_.work.history.mark_saved();
     }
     PictureWindow::closeEvent(event);
 }
