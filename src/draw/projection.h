@@ -7,7 +7,7 @@
 
 namespace kigumi {
 
-// Settings shared by all views.
+// From where a frame is looked at: what all pictures of one project share.
 struct View {
     float TAU = 30.0f; // azimuth of the parallel projection, degrees
     float FAI = 30.0f; // elevation, degrees
@@ -44,7 +44,7 @@ struct DrawArea {
 // Projects a model point, cm, with the angles TAU and FAI in degrees. Deliberate: the angles are
 // converted with 3.14159 / 180.
 PlanePoint project(float x, float y, float z, float TAU, float FAI);
-// The same with the shared view angles.
+// The same with the angles of `view`.
 PlanePoint project(const View& view, float x, float y, float z);
 
 // The same projection with its four factors computed once.
@@ -76,7 +76,7 @@ struct PlanarModel {
     PlaneBounds bounds = square_fit_start;
 };
 
-// Projects all nodes and members with the shared view angles.
+// Projects all nodes and members with the angles of `view`.
 PlanarModel project_model(const Model& model, const View& view);
 
 // Position of the first node that lies closer to the plane point than `radius`, or -1.

@@ -1,8 +1,8 @@
 // The hand-drawn data file (手書データ, .tgk) and the kept sheet positions of its nodes.
 //
 // A sketch is saved with the places of its nodes on the drawing sheet. Those places stand in the
-// nodes' X, Y, which every projection overwrites; the old-node table keeps a copy of them, so that
-// the sheet can be shown, and saved, as it was drawn after the model was viewed from elsewhere.
+// nodes' X, Y; the old-node table keeps a copy of them, so that the sheet can be shown, and saved,
+// as it was drawn after other places were put there (place_on_sheet of draw/projection.h).
 // docs/formats/tegaki.md describes the file.
 #pragma once
 

@@ -6,7 +6,7 @@
 
 namespace kigumi {
 
-// Lengths are cm. One record for the whole program, read by all generators.
+// The basic data of one frame, which all generators read. Lengths are cm.
 struct Param {
     std::int32_t NX = 8;     // X束数: cells along x
     std::int32_t NY = 8;     // Y束数: cells along y

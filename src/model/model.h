@@ -1,5 +1,5 @@
-// The structural model of the running program: nodes, members, sections, materials, supports,
-// loads and the grid levels, in tables of fixed capacity with a count beside each.
+// The structural model: nodes, members, sections, materials, supports, loads and the grid levels,
+// in tables of fixed capacity with a count beside each.
 //
 // Positions are 0-based; every `no` is the 1-based number of its record (position + 1), and every
 // reference from one table to another is such a number. Lengths are cm, z is vertical,

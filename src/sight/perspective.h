@@ -46,7 +46,7 @@ std::vector<VisibleSegment> visible_segments(std::span<const Trio> records,
 constexpr int perspective_ready = 0;
 constexpr int perspective_stopped = 1;
 
-// Finds the lines of TRIO.DAT that are seen from the shared viewpoint and keeps them for
+// Finds the lines of TRIO.DAT that are seen from the eye of `view` and keeps them for
 // draw_perspective until solids, viewpoint or View::joints change; nothing is computed again before
 // that. The places of the vertices in the perspective plane go into the records
 // (project_trio_file). A window calls it before it paints, with its progress display.
@@ -66,7 +66,7 @@ bool is_nothing_in_sight(const Solids& solids, const PerspectiveLines& perspecti
 std::span<const VisibleSegment> perspective_lines(const Solids& solids,
                                                   const PerspectiveLines& perspective);
 
-// Draws TRIO.DAT from the shared viewpoint: visible segments, margin fit, TEMP.DAT, picture; every
+// Draws TRIO.DAT from the eye of `view`: visible segments, margin fit, TEMP.DAT, picture; every
 // line black, or in the colour told for its record. Prepares first what is not prepared. Crumbs of
 // less than half a pixel are left out, in TEMP.DAT as the fit shows them and in the picture as the
 // canvas is zoomed. 0, or -1 after a message of prepare_perspective, that of save_segment_file or,

@@ -7,7 +7,7 @@
 namespace kigumi {
 
 // Preview (視点の箱): the twelve edges of the box of the bounds X_MIN ... Z_MAX as seen from
-// the shared viewpoint, fitted by the aspect rule with its margins of 100 pixels. Draws nothing
+// the eye of `view`, fitted by the aspect rule with its margins of 100 pixels. Draws nothing
 // while there are no bounds.
 void make_cuve(const Solids& solids, const View& view, Canvas& canvas, DrawArea& area);
 

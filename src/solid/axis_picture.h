@@ -8,7 +8,7 @@
 
 namespace kigumi {
 
-// Fits the window around the solids of TRIO.DAT (square fit) with the shared view angles, and sets
+// Fits the window around the solids of TRIO.DAT (square fit) with the angles of `view`, and sets
 // the bounds X_MIN ... Z_MAX to them. 0, or -1 after the message
 // "Error: Unable to open TRIO_FILE jikuire 01"; window and bounds are then as before.
 int get_jiku_world(const View& view, Solids& solids, DrawArea& area);

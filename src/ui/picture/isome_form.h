@@ -11,7 +11,7 @@ namespace Ui {
 class TIsomeForm;
 }
 
-// Turns the shared view angles TAU and FAI, by scroll bars or to one of the four presets, while the
+// Turns the view angles TAU and FAI, by scroll bars or to one of the four presets, while the
 // picture behind follows. Opens in the lower right corner of its parent, so that the picture stays
 // in sight.
 class TIsomeForm : public QDialog, protected kigumi::Desk {

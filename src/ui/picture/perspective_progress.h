@@ -13,7 +13,7 @@ namespace kigumi {
 // What a window says of a picture whose hidden lines are drawn because the work was stopped.
 constexpr const char* hidden_lines_stopped = "隠れ線の処理を中止したので、隠れた線も描いています";
 
-// Makes the picture of TRIO.DAT from the shared viewpoint ready for draw_perspective, which a paint
+// Makes the picture of TRIO.DAT from the eye of `view` ready for draw_perspective, which a paint
 // must not do; a window calls it when it turns to the perspective picture and whenever solids or
 // viewpoint have changed. Work that goes on after `patience` ms shows a box with its progress over
 // `parent`, and Esc or 中止 stops it. As prepare_perspective: perspective_ready,

@@ -11,7 +11,7 @@ namespace Ui {
 class TViewForm;
 }
 
-// Chooses the shared viewpoint Rho, Theta, Phi. OK stores the positions and shows the model's box
+// Chooses the viewpoint Rho, Theta, Phi. OK stores the positions and shows the model's box
 // from there, Default stores the defaults; both keep the dialog open. Pers stores the positions,
 // asks for the perspective picture and ends accepted.
 class TViewForm : public QDialog, protected kigumi::Desk {
