@@ -24,19 +24,25 @@ constexpr int levels_a_storey = 6;
 // m half pitches: m·T·0.5, cm.
 float half_pitch(const Param& param, int m);
 
-int make_hashira(Model& model, const Param& param); // four corner posts; restarts the members at 0
-int make_waku(Model& model, const Param& param); // perimeter frame at both levels, in half pitches
-int make_genzai(Model& model, const Param& param); // chords: top lines through the cell centres,
-                                                   // bottom lines on the boundaries
-int make_shazai(Model& model,
-                const Param& param); // four diagonals a cell, top centre to bottom corners
-int make_sujikai(Model& model, const Param& param); // braces in the four perimeter faces
-int make_gaichu(Model& model, const Param& param); // outer columns under each corner, type I or II;
-                                                   // sets model.GaichuStart, model.GaichuEnd
-int make_2kai(Model& model, const Param& param);   // copies storey 1 to storey 2
-int make_3kai(Model& model, const Param& param);   // copies storey 1 to storeys 2 and 3
-int make_terrace(Model& model, const Param& param); // eaves around the top floor
-int make_yane2(Model& model, const Param& param);   // roof: hip (YaneType 1) or gable (2)
+// Four corner posts; restarts the members at 0.
+int make_hashira(Model& model, const Param& param);
+// Perimeter frame at both levels, in half pitches.
+int make_waku(Model& model, const Param& param);
+// Chords: top lines through the cell centres, bottom lines on the boundaries.
+int make_genzai(Model& model, const Param& param);
+// Four diagonals a cell, top centre to bottom corners.
+int make_shazai(Model& model, const Param& param);
+// Braces in the four perimeter faces.
+int make_sujikai(Model& model, const Param& param);
+// Outer columns under each corner, type I or II; sets GaichuStart and GaichuEnd.
+int make_gaichu(Model& model, const Param& param);
+// Copies storey 1 to storey 2, or to storeys 2 and 3.
+int make_2kai(Model& model, const Param& param);
+int make_3kai(Model& model, const Param& param);
+// Eaves around the top floor.
+int make_terrace(Model& model, const Param& param);
+// Roof: hip (YaneType 1) or gable (2).
+int make_yane2(Model& model, const Param& param);
 
 // Runs the generators in their fixed order on an empty model, then sort_node and make_men. 0, or -1
 // when a storey generator failed; the model then holds the members made so far.

@@ -1,5 +1,4 @@
 // Outer columns, further storeys and the terrace.
-#include "base/format.h"
 #include "base/message.h"
 #include "generate/emit.h"
 #include "generate/generate.h"

@@ -1,6 +1,5 @@
 #include "model/members.h"
 
-#include "base/float.h"
 #include "base/format.h"
 #include "base/message.h"
 #include "model/nodes.h"
