@@ -1,8 +1,10 @@
 // Result tables: what the solver's files said, in tables of fixed capacity.
 #pragma once
 
+#include "analysis/fingerprint.h"
 #include "model/model.h"
 
+#include <string>
 #include <vector>
 
 namespace kigumi {
@@ -58,6 +60,35 @@ struct Bar {
     std::int32_t colour;
 };
 
+// What a solver did of the members' own weight.
+enum class SelfWeight { unknown, no, yes };
+
+// Of which input results are.
+struct ResultInput {
+    Fingerprint print; // of the input that was solved; empty: unknown
+    SelfWeight self_weight = SelfWeight::unknown;
+    // FRAMESLV.IN may be of a later run, for a run since then did not start.
+    bool put_back = false;
+};
+
+// A support or load of the input, and where its node stands, cm.
+struct ResultFix {
+    Fix fix;
+    float x, y, z;
+};
+struct ResultLoad {
+    Load load;
+    float x, y, z;
+};
+
+// Supports and loads of the input that was solved, numbered as the results are.
+struct ResultRoles {
+    enum class State { missing, read, of_other_frame };
+    State state = State::missing; // the tables are empty but for `read`
+    std::vector<ResultFix> fix;
+    std::vector<ResultLoad> load;
+};
+
 struct Result {
     Table<Setuten, result_capacity> setuten; // ascending by OldNo
     std::int32_t N_Setuten = 0;              // count of setuten and of disp
@@ -65,6 +96,11 @@ struct Result {
     std::int32_t N_Stress = 0;
     Table<Disp, result_capacity> disp; // descending by mag
     float force_max = 0.0f;            // largest |force|
+
+    ResultInput input;
+    ResultRoles roles;
+    // Of FRAMESLV.IN as it was when the results were read; empty without one.
+    Fingerprint input_file;
 
     Table<HeniNode, result_capacity> heni_node;
     Table<HeniBeam, result_capacity> heni_beam;

@@ -1,25 +1,30 @@
-// Whether results belong to a frame: the model in memory, or another.
+// Whether results belong to a frame, and which record of them belongs to which of its nodes and
+// members. The one place that answers this: by place, not by number.
 #pragma once
 
 #include "analysis/result.h"
 
-#include <array>
 #include <span>
-#include <unordered_map>
-#include <utility>
 #include <vector>
 
 namespace kigumi {
 
-// A frame by its node numbers, each 1-based: the places of the nodes, cm, and what the members
-// join.
-struct NumberedFrame {
-    std::unordered_map<int, std::array<double, 3>> nodes;
-    std::vector<std::pair<int, int>> ends;
+// A frame by its places. Positions are 0-based.
+struct FrameShape {
+    struct Point {
+        int no;         // node number
+        double x, y, z; // cm
+    };
+    struct Bar {
+        int no;         // member number
+        int start, end; // positions in nodes; -1 for an end that is no node
+    };
+    std::vector<Point> nodes;
+    std::vector<Bar> bars;
 };
 
-// The model in memory.
-NumberedFrame model_frame(const Model& model);
+// The model; nodes and members stand at their positions in its tables.
+FrameShape model_shape(const Model& model);
 
 // Records of results, just read or in the tables.
 struct ResultRecords {
@@ -31,13 +36,26 @@ struct ResultRecords {
 // Those in the tables.
 ResultRecords stored_results(const Result& result);
 
-// True when the results can be those of the frame: as many members as it has, between the same
-// pairs of nodes; every result node a node of the frame, once, at its place to the tenth of a cm
-// that the solver's input holds; the displacements those of the same nodes.
+// Which node and member of a frame each result record is of: positions, by those of the records; -1
+// where the frame has none.
 //
-// A solver may renumber nodes and members, turn a member's ends, leave out nodes without members
-// and change names: nothing of that counts. What cannot be told: results of a frame that differs in
-// sections, materials, supports or loads only.
-bool results_fit(const NumberedFrame& frame, const ResultRecords& results);
+// A result node is of the frame's node at its place, to the tenth of a cm that the solver's input
+// holds; a result member of one that joins the same two places. Of several at the same place, or
+// between the same places, the one of the same number is taken first, then each once in order. A
+// solver may thus renumber nodes and members, turn a member's ends, leave out nodes without members
+// and change names.
+struct ResultMatch {
+    std::vector<int> node, member;
+    // The results can be those of the frame: every result node has a place in it, every member one
+    // result and every result a member, and the displacements are those of the result nodes. What
+    // cannot be told: results of a frame that differs in sections, materials, supports or loads
+    // only (analysis/result_input.h).
+    bool fits = false;
+};
+
+ResultMatch match_results(const FrameShape& frame, const ResultRecords& results);
+
+// `fits` of the results in the tables and the model.
+bool results_fit(const Model& model, const Result& result);
 
 } // namespace kigumi

@@ -199,6 +199,15 @@ void store_displacements(Result& result, const std::vector<Disp>& disp) {
     result.N_Setuten = static_cast<std::int32_t>(disp.size());
 }
 
+void forget_results(Result& result) {
+    result.N_Setuten = result.N_Stress = result.Nken_Stress = 0;
+    result.force_max = 0.0f;
+    result.input = {};
+    result.input_file = {};
+    result.roles = {};
+    ++result.kensaku_edition;
+}
+
 int read_frameslv(Result& result, std::string_view text) {
     spy("Enter read_frameslv()");
     Listing listing;

@@ -48,6 +48,9 @@ void store_levels(Model& model, const Levels& levels);
 void store_listing(Result& result, const Listing& listing);
 void store_displacements(Result& result, const std::vector<Disp>& disp);
 
+// Empties the tables of results and forgets their input.
+void forget_results(Result& result);
+
 // Reads a listing into `result`. N_Stress, or -1.
 int read_frameslv(Result& result, std::string_view text);
 

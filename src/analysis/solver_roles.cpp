@@ -26,19 +26,24 @@ class InputReader {
             }
         }
         return read_records(1, [this] { read_member(); }) &&
-               read_records(0, [this] { read_section(); }) && read_records(0, [] {}) &&
-               read_records(0, [this] { read_node(); }) && read_fixes() && read_loads();
+               read_records(0, [this] { read_section(); }) &&
+               read_records(0, [this] { read_material(); }) &&
+               read_records(0, [this] { read_node(); }) && read_fixes() && read_loads() &&
+               read_rest();
     }
 
     struct Member {
-        int start, end, section; // numbers
+        int start, end, section, material; // numbers
+        double turn;                       // degrees
     };
     std::vector<Member> members;
-    std::map<int, double> areas; // by section number, cm²
-    std::map<int, std::array<double, 3>> nodes;
+    std::map<int, InputPrint::Section> sections;
+    std::map<int, InputPrint::Material> materials;
+    std::map<int, InputPrint::Place> nodes;
     bool frame_complete = true;
     std::vector<Fix> fixes;
     std::vector<Load> loads;
+    std::string extras; // what stands behind the blocks
 
   private:
     static constexpr int level_blocks = 3;
@@ -88,26 +93,44 @@ class InputReader {
     template <class Number> bool field(size_t at, Number& value) const {
         return at < fields_.size() && parse_number(fields_[at], value);
     }
+    // Takes the numbers of a record from the second on, under the number that is its first.
+    template <class Values, class... Fields>
+    void read_numbered(std::map<int, Values>& table, Fields Values::*... fields) {
+        int no = 0;
+        Values values{};
+        std::size_t at = 0;
+        const bool good = field(0, no) && (field(++at, values.*fields) && ...);
+        frame_complete = frame_complete && good;
+        table[no] = values;
+    }
     void read_member() {
         Member member{};
-        const bool good =
-            field(1, member.start) && field(2, member.end) && field(3, member.section);
+        const bool good = field(1, member.start) && field(2, member.end) &&
+                          field(3, member.section) && field(4, member.material);
+        field(5, member.turn);
         frame_complete = frame_complete && good;
         members.push_back(member);
     }
     void read_section() {
-        int no = 0;
-        double area = 0.0;
-        const bool good = field(0, no) && field(3, area);
-        frame_complete = frame_complete && good;
-        areas[no] = area;
+        using Section = InputPrint::Section;
+        read_numbered(sections, &Section::Iy, &Section::Iz, &Section::A, &Section::J);
+    }
+    void read_material() {
+        using Material = InputPrint::Material;
+        read_numbered(materials, &Material::E, &Material::poisson, &Material::density);
     }
     void read_node() {
-        int no = 0;
-        std::array<double, 3> at{};
-        const bool good = field(0, no) && field(1, at[0]) && field(2, at[1]) && field(3, at[2]);
-        frame_complete = frame_complete && good;
-        nodes[no] = at;
+        using Place = InputPrint::Place;
+        read_numbered(nodes, &Place::x, &Place::y, &Place::z);
+    }
+    // What stands behind the blocks, word by word.
+    bool read_rest() {
+        while (next_record()) {
+            for (const std::string_view word : fields_) {
+                extras += std::string(word) + ' ';
+            }
+        }
+        return true;
     }
     bool read_fixes();
     bool read_loads();
@@ -181,6 +204,60 @@ int load_solver_roles(Model& model, const fs::path& work_dir) {
     return 0;
 }
 
+namespace {
+
+// The record of a table under this number, or null.
+template <class Record> const Record* find(const std::map<int, Record>& table, int no) {
+    const auto found = table.find(no);
+    return found == table.end() ? nullptr : &found->second;
+}
+
+// Adds members, with their places in `position` of the nodes; false when one names what is not
+// there.
+bool add_members(const InputReader& reader, const std::map<int, int>& position, SolverFrame& frame,
+                 InputPrint& print) {
+    for (const InputReader::Member& member : reader.members) {
+        const InputPrint::Place* start = find(reader.nodes, member.start);
+        const InputPrint::Place* end = find(reader.nodes, member.end);
+        const InputPrint::Section* section = find(reader.sections, member.section);
+        if (start == nullptr || end == nullptr || section == nullptr) {
+            return false;
+        }
+        const InputPrint::Material* material = find(reader.materials, member.material);
+        print.add_member(*start, *end, *section,
+                         material == nullptr ? InputPrint::Material{} : *material, member.turn);
+        frame.members.push_back(
+            {section->A, std::hypot(end->x - start->x, end->y - start->y, end->z - start->z)});
+        frame.shape.bars.push_back({static_cast<int>(frame.members.size()),
+                                    position.at(member.start), position.at(member.end)});
+    }
+    return true;
+}
+
+void add_roles(const InputReader& reader, SolverFrame& frame, InputPrint& print) {
+    const auto place = [&reader](int no) {
+        const InputPrint::Place* at = find(reader.nodes, no);
+        return at == nullptr ? InputPrint::Place{} : *at;
+    };
+    for (const Fix& fix : reader.fixes) {
+        const InputPrint::Place at = place(fix.no);
+        print.add_fix(at, fix.ix != 0, fix.iy != 0, fix.iz != 0);
+        frame.fix.push_back(
+            {fix, static_cast<float>(at.x), static_cast<float>(at.y), static_cast<float>(at.z)});
+    }
+    for (const Load& load : reader.loads) {
+        const InputPrint::Place at = place(load.no);
+        print.add_load(at, load.fx, load.fy, load.fz);
+        frame.load.push_back(
+            {load, static_cast<float>(at.x), static_cast<float>(at.y), static_cast<float>(at.z)});
+    }
+    if (!reader.extras.empty()) {
+        print.add_words(reader.extras);
+    }
+}
+
+} // namespace
+
 std::optional<SolverFrame> read_solver_frame(const fs::path& work_dir) {
     const auto bytes = read_file(work_file(work_dir, "FRAMESLV.IN"));
     if (!bytes) {
@@ -191,33 +268,19 @@ std::optional<SolverFrame> read_solver_frame(const fs::path& work_dir) {
         return {};
     }
     SolverFrame frame;
-    frame.numbered.nodes = {reader.nodes.begin(), reader.nodes.end()};
-    for (const InputReader::Member& member : reader.members) {
-        const auto start = reader.nodes.find(member.start);
-        const auto end = reader.nodes.find(member.end);
-        const auto area = reader.areas.find(member.section);
-        if (start == reader.nodes.end() || end == reader.nodes.end() ||
-            area == reader.areas.end()) {
-            return {};
-        }
-        const auto& [x, y, z] = start->second;
-        const auto& [xl, yl, zl] = end->second;
-        frame.members.push_back({area->second, std::hypot(xl - x, yl - y, zl - z)});
-        frame.numbered.ends.emplace_back(member.start, member.end);
+    InputPrint print;
+    std::map<int, int> position;
+    for (const auto& [no, at] : reader.nodes) {
+        position[no] = static_cast<int>(frame.shape.nodes.size());
+        frame.shape.nodes.push_back({no, at.x, at.y, at.z});
+        print.add_node(at);
     }
+    if (!add_members(reader, position, frame, print)) {
+        return {};
+    }
+    add_roles(reader, frame, print);
+    frame.print = print.print();
     return frame;
-}
-
-ResultRoles load_result_roles(Model& model, const Result& result, const fs::path& work_dir) {
-    if (load_solver_roles(model, work_dir) < 0) {
-        return ResultRoles::missing;
-    }
-    const auto frame = read_solver_frame(work_dir);
-    if (frame && results_fit(frame->numbered, stored_results(result))) {
-        return ResultRoles::read;
-    }
-    model.N_Fix = model.N_Load = 0;
-    return frame ? ResultRoles::of_other_frame : ResultRoles::missing;
 }
 
 } // namespace kigumi

@@ -1,6 +1,7 @@
 #include "analysis/solver_run.h"
 
 #include "analysis/result_fit.h"
+#include "analysis/result_input.h"
 #include "analysis/result_reader.h"
 #include "analysis/solver_input.h"
 #include "base/files_platform.h"
@@ -24,7 +25,8 @@ constexpr const char* bundled_solver = "frameslv.exe";
 constexpr const char* bundled_solver = "frameslv";
 #endif
 
-constexpr const char* result_files[] = {"frameslv.zlv", "frameslv.lst", "frameslv.dsp"};
+// What a run leaves beside them, and what tells of them.
+constexpr const char* files_beside[] = {input_file_name, notes_file_name};
 constexpr const char* complaint_file = "frameslv.err";
 // What the bundled solver writes before it gives its results their names.
 constexpr const char* unfinished_files[] = {"frameslv.zl~", "frameslv.ls~", "frameslv.ds~"};
@@ -32,9 +34,10 @@ constexpr std::size_t longest_complaint = 300; // bytes shown
 
 // Takes away what a run leaves in the working directory; false after a message when a file stays.
 bool remove_results(const fs::path& work_dir) {
-    for (const auto& names : {std::span<const char* const>(result_files),
-                              std::span<const char* const>(unfinished_files),
-                              std::span<const char* const>(&complaint_file, 1)}) {
+    for (const auto& names :
+         {std::span<const char* const>(result_files), std::span<const char* const>(files_beside),
+          std::span<const char* const>(unfinished_files),
+          std::span<const char* const>(&complaint_file, 1)}) {
         for (const char* name : names) {
             std::error_code code;
             fs::remove(work_file(work_dir, name), code);
@@ -64,11 +67,15 @@ int read_result_file(const fs::path& work_dir, const char* name, Parse parse) {
 }
 
 // What the last run left in the working directory, to be put back when a new one does not start.
+// FRAMESLV.IN is that of the new one then.
 class EarlierResults {
   public:
     explicit EarlierResults(const fs::path& work_dir) : work_dir_(work_dir) {
-        for (const char* name : result_files) {
-            files_.emplace_back(name, read_file(work_file(work_dir_, name)));
+        for (const auto& names : {std::span<const char* const>(result_files),
+                                  std::span<const char* const>(files_beside)}) {
+            for (const char* name : names) {
+                files_.emplace_back(name, read_file(work_file(work_dir_, name)));
+            }
         }
     }
     // Why a file could not be put back; empty when all are.
@@ -80,6 +87,11 @@ class EarlierResults {
                 save_file(work_file(work_dir_, name), *bytes, &reason);
             }
         }
+        ResultInput input = read_result_input(work_dir_);
+        if (input.print.input.empty()) {
+            input.put_back = true;
+            save_result_input(work_dir_, input);
+        }
         return reason;
     }
 
@@ -87,6 +99,17 @@ class EarlierResults {
     fs::path work_dir_;
     std::vector<std::pair<const char*, std::optional<std::string>>> files_;
 };
+
+// Tells beside the results of a run of which input they are; nothing when there are none.
+void keep_input(const Model& model, const fs::path& work_dir, bool own) {
+    ResultInput input;
+    input.print = fingerprint(model);
+    input.self_weight = noted_self_weight(work_dir);
+    if (input.self_weight == SelfWeight::unknown && !own) {
+        input.self_weight = SelfWeight::no; // the bundled solver was given no option
+    }
+    save_result_input(work_dir, input);
+}
 
 // A whole result file for the copy, or nothing after a message.
 std::optional<std::string> read_for_copy(const fs::path& work_dir, const char* name,
@@ -174,25 +197,23 @@ int run_solver(const Model& model, const SolverSeams& solver_seams, const fs::pa
             return !outcome.stopped;
         };
     }
-    std::string reason;
+    const EarlierResults earlier(work_dir);
     const int start = solver_seams.hundredths();
     if (!solver.empty()) {
-        const EarlierResults earlier(work_dir);
         if (!remove_results(work_dir)) {
             earlier.put_back();
             return -1;
         }
         outcome.status = solver_seams.start(solver, work_dir, asked);
-        if (outcome.status < 0) {
-            reason = earlier.put_back();
-        }
     }
     if (outcome.status < 0) {
-        return refuse("Could not create process", reason);
+        return refuse("Could not create process", earlier.put_back());
     }
     outcome.seconds = (solver_seams.hundredths() - start) * 0.01;
     if (outcome.stopped) {
         remove_results(work_dir);
+    } else {
+        keep_input(model, work_dir, is_own_solver(work_dir, solver));
     }
     return 0;
 }
@@ -238,12 +259,16 @@ int FrameSlv(Model& model, Result& result, const fs::path& work_dir, ResultsOf w
         return -1;
     }
     if (whose == ResultsOf::this_model &&
-        !results_fit(model_frame(model), {listing.setuten, listing.stress, disp})) {
+        !match_results(model_shape(model), {listing.setuten, listing.stress, disp}).fits) {
         return refuse("計算結果がこの骨組のものではありません");
     }
     store_levels(model, levels);
     store_listing(result, listing);
     store_displacements(result, disp);
+    const auto frame = read_solver_frame(work_dir);
+    result.input = read_result_input(work_dir);
+    result.input_file = frame ? frame->print : Fingerprint{};
+    result.roles = roles_of_results(model, result, frame);
     return 0;
 }
 

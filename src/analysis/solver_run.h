@@ -42,6 +42,8 @@ bool can_analyse(const Model& model);
 
 // Writes FRAMESLV.IN into the working directory, removes what an earlier run left there, starts the
 // solver and waits for it, without limit or as long as `keep_waiting` says. Reads the whole model.
+// Of which input the results are is kept beside them (frameslv.fgp); results of an earlier run that
+// are put back keep theirs, or are marked as of none.
 // 0 (a run that was stopped leaves no result files), or -1 after a message: that of save_honegumi
 // when the input could not be written (the solver would work on an old one),
 // "前の解析結果%sを消せません" when a file of an earlier run could be taken for one of this run,
@@ -62,7 +64,8 @@ void show_solver_time(const SolverOutcome& outcome);
 enum class ResultsOf { any_frame, this_model };
 
 // Reads frameslv.zlv, frameslv.lst and frameslv.dsp of the working directory into `result` and the
-// level tables of `model`; the selection (kensaku) is emptied. 0, or -1 after a message, with the
+// level tables of `model`, with their input and its supports and loads; the selection (kensaku) is
+// emptied. 0, or -1 after a message, with the
 // solver's complaint as its reason where a file is missing, and both counts of nodes
 // where those of the last two files differ; all tables are then as before. Results that do not fit
 // where they should are refused with "計算結果がこの骨組のものではありません".

@@ -112,8 +112,8 @@ int draw_results(Project& project, const DrawOptions& options, const fs::path& p
         return refuse("計算結果の部材がこの大きさの図に収まりません");
     }
     return draw_with_legend(project, options, path, picture, [&picture, &project](Canvas& canvas) {
-        return draw_result_picture(project.view, project.result, project.lettering,
-                                   canvas, picture);
+        return draw_result_picture(project.view, project.result, project.lettering, canvas,
+                                   picture);
     });
 }
 
@@ -135,9 +135,8 @@ int draw_solid_results(Project& project, const DrawOptions& options, const fs::p
     set_viewpoint(project, options);
     shown.area = client_area(options);
     return draw_with_legend(project, options, path, shown, [&shown, &project](Canvas& canvas) {
-        return draw_marukaku(project.view, project.result, project.solids,
-                             project.perspective, project.lettering, project.work_dir, canvas,
-                             shown);
+        return draw_marukaku(project.view, project.result, project.solids, project.perspective,
+                             project.lettering, project.work_dir, canvas, shown);
     });
 }
 

@@ -1,4 +1,5 @@
 #include "analysis/result_fit.h"
+#include "analysis/result_input.h"
 #include "analysis/result_reader.h"
 #include "analysis/solver_roles.h"
 #include "analysis/solver_run.h"
@@ -90,7 +91,8 @@ QString node_name(const Project& project, int no) {
 struct Source {
     QString input;                    // the model's file name; empty without one
     std::optional<SolverFrame> frame; // the solver's input, when it is that of the results
-    bool roles = false;               // supports and loads were read
+    ResultAge age = ResultAge::unknown;
+    bool roles = false; // supports and loads are known
 };
 
 // Bars of one sort: number, total length (m), timber (m³).
@@ -202,9 +204,26 @@ Bounds result_bounds(const Project& project) {
     return bounds;
 }
 
+// What the solver did of the members' own weight.
+const char* self_weight_sentence(const Project& project) {
+    switch (project.result.input.self_weight) {
+    case SelfWeight::no:
+        return "自重は含みません";
+    case SelfWeight::yes:
+        return "自重を含みます";
+    case SelfWeight::unknown:
+        break;
+    }
+    return "自重の有無は不明です";
+}
+
 void add_summary(const Project& project, TablePrinter& pages, const Source& source) {
     std::vector<Row> rows = {{"計算結果のフォルダ", qt_path(project.work_dir.filename())}};
     rows.push_back({"軸データ", source.input.isEmpty() ? "指定なし" : source.input});
+    if (source.age != ResultAge::current) {
+        rows.push_back({"結果の入力", age_sentence(source.age)});
+    }
+    rows.push_back({"自重", self_weight_sentence(project)});
     rows.push_back({"節点", QString::number(project.result.N_Setuten)});
     rows.push_back({"部材", QString::number(project.result.N_Stress)});
     if (!source.input.isEmpty()) {
@@ -218,8 +237,8 @@ void add_summary(const Project& project, TablePrinter& pages, const Source& sour
                                         .arg(bounds.high[axis], 0, 'f', 1)});
     }
     if (source.roles) {
-        rows.push_back({"固定節点", QString::number(project.model.N_Fix)});
-        rows.push_back({"荷重節点", QString::number(project.model.N_Load)});
+        rows.push_back({"固定節点", QString::number(project.result.roles.fix.size())});
+        rows.push_back({"荷重節点", QString::number(project.result.roles.load.size())});
     }
     rows.push_back({"最大引張", member_text(largest_member(project, true))});
     rows.push_back({"最大圧縮", member_text(largest_member(project, false))});
@@ -237,8 +256,8 @@ void add_summary(const Project& project, TablePrinter& pages, const Source& sour
 void add_supports(const Project& project, TablePrinter& pages) {
     constexpr size_t beside = 4;
     std::vector<Row> records;
-    for (int i = 0; i < project.model.N_Fix; ++i) {
-        const Fix& fix = project.model.fix[i];
+    for (const ResultFix& role : project.result.roles.fix) {
+        const Fix& fix = role.fix;
         QString held;
         held += fix.ix != 0 ? "x " : "";
         held += fix.iy != 0 ? "y " : "";
@@ -247,7 +266,8 @@ void add_supports(const Project& project, TablePrinter& pages) {
                            held.isEmpty() ? "なし" : held.trimmed()});
     }
     pages.add_heading("支点");
-    pages.add_text(QString("固定節点 %1 個。拘束は動かない方向です。").arg(project.model.N_Fix));
+    pages.add_text(
+        QString("固定節点 %1 個。拘束は動かない方向です。").arg(project.result.roles.fix.size()));
     if (!records.empty()) {
         pages.add_table(
             text_table_beside({numbers("節点"), words("節点名"), words("拘束")}, records, beside));
@@ -260,8 +280,8 @@ void add_loads(const Project& project, TablePrinter& pages) {
     std::map<Force, int> groups;
     double total[3] = {};
     std::vector<Row> records;
-    for (int i = 0; i < project.model.N_Load; ++i) {
-        const Load& load = project.model.load[i];
+    for (const ResultLoad& role : project.result.roles.load) {
+        const Load& load = role.load;
         const Force force = {load.fx, load.fy, load.fz};
         ++groups[force];
         Row record = {QString::number(load.no), node_name(project, load.no)};
@@ -272,12 +292,12 @@ void add_loads(const Project& project, TablePrinter& pages) {
         records.push_back(record);
     }
     pages.add_heading("荷重");
-    pages.add_text(
-        QString("荷重節点 %1 個。合計 FX %2 kgf、FY %3 kgf、FZ %4 kgf。自重は含みません。")
-            .arg(project.model.N_Load)
-            .arg(total[0], 0, 'f', 1)
-            .arg(total[1], 0, 'f', 1)
-            .arg(total[2], 0, 'f', 1));
+    pages.add_text(QString("荷重節点 %1 個。合計 FX %2 kgf、FY %3 kgf、FZ %4 kgf。%5。")
+                       .arg(project.result.roles.load.size())
+                       .arg(total[0], 0, 'f', 1)
+                       .arg(total[1], 0, 'f', 1)
+                       .arg(total[2], 0, 'f', 1)
+                       .arg(self_weight_sentence(project)));
     if (records.empty()) {
         return;
     }
@@ -302,7 +322,7 @@ void add_loads(const Project& project, TablePrinter& pages) {
 }
 
 void add_picture(Project& project, TablePrinter& pages, const QString& heading, int mode,
-                 float scale) {
+                 float scale, ResultAge age) {
     ResultView shown;
     shown.mode = mode;
     shown.area.xScreen = picture_size.width();
@@ -312,12 +332,12 @@ void add_picture(Project& project, TablePrinter& pages, const QString& heading, 
         pages.add_text("この骨組は図に収まりません。");
         return;
     }
-    pages.add_picture(picture_size, [shown, scale, &project](PainterCanvas& canvas) mutable {
-        if (draw_result_picture(project.model, project.view, project.result, project.lettering,
-                                canvas, shown) < 0) {
+    pages.add_picture(picture_size, [shown, scale, age, &project](PainterCanvas& canvas) mutable {
+        if (draw_result_picture(project.view, project.result, project.lettering, canvas, shown) <
+            0) {
             return -1;
         }
-        paint_legend(canvas, picture_size.width(), result_legend(project.result, shown, scale),
+        paint_legend(canvas, picture_size.width(), result_legend(project.result, shown, scale, age),
                      legend_scale);
         return 0;
     });
@@ -337,15 +357,15 @@ float displacement_scale(const Project& project) {
     return 1.0f;
 }
 
-void add_pictures(Project& project, TablePrinter& pages) {
-    add_picture(project, pages, "軸力図（太さ色分）", mode_width, 1.0f);
+void add_pictures(Project& project, TablePrinter& pages, ResultAge age) {
+    add_picture(project, pages, "軸力図（太さ色分）", mode_width, 1.0f, age);
     const float scale = displacement_scale(project);
     if (get_new_beam(project.result, scale) < 0) {
         pages.add_heading("変位図");
         pages.add_text("部材の端の変位が見つからないため、変位図は作れません。");
         return;
     }
-    add_picture(project, pages, QString("変位図（%1 倍）").arg(scale), mode_displaced, scale);
+    add_picture(project, pages, QString("変位図（%1 倍）").arg(scale), mode_displaced, scale, age);
 }
 
 std::vector<int> first_rows(int rows) {
@@ -401,14 +421,15 @@ int read_source(Project& project, const ReportOptions& options, Source& source) 
     if (project.result.N_Stress == 0) {
         return refuse("計算結果に部材がありません");
     }
-    if (!options.input.empty() && !results_are_of_model(project.model, project.result)) {
+    if (!options.input.empty() && !results_fit(project.model, project.result)) {
         return refuse(text_format("%s: この計算結果の骨組ではありません", options.input.c_str()));
     }
     source.frame = read_solver_frame(project.work_dir);
-    if (source.frame && !results_fit(source.frame->numbered, stored_results(project.result))) {
+    source.roles = project.result.roles.state == ResultRoles::State::read;
+    if (!source.roles) {
         source.frame.reset();
     }
-    source.roles = source.frame && load_solver_roles(project.model, project.work_dir) == 0;
+    source.age = result_age_of_frame(project.model, project.result);
     return 0;
 }
 
@@ -427,7 +448,10 @@ int run_report(const ReportOptions& options) {
     if (QFontDatabase::families(QFontDatabase::Japanese).isEmpty()) {
         show_message("日本語のフォントがないため、報告書の文字が正しく出ません");
     }
-    TablePrinter pages("構造解析報告書", qt_path(project.work_dir.filename()));
+    tell_result_age(project);
+    const QString mark =
+        source.age == ResultAge::current ? "" : "　" + qt_text(age_words(source.age));
+    TablePrinter pages("構造解析報告書" + mark, qt_path(project.work_dir.filename()));
     add_summary(project, pages, source);
     add_timber(project, pages, source);
     if (source.roles) {
@@ -436,8 +460,9 @@ int run_report(const ReportOptions& options) {
     } else {
         pages.add_heading("支点と荷重");
         pages.add_text("この結果の FRAMESLV.IN がフォルダにないため、支点と荷重は出せません。");
+        pages.add_text(QString(self_weight_sentence(project)) + "。");
     }
-    add_pictures(project, pages);
+    add_pictures(project, pages, source.age);
     add_largest(project, pages);
     return pages.save_pdf(path_of(options.output));
 }

@@ -1,6 +1,7 @@
 #include "app/summary.h"
 
-#include "analysis/result.h"
+#include "analysis/result_input.h"
+#include "base/message.h"
 #include "files/jiku.h"
 #include "model/members.h"
 #include "model/nodes.h"
@@ -14,16 +15,6 @@ namespace kigumi {
 namespace {
 
 constexpr double cm_a_metre = 100.0;
-
-// Category of the member at position i: its own, or that of the label before it in the file read.
-int known_kind(const Project& project, int i) {
-    const int kind = project.model.beam[i].kind;
-    const std::vector<int>& labels = jiku_label_kinds(project.model);
-    if (kind == kind_none && static_cast<int>(labels.size()) == project.model.N_Beam) {
-        return labels[i];
-    }
-    return kind >= 0 && kind < kind_count ? kind : static_cast<int>(kind_none);
-}
 
 void print_kinds(const Project& project) {
     double total = 0.0;
@@ -64,7 +55,7 @@ std::vector<KindTotal> kind_totals(const Project& project) {
     std::vector<KindTotal> totals(kind_count);
     for (int i = 0; i < project.model.N_Beam; ++i) {
         const Beam& beam = project.model.beam[i];
-        KindTotal& total = totals[static_cast<size_t>(known_kind(project, i))];
+        KindTotal& total = totals[static_cast<size_t>(beam.kind)];
         ++total.count;
         total.length += beam_length(beam) / cm_a_metre;
         total.volume += beam_volume(beam);
@@ -91,6 +82,13 @@ void print_frame_summary(const Project& project) {
                 project.model.N_Beam, project.model.N_Size, project.model.N_Fix,
                 project.model.N_Load);
     print_kinds(project);
+}
+
+void tell_result_age(const Project& project) {
+    const ResultAge age = result_age_of_frame(project.model, project.result);
+    if (age != ResultAge::current) {
+        show_message(age_sentence(age));
+    }
 }
 
 void print_result_summary(const Project& project) {

@@ -15,8 +15,7 @@ struct KindTotal {
     double volume; // timber, m³
 };
 
-// The categories that the model has, in their order. A member of no category counts to that of the
-// label before it in the axis data file read.
+// The categories that the model has, in their order.
 std::vector<KindTotal> kind_totals(const Project& project);
 
 // Prints counts, levels, bounds and timber volume of the model, members also by category.
@@ -24,6 +23,10 @@ void print_frame_info(const Project& project);
 
 // Prints the members by category with their timber volume, nodes, supports and loads.
 void print_frame_summary(const Project& project);
+
+// Tells in a message that the results read are not of the frame read, or of FRAMESLV.IN without
+// one, or that this is unknown; nothing for current ones.
+void tell_result_age(const Project& project);
 
 // Prints the largest tension, compression and displacement of the results.
 void print_result_summary(const Project& project);

@@ -136,15 +136,11 @@ void write_segments(TextWriter& out, std::span<const Segment> segments, float sc
 
 } // namespace
 
-int make_dxf_file(const fs::path& work_dir, const fs::path& path, int colour) {
+int make_dxf_file(const fs::path& path, const World& window, std::span<const Segment> segments,
+                  int colour) {
     spy("Enter make_dxf_file()");
-    std::string reason;
-    const auto file = read_segment_file(work_dir, &reason);
-    if (!file) {
-        return refuse("Error: Unable to open TEMP_FILE", reason);
-    }
-    const float scale = scale_of(file->world);
-    World world = file->world;
+    const float scale = scale_of(window);
+    World world = window;
     for (float* side : {&world.xmin, &world.ymin, &world.xmax, &world.ymax}) {
         *side *= scale;
     }
@@ -154,10 +150,18 @@ int make_dxf_file(const fs::path& work_dir, const fs::path& path, int colour) {
     write_groups(out, tables_start);
     write_line_types(out);
     write_groups(out, tables_end);
-    write_segments(out, file->segments, scale, colour);
+    write_segments(out, segments, scale, colour);
     write_group(out, " 0", "ENDSEC");
     write_group(out, " 0", "EOF");
+    std::string reason;
     return out.save(path, &reason) < 0 ? refuse("Error: Unable to open DXF_FILE", reason) : 0;
+}
+
+int make_dxf_file(const fs::path& work_dir, const fs::path& path, int colour) {
+    std::string reason;
+    const auto file = read_segment_file(work_dir, &reason);
+    return file ? make_dxf_file(path, file->world, file->segments, colour)
+                : refuse("Error: Unable to open TEMP_FILE", reason);
 }
 
 } // namespace kigumi

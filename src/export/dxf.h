@@ -2,12 +2,22 @@
 #pragma once
 
 #include "base/files.h"
+#include "draw/projection.h"
+
+#include <span>
 
 namespace kigumi {
 
 // Choices of the line dialog (DXFの線の太さ), 1-based.
 constexpr int dxf_colour_count = 6;
 constexpr int dxf_colour_default = 2;
+
+struct Segment;
+
+// Writes these segments of a picture as make_dxf_file writes those of TEMP.DAT: what the program
+// drew itself, whatever another one has put into that file.
+int make_dxf_file(const fs::path& path, const World& world, std::span<const Segment> segments,
+                  int colour);
 
 // Writes the segments of TEMP.DAT as LINE entities, one a segment, in file order; code page 932.
 // `colour` is the dialog's choice 1 ... 6 (cyan, black, green, yellow, magenta, blue); any other is

@@ -6,14 +6,14 @@
 
 namespace kigumi {
 
-int save_win3d(Solids& solids, const fs::path& work_dir, const fs::path& path) {
+int save_win3d(const Solids& solids, const fs::path& path) {
     spy("N_CHOUTEN %5d N_Trio %5d", static_cast<int>(solids.points.size()), solids.n_trio);
     std::string reason;
     std::span<const Trio> records;
     if (solids.n_trio > 0) {
-        const auto read = read_trio_file(solids, work_dir, &reason);
+        const auto read = saved_records(solids);
         if (!read) {
-            return refuse("Error: Unable to open TRIO_FILE 04", reason);
+            return refuse("Error: Unable to open TRIO_FILE 04");
         }
         records = *read;
     }

@@ -11,6 +11,6 @@ namespace kigumi {
 // is written and TRIO.DAT is not needed. 0, or -1 after the message
 // "Error: Unable to open TRIO_FILE 04" or "Error: Unable to open OUT_FILE"; no file, or the old
 // one, is left then.
-int save_win3d(Solids& solids, const fs::path& work_dir, const fs::path& path);
+int save_win3d(const Solids& solids, const fs::path& path);
 
 } // namespace kigumi

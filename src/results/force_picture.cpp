@@ -2,9 +2,9 @@
 
 #include "analysis/result_reader.h"
 #include "base/format.h"
+#include "draw/eye.h"
 #include "draw/stroke_font.h"
 #include "results/selection.h"
-#include "sight/viewpoint.h"
 #include "trace/spy.h"
 
 #include <algorithm>
@@ -138,7 +138,6 @@ Place place_of(const View& view, const ResultView& shown) {
 
 // Draws labels at points of the model in one fitted window. The font has to be there.
 struct Labeller {
-    const Model& model;
     const Result& result;
     Lettering& lettering;
     Canvas& canvas;
@@ -179,28 +178,19 @@ void label_members(const Labeller& labeller) {
     }
 }
 
-// Puts a label at the model's node number `no`; nothing for a node that is nowhere.
-void label_node(const Labeller& labeller, int no, const std::string& text, float clear) {
-    if (const Setuten* node = find_setuten(labeller.result, no)) {
-        labeller.put(text, labeller.place(node->x, node->y, node->z), clear);
-    } else if (no >= 1 && no <= labeller.model.N_Node) {
-        const Node& own = labeller.model.node[position_of(no)];
-        labeller.put(text, labeller.place(own.x, own.y, own.z), clear);
-    }
-}
-
 void label_fixes(const Labeller& labeller) {
-    for (int i = 0; i < labeller.model.N_Fix; ++i) {
-        const Fix& f = labeller.model.fix[i];
-        label_node(labeller, f.no, text_format("Fix %1d%1d%1d111", f.ix, f.iy, f.iz), beside_node);
+    for (const ResultFix& role : labeller.result.roles.fix) {
+        const Fix& f = role.fix;
+        labeller.put(text_format("Fix %1d%1d%1d111", f.ix, f.iy, f.iz),
+                     labeller.place(role.x, role.y, role.z), beside_node);
     }
 }
 
 void label_loads(const Labeller& labeller) {
-    for (int i = 0; i < labeller.model.N_Load; ++i) {
-        const Load& p = labeller.model.load[i];
-        label_node(labeller, p.no, text_format("Load x %8.1f y %5.1f z %8.1f", p.fx, p.fy, p.fz),
-                   at_point);
+    for (const ResultLoad& role : labeller.result.roles.load) {
+        const Load& p = role.load;
+        labeller.put(text_format("Load x %8.1f y %5.1f z %8.1f", p.fx, p.fy, p.fz),
+                     labeller.place(role.x, role.y, role.z), at_point);
     }
 }
 
@@ -277,8 +267,8 @@ void make_heni(const Result& result, Canvas& canvas, ResultView& shown) {
     set_pen(canvas, thin_black);
 }
 
-int draw_result_labels(const Model& model, const View& view, const Result& result,
-                       Lettering& lettering, Canvas& canvas, const ResultView& shown) {
+int draw_result_labels(const View& view, const Result& result, Lettering& lettering, Canvas& canvas,
+                       const ResultView& shown) {
     constexpr void (*put_labels[])(const Labeller&) = {label_names, label_members, label_fixes,
                                                        label_loads};
     const bool wanted = std::any_of(std::begin(shown.label), std::end(shown.label),
@@ -290,7 +280,7 @@ int draw_result_labels(const Model& model, const View& view, const Result& resul
         return -1;
     }
     const float height = (shown.area.world.ymax - shown.area.world.ymin) / canvas.zoom();
-    const Labeller labeller{model,          result,        lettering, canvas, place_of(view, shown),
+    const Labeller labeller{result,         lettering,     canvas, place_of(view, shown),
                             height / 75.0f, height * 0.01f};
     for (int kind = 0; kind < result_label_count; ++kind) {
         if (shown.label[kind] != 0) {
@@ -300,8 +290,8 @@ int draw_result_labels(const Model& model, const View& view, const Result& resul
     return 0;
 }
 
-int draw_result_picture(const Model& model, const View& view, const Result& result,
-                        Lettering& lettering, Canvas& canvas, ResultView& shown) {
+int draw_result_picture(const View& view, const Result& result, Lettering& lettering,
+                        Canvas& canvas, ResultView& shown) {
     switch (shown.mode) {
     case mode_wire:
         make_wire(result, canvas, shown);
@@ -317,7 +307,7 @@ int draw_result_picture(const Model& model, const View& view, const Result& resu
     default:
         return 0;
     }
-    return draw_result_labels(model, view, result, lettering, canvas, shown);
+    return draw_result_labels(view, result, lettering, canvas, shown);
 }
 
 } // namespace kigumi

@@ -61,16 +61,15 @@ void make_force_wire(const Result& result, Canvas& canvas, ResultView& shown);
 void make_heni(const Result& result, Canvas& canvas, ResultView& shown);
 
 // Draws, with the pen as it stands, the labels whose flags are set into the window fitted before:
-// node names, member numbers, supports and loads (`fix` and `load` of the model; their nodes are
-// looked for among the result nodes, then in the model). In mode_solids they stand where the shared
-// eye (`view`) sees their points, and those before its near plane are left out. 0, or -1 after a
-// message when there is no stroke font.
-int draw_result_labels(const Model& model, const View& view, const Result& result,
-                       Lettering& lettering, Canvas& canvas, const ResultView& shown);
+// node names, member numbers, supports and loads (`roles` of the result). In mode_solids they stand
+// where the shared eye (`view`) sees their points, and those before its near plane are left out. 0,
+// or -1 after a message when there is no stroke font.
+int draw_result_labels(const View& view, const Result& result, Lettering& lettering, Canvas& canvas,
+                       const ResultView& shown);
 
 // One repaint: the picture of the mode and its labels. Nothing for mode_solids and unknown modes.
 // 0, or -1 as draw_result_labels.
-int draw_result_picture(const Model& model, const View& view, const Result& result,
-                        Lettering& lettering, Canvas& canvas, ResultView& shown);
+int draw_result_picture(const View& view, const Result& result, Lettering& lettering,
+                        Canvas& canvas, ResultView& shown);
 
 } // namespace kigumi

@@ -76,9 +76,7 @@ void add_displacements(const Result& result, Lines& lines, float scale) {
     }
 }
 
-} // namespace
-
-std::vector<LegendLine> result_legend(const Result& result, const ResultView& shown, float scale) {
+Lines picture_legend(const Result& result, const ResultView& shown, float scale) {
     constexpr int wide = 5; // sample of a large force
     Lines lines;
     switch (shown.mode) {
@@ -124,7 +122,7 @@ std::vector<LegendLine> result_legend(const Result& result, const ResultView& sh
     return lines;
 }
 
-std::string result_title(const ResultView& shown, float scale) {
+std::string picture_title(const ResultView& shown, float scale) {
     switch (shown.mode) {
     case mode_wire:
         return "ワイヤモデル";
@@ -141,6 +139,22 @@ std::string result_title(const ResultView& shown, float scale) {
     default:
         return {};
     }
+}
+
+} // namespace
+
+std::vector<LegendLine> result_legend(const Result& result, const ResultView& shown, float scale,
+                                      ResultAge age) {
+    Lines lines = picture_legend(result, shown, scale);
+    if (!lines.empty() && age != ResultAge::current) {
+        lines.insert(lines.begin(), {-1, 1, age_words(age)});
+    }
+    return lines;
+}
+
+std::string result_title(const ResultView& shown, float scale, ResultAge age) {
+    const std::string title = picture_title(shown, scale);
+    return age == ResultAge::current ? title : title + "　" + age_words(age);
 }
 
 } // namespace kigumi

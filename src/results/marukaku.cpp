@@ -55,13 +55,13 @@ int make_marukaku(View& view, Result& result, Solids& solids, const fs::path& wo
     return save_trio_file(solids, work_dir);
 }
 
-int draw_marukaku(const Model& model, const View& view, const Result& result, Solids& solids,
+int draw_marukaku(const View& view, const Result& result, Solids& solids,
                   PerspectiveLines& perspective, Lettering& lettering, const fs::path& work_dir,
                   Canvas& canvas, ResultView& shown) {
     return draw_perspective(view, solids, perspective, work_dir, canvas, shown.area,
                             [&result](int record) { return marukaku_colour(result, record); }) < 0
                ? -1
-               : draw_result_labels(model, view, result, lettering, canvas, shown);
+               : draw_result_labels(view, result, lettering, canvas, shown);
 }
 
 int marukaku_colour(const Result& result, int record) {

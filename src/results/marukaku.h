@@ -13,7 +13,7 @@ namespace kigumi {
 class Canvas;
 struct ResultView;
 
-// Fits `shown` around all result members, sets the shared eye (`view`) to its start values and
+// Fits `shown` around all result members, sets the eye of `view` to its start values and
 // builds TRIO.DAT from the selected members (`kensaku` of `result`): a bar whose section is as many
 // cm² as its percent v, round (radius √(v/π)) for a positive force with v above 1, else square
 // (side √v). An empty selection makes an empty file. 0, or -1 after a message when the point table
@@ -30,9 +30,9 @@ int marukaku_colour(const Result& result, int record);
 // no such record.
 int marukaku_row(const Result& result, int record);
 
-// One repaint of `shown` in mode_solids: the bars built last, from the shared eye, and the labels.
+// One repaint of `shown` in mode_solids: the bars built last, seen from `view`, and the labels.
 // 0, or -1 as draw_perspective and draw_result_labels.
-int draw_marukaku(const Model& model, const View& view, const Result& result, Solids& solids,
+int draw_marukaku(const View& view, const Result& result, Solids& solids,
                   PerspectiveLines& perspective, Lettering& lettering, const fs::path& work_dir,
                   Canvas& canvas, ResultView& shown);
 

@@ -22,7 +22,7 @@ struct ResultQuery {
     };
     float lower = 0.0f, upper = 100.0f; // percent of the largest force, inclusive
     ForceSign sign = ForceSign::any;
-    std::optional<CrossSection> section;    // of the model's member of the same number
+    std::optional<CrossSection> section;    // of the model's member at the same place
     std::array<std::optional<Range>, 3> at; // levels in x, y and z between which both ends lie
     int first_no = 1;                       // member numbers, inclusive
     int last_no = std::numeric_limits<int>::max();
@@ -32,14 +32,12 @@ struct ResultQuery {
 // beyond a level still lies at it, cm.
 constexpr float level_rounding = 0.051f;
 
-// True when the member satisfies the query. A section is satisfied by members of the model only.
-bool matches_query(const Model& model, const Stress& member, const ResultQuery& query);
+// True when the member satisfies the query; `beam` is the model's member of it, or null, which has
+// no section.
+bool matches_query(const Stress& member, const Beam* beam, const ResultQuery& query);
 
-// Rows of `result.stress` that satisfy the query, ascending.
+// Rows of `result.stress` that satisfy the query, ascending. A row's member of the model is that of
+// match_results (analysis/result_fit.h).
 std::vector<int> find_members(const Model& model, const Result& result, const ResultQuery& query);
-
-// True when the results are those of the model in the tables: as many members, the same numbers at
-// their ends, and ends at the same places but for the rounding of the files.
-bool results_are_of_model(const Model& model, const Result& result);
 
 } // namespace kigumi

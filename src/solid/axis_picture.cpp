@@ -35,8 +35,7 @@ int get_jiku_world(const View& view, Solids& solids, DrawArea& area) {
     return 0;
 }
 
-int draw_axis_model(const View& view, Solids& solids, Canvas& canvas,
-                    DrawArea& area) {
+int draw_axis_model(const View& view, Solids& solids, Canvas& canvas, DrawArea& area) {
     spy("Enter draw_axis_model()");
     const auto records = saved_records(solids);
     if (!records) {

@@ -15,7 +15,6 @@ int get_jiku_world(const View& view, Solids& solids, DrawArea& area);
 
 // Fits as get_jiku_world and draws the flagged edges of the solids. 0, or -1 after the one message
 // "Error: Unable to open TRIO_FILE jikuire 02"; nothing is drawn or changed then.
-int draw_axis_model(const View& view, Solids& solids, Canvas& canvas,
-                    DrawArea& area);
+int draw_axis_model(const View& view, Solids& solids, Canvas& canvas, DrawArea& area);
 
 } // namespace kigumi

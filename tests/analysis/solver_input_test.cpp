@@ -68,7 +68,7 @@ TEST_F(SolverInputTest, ReadsTheFrameBackWhenItIsComplete) {
     const std::string own = written(save_honegumi);
     const auto frame = read(own);
     ASSERT_TRUE(frame);
-    EXPECT_EQ(frame->numbered.nodes.size(), 2u);
+    EXPECT_EQ(frame->shape.nodes.size(), 2u);
     ASSERT_EQ(frame->members.size(), 1u);
     EXPECT_DOUBLE_EQ(frame->members[0].area, 100.0);
     EXPECT_DOUBLE_EQ(frame->members[0].length, 300.0);

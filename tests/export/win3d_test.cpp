@@ -16,21 +16,27 @@ class Win3dTest : public CoreTest {
 TEST_F(Win3dTest, BoxOfOneMember) {
     add_member(model, {0, 0, 0}, {100, 0, 0});
     ASSERT_EQ(build_trio_file(model, solids, work_dir), 0);
-    ASSERT_EQ(save_win3d(solids, work_dir, out()), 0);
+    ASSERT_EQ(save_win3d(solids, out()), 0);
     expect_golden("export/box.win3d", read_file(out()).value_or(""));
 }
 
 TEST_F(Win3dTest, FailuresLeaveNoFile) {
     add_member(model, {0, 0, 0}, {100, 0, 0});
     ASSERT_EQ(build_trio_file(model, solids, work_dir), 0);
-    EXPECT_EQ(save_win3d(solids, work_dir, work_file(work_dir, "no_folder") / "out.dat"), -1);
+    EXPECT_EQ(save_win3d(solids, work_file(work_dir, "no_folder") / "out.dat"), -1);
     expect_message("Error: Unable to open OUT_FILE");
-    fs::resize_file(work_file(work_dir, "TRIO.DAT"), 272 * 11);
-    EXPECT_EQ(save_win3d(solids, work_dir, out()), -1);
-    fs::remove(work_file(work_dir, "TRIO.DAT"));
-    EXPECT_EQ(save_win3d(solids, work_dir, out()), -1);
-    expect_messages({2, "Error: Unable to open TRIO_FILE 04"});
+    solids.saved = false; // changed since they were built
+    EXPECT_EQ(save_win3d(solids, out()), -1);
+    expect_message("Error: Unable to open TRIO_FILE 04");
     EXPECT_FALSE(fs::exists(out()));
+}
+
+TEST_F(Win3dTest, AnothersFileIsNotExported) {
+    add_member(model, {0, 0, 0}, {100, 0, 0});
+    ASSERT_EQ(build_trio_file(model, solids, work_dir), 0);
+    ASSERT_EQ(save_file(work_file(work_dir, "TRIO.DAT"), std::string(272 * 12, '\1')), 0);
+    ASSERT_EQ(save_win3d(solids, out()), 0);
+    expect_golden("export/box.win3d", read_file(out()).value_or(""));
 }
 
 } // namespace

@@ -1,6 +1,7 @@
 // The working files of the pictures and the stroke font.
 #include "target.h"
 
+#include "base/check.h"
 #include "draw/segment_file.h"
 #include "draw/stroke_font.h"
 #include "export/dxf.h"
@@ -25,7 +26,7 @@ void stamp_anew(const fs::path& path) {
 
 } // namespace
 
-// The input stands in for the triangles of one member.
+// The input stands in for another program's file: it must not be taken for the triangles built.
 void read_trio(Project& project, std::string_view input) {
     start_fresh(project);
     append_beam(project.model, {0.0f, 0.0f, 0.0f}, {0.0f, 0.0f, 300.0f}, 10.0f, 10.0f, kind_post,
@@ -39,10 +40,9 @@ void read_trio(Project& project, std::string_view input) {
     stamp_anew(put(project.work_dir, "TRIO.DAT", bytes));
     BlankCanvas canvas;
     DrawArea area = usual_window();
-    saved_records(project.solids);
+    KIGUMI_CHECK(saved_records(project.solids)->size() == 12, "triangles");
     require_told(draw_axis_model(project.view, project.solids, canvas, area));
-    require_told(
-        save_win3d(project.solids, work_file(project.work_dir, "a.w3d")));
+    require_told(save_win3d(project.solids, work_file(project.work_dir, "a.w3d")));
 }
 
 void read_temp(Project& project, std::string_view input) {

@@ -57,8 +57,7 @@ void show_results(Project& project) {
     for (const int mode : {mode_wire, mode_sign, mode_band, mode_width, mode_displaced}) {
         shown.mode = mode;
         if (mode != mode_displaced || displaced) {
-            draw_result_picture(project.model, project.view, project.result, project.lettering,
-                                canvas, shown);
+            draw_result_picture(project.view, project.result, project.lettering, canvas, shown);
         }
     }
     project.result.Nken_Stress = project.result.N_Stress;

@@ -1,7 +1,5 @@
 #include "results/force_picture.h"
 
-#include "model/nodes.h"
-#include "model/roles.h"
 #include "results/displacement.h"
 #include "results/selection.h"
 #include "results_support.h"
@@ -23,7 +21,7 @@ class ForcePictureTest : public CoreTest {
     std::string picture(int mode) {
         RecorderCanvas canvas;
         shown.mode = mode;
-        EXPECT_EQ(draw_result_picture(model, view, result, lettering, canvas, shown), 0);
+        EXPECT_EQ(draw_result_picture(view, result, lettering, canvas, shown), 0);
         return canvas.text;
     }
 
@@ -119,14 +117,12 @@ TEST_F(ForcePictureTest, DrawsAFrameWithoutHeight) {
     EXPECT_EQ(picture(3), "pen 0 1 4\nline 100 300 700 300\npen 0 1 0\n");
 }
 
-// A node is looked for among the results first and then in the model.
+// Supports and loads stand where the results say; a node without members is none of the results'.
 TEST_F(ForcePictureTest, DrawsEveryKindOfLabelOnTop) {
     make_portal_result(result);
-    make_post(model);
-    for (int no = 3; no <= 5; ++no) {
-        find_or_add_node(model, 200.0f, 0.0f, 30.0f * static_cast<float>(no));
-    }
-    append_fix(model, 5, 1, 0, 1);
+    result.roles.fix = {{{{}, 1, 1, 1, 1}, 0.0f, 0.0f, 0.0f},
+                        {{{}, 5, 1, 0, 1}, 200.0f, 0.0f, 150.0f}};
+    result.roles.load = {{{{}, 2, 0.0f, 0.0f, -200.0f}, 0.0f, 0.0f, 300.0f}};
     const std::string bare = picture(2);
     std::string text;
     for (int kind = 0; kind < result_label_count; ++kind) {

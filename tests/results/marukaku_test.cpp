@@ -94,9 +94,9 @@ TEST_F(MarukakuTest, LabelsStandWhereTheEyeSeesTheirPoints) {
         shown.area.yScreen = 600;
         shown.label[label_node_names] = label;
         SegmentCanvas canvas;
-        EXPECT_EQ(draw_marukaku(model, view, result, solids, perspective, lettering, work_dir,
-                                canvas, shown),
-                  0);
+        EXPECT_EQ(
+            draw_marukaku(view, result, solids, perspective, lettering, work_dir, canvas, shown),
+            0);
         return canvas.segments();
     };
     const auto bars = lines(0).size();

@@ -1,5 +1,6 @@
 #include "results/result_search.h"
 
+#include "analysis/result_fit.h"
 #include "model/members.h"
 #include "results_support.h"
 
@@ -86,20 +87,16 @@ TEST_F(ResultSearch, FindsTheMembers) {
 
 // Sections may be asked for only when the results are those of the model.
 TEST_F(ResultSearch, KnowsTheModelOfTheResults) {
-    EXPECT_FALSE(results_are_of_model(model, result)) << "a member is missing";
+    EXPECT_FALSE(results_fit(model, result)) << "a member is missing";
     append_beam(model, {400.0f, 0.0f, 0.0f}, {400.0f, 0.0f, 300.0f}, 12.0f, 12.0f, kind_post, 2);
-    for (int i = 0; i < model.N_Beam; ++i) {
-        result.stress[i].old_noi = model.beam[i].noi;
-        result.stress[i].old_noj = model.beam[i].noj;
-    }
-    EXPECT_TRUE(results_are_of_model(model, result));
+    EXPECT_TRUE(results_fit(model, result));
     result.stress[2].zj += 0.04f;
-    EXPECT_TRUE(results_are_of_model(model, result)) << "files round to 0.1 cm";
+    EXPECT_TRUE(results_fit(model, result)) << "files round to 0.1 cm";
     result.stress[2].zj += 0.1f;
-    EXPECT_FALSE(results_are_of_model(model, result));
+    EXPECT_FALSE(results_fit(model, result));
     result.stress[2].zj = 300.0f;
-    result.stress[1].old_noi = 4;
-    EXPECT_FALSE(results_are_of_model(model, result));
+    result.stress[1].xi = 400.0f;
+    EXPECT_FALSE(results_fit(model, result)) << "between other places";
 }
 
 } // namespace

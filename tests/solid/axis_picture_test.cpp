@@ -41,10 +41,10 @@ TEST_F(AxisPictureTest, AxisModelDrawsEveryEdgeOnceAndWidensTheBounds) {
     EXPECT_NEAR(solids.Y_MAX, 200, 1e-3);
 }
 
-TEST_F(AxisPictureTest, AMissingFileIsReportedAtEachPaintAndChangesNothing) {
+TEST_F(AxisPictureTest, SolidsThatWereNotBuiltAreReportedAtEachPaintAndChangeNothing) {
     ASSERT_EQ(build_trio_file(model, solids, work_dir), 0);
     ASSERT_EQ(draw_axis_model(view, solids, canvas, area), 0);
-    fs::remove(work_file(work_dir, "TRIO.DAT"));
+    reset_solids(solids);
     area.world = {1, 2, 3, 4};
     const float Z_MAX = solids.Z_MAX;
     canvas.text.clear();

@@ -246,12 +246,15 @@ TEST_F(ResultsWindow, LabelsComeFromTheInputOfTheseResultsOnly) {
     put_input(100.0f);
     {
         TFrameSlvForm window(session);
-        EXPECT_EQ(model.N_Fix + model.N_Load, 2);
+        EXPECT_EQ(result.roles.fix.size(), 1u);
+        ASSERT_EQ(result.roles.load.size(), 1u);
+        EXPECT_EQ(result.roles.load[0].x, 400.0f);
+        EXPECT_EQ(model.N_Fix + model.N_Load, 0) << "the model keeps its own";
         EXPECT_TRUE(label_text(window, "StatusLabel").starts_with("計算結果のフォルダ"));
     }
     put_input(101.0f); // as many nodes and members
     TFrameSlvForm window(session);
-    EXPECT_EQ(model.N_Fix + model.N_Load, 0);
+    EXPECT_EQ(result.roles.fix.size() + result.roles.load.size(), 0u);
     EXPECT_EQ(label_text(window, "StatusLabel"), roles_of_other_frame);
     item(window, "WireMenu")->trigger();
     EXPECT_TRUE(label_text(window, "StatusLabel").starts_with("計算結果のフォルダ"));

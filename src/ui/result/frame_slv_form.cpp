@@ -18,6 +18,7 @@
 #include "ui/picture/picture_file.h"
 #include "ui/picture/print_pages.h"
 #include "ui/picture/view_form.h"
+#include "ui/result/age_question.h"
 #include "ui/result/heni_ichiran_form.h"
 #include "ui/result/kekka_ichiran_form.h"
 #include "ui/result/kekka_kensaku_form.h"
@@ -70,7 +71,7 @@ void place_beside(QWidget& list, const QWidget& window, std::size_t above) {
 
 } // namespace
 
-TFrameSlvForm::TFrameSlvForm(Session& session, QWidget* parent, ResultsOf whose)
+TFrameSlvForm::TFrameSlvForm(Session& session, QWidget* parent, std::optional<ResultsOf> whose)
     : PictureWindow(session, parent) {
     spy("Enter TFrameSlvForm()");
     setObjectName("FrameSlvForm");
@@ -82,26 +83,24 @@ TFrameSlvForm::TFrameSlvForm(Session& session, QWidget* parent, ResultsOf whose)
     add_heni_menu();
     add_list_menu();
     add_help_menu();
-    read_results(whose);
+    take_results(whose);
     connect(&picture(), &PictureWidget::picked, this, &TFrameSlvForm::pick);
     show_state();
 }
 
 TFrameSlvForm::~TFrameSlvForm() {
-    if (own_roles_) {
-        model.N_Fix = model.N_Load = 0;
-    }
     if (bars_built_) {
         reset_solids(solids); // no later command may take the bars for the frame's solids
     }
 }
 
-void TFrameSlvForm::read_results(ResultsOf whose) {
+QStringList TFrameSlvForm::read_files(ResultsOf whose) {
     std::vector<Fault> messages;
     {
         CollectedMessages collected;
         const BusyCursor busy;
-        valid_ = FrameSlv(model, result, work_dir, whose) == 0;
+        // The levels become those of the results, which is no change of the frame.
+        valid_ = FrameSlv(session_.project.model, result, work_dir, whose) == 0;
         messages = std::move(collected.faults);
     }
     QStringList told;
@@ -114,6 +113,16 @@ void TFrameSlvForm::read_results(ResultsOf whose) {
     for (const Fault& message : messages) {
         show_message(message);
     }
+    return told;
+}
+
+void TFrameSlvForm::take_results(std::optional<ResultsOf> whose) {
+    QStringList told;
+    if (whose) {
+        told = read_files(*whose);
+    } else {
+        valid_ = result.N_Stress > 0;
+    }
     for (QAction* item : needs_results_) {
         item->setEnabled(valid_);
     }
@@ -122,26 +131,19 @@ void TFrameSlvForm::read_results(ResultsOf whose) {
         status_->setText(told.join("　"));
         return;
     }
-    const ResultRoles roles = read_roles();
+    age_ = result_age(model, result);
     shown_.mode = mode_sign;
     shown_.upper = 100.0f;
     shown_.lower = 0.0f;
     shown_.TAU = view.TAU;
     shown_.FAI = view.FAI;
-    status_->setText(roles == ResultRoles::of_other_frame ? roles_of_other_frame : folder_text());
+    status_->setText(result.roles.state == ResultRoles::State::of_other_frame ? roles_of_other_frame
+                                                                              : folder_text());
     picture().set_overlay([this](PainterCanvas& canvas) {
         if (legend_) {
-            paint_legend(canvas, picture().width(), result_legend(result, shown_, scale_));
+            paint_legend(canvas, picture().width(), result_legend(result, shown_, scale_, age_));
         }
     });
-}
-
-ResultRoles TFrameSlvForm::read_roles() {
-    own_roles_ = model.N_Fix == 0 && model.N_Load == 0;
-    if (!own_roles_) {
-        return ResultRoles::read;
-    }
-    return load_result_roles(model, result, work_dir);
 }
 
 void TFrameSlvForm::add_file_menu() {
@@ -316,10 +318,10 @@ void TFrameSlvForm::show_selection() {
 
 int TFrameSlvForm::draw(Canvas& canvas, DrawArea& area) {
     shown_.area = area;
-    const int status = shown_.mode == mode_solids
-                           ? draw_marukaku(model, view, result, solids, perspective, lettering,
-                                           work_dir, canvas, shown_)
-                           : draw_result_picture(model, view, result, lettering, canvas, shown_);
+    const int status =
+        shown_.mode == mode_solids
+            ? draw_marukaku(view, result, solids, perspective, lettering, work_dir, canvas, shown_)
+            : draw_result_picture(view, result, lettering, canvas, shown_);
     area = shown_.area;
     return status;
 }
@@ -333,14 +335,15 @@ PictureFunction TFrameSlvForm::drawing(QSize size) {
             return -1;
         }
         if (legend_) {
-            paint_legend(canvas, size.width(), result_legend(result, shown_, scale_));
+            paint_legend(canvas, size.width(), result_legend(result, shown_, scale_, age_));
         }
         return 0;
     };
 }
 
 TablePrinter TFrameSlvForm::page() {
-    TablePrinter page("計算結果　" + qt_text(result_title(shown_, scale_)), qt_path(work_dir));
+    TablePrinter page("計算結果　" + qt_text(result_title(shown_, scale_, age_)),
+                      qt_path(work_dir));
     page.set_landscape(true);
     page.add_picture(page_picture, drawing(page_picture));
     return page;
@@ -433,8 +436,7 @@ int TFrameSlvForm::build_solids(bool all_members) {
         select_results(result, chosen);
     }
     DrawArea bounds = shown_.area;
-    if (status < 0 ||
-        (solids.n_trio > 0 && get_jiku_world(model, view, solids, work_dir, bounds) < 0)) {
+    if (status < 0 || (solids.n_trio > 0 && get_jiku_world(view, solids, bounds) < 0)) {
         reset_solids(solids);
         bars_built_ = false;
         if (shown_.mode == mode_solids) {
@@ -510,7 +512,7 @@ void TFrameSlvForm::save_list() {
     const fs::path path = result.N_Stress == 0 ? fs::path()
                                                : ask_save_file(work_dir, this, "計算結果の保存",
                                                                "計算結果 (*.*)|*.*", QString());
-    if (path.empty() && result.N_Stress > 0) {
+    if ((path.empty() && result.N_Stress > 0) || !may_save_results(this, model, age_)) {
         return;
     }
     if (save_listing(result, path) == 0) {
@@ -572,10 +574,11 @@ QString TFrameSlvForm::facts() const {
     if (!valid_) {
         return {};
     }
-    QString text = QString("部材 %1　節点 %2　最大軸力 %3 kgf")
-                       .arg(result.N_Stress)
-                       .arg(result.N_Setuten)
-                       .arg(result.force_max, 0, 'f', 1);
+    const QString mark = age_ == ResultAge::current ? "" : qt_text(age_words(age_)) + "　";
+    QString text = mark + QString("部材 %1　節点 %2　最大軸力 %3 kgf")
+                              .arg(result.N_Stress)
+                              .arg(result.N_Setuten)
+                              .arg(result.force_max, 0, 'f', 1);
     if (result.N_Setuten > 0) {
         text += QString("　最大変位 %1 cm").arg(result.disp[0].mag, 0, 'f', 3);
     }

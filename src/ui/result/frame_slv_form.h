@@ -1,13 +1,16 @@
 // The results window (計算結果表示).
 #pragma once
 
-#include "analysis/solver_roles.h"
+#include "analysis/result_input.h"
 #include "analysis/solver_run.h"
 #include "results/force_picture.h"
 #include "ui/picture/picture_window.h"
 #include "ui/picture/table_printer.h"
 
+#include <QStringList>
+
 #include <functional>
+#include <optional>
 #include <utility>
 #include <vector>
 
@@ -17,13 +20,15 @@ class TMarukakuForm;
 // Shows the result files of the working directory: forces by colour, width or band, the wire, the
 // displaced shape, square and round bars; with labels and a legend. A click chooses members, which
 // the lists beside the window (一覧) share. Made by reading the files: when that fails, its message
-// stands in the status bar too, and nothing is shown or open but the way back.
+// stands in the status bar too, and nothing is shown or open but the way back. Results that are not
+// of the model as it is are marked in the line of facts, the legend and the title of pictures.
 class TFrameSlvForm : public kigumi::PictureWindow {
     Q_OBJECT
 
   public:
+    // Without `whose` the results in memory are shown, and no file is read.
     explicit TFrameSlvForm(kigumi::Session& session, QWidget* parent = nullptr,
-                           kigumi::ResultsOf whose = kigumi::ResultsOf::any_frame);
+                           std::optional<kigumi::ResultsOf> whose = kigumi::ResultsOf::any_frame);
     ~TFrameSlvForm() override;
 
     // Results were read.
@@ -45,9 +50,9 @@ class TFrameSlvForm : public kigumi::PictureWindow {
         std::function<void()> follow;
     };
 
-    void read_results(kigumi::ResultsOf whose);
-    // Has supports and loads for the labels: the model's, else those of the solver's input.
-    kigumi::ResultRoles read_roles();
+    void take_results(std::optional<kigumi::ResultsOf> whose);
+    // Reads the files; what was said of it.
+    QStringList read_files(kigumi::ResultsOf whose);
     void add_file_menu();
     void add_view_menu();
     void add_mode_items(QMenu* menu);
@@ -97,7 +102,7 @@ class TFrameSlvForm : public kigumi::PictureWindow {
 
     kigumi::ResultView shown_;
     bool valid_ = false;
-    bool own_roles_ = false; // supports and loads were read for the labels alone
+    kigumi::ResultAge age_ = kigumi::ResultAge::current;
     bool legend_ = true;
     float scale_ = 1.0f;      // of the displaced shape
     bool bars_built_ = false; // the solids are bars of this window

@@ -1,5 +1,6 @@
 #include "ui/result/kekka_kensaku_form.h"
 
+#include "analysis/result_fit.h"
 #include "results/selection.h"
 #include "ui/data/search_boxes.h"
 #include "ui/kit/dialogs.h"
@@ -155,7 +156,7 @@ void TKekkaKensakuForm::count() {
     if (searches_.empty()) {
         return;
     }
-    const bool known = results_are_of_model(model, result);
+    const bool known = results_fit(model, result);
     section_->setEnabled(known);
     section_hint_->setVisible(!known);
     ResultQuery query;

@@ -1,5 +1,6 @@
 #include "ui/result/result_list_form.h"
 
+#include "analysis/result_input.h"
 #include "base/message.h"
 #include "results/result_csv.h"
 #include "ui/kit/dialogs.h"
@@ -59,6 +60,10 @@ ResultListForm::ResultListForm(Session& session, const ResultTable& table, const
 
 void ResultListForm::add_filter() {
     auto* all = static_cast<QVBoxLayout*>(layout());
+    age_ = make_label("KekkaAgeLabel");
+    age_->setText(age_sentence(result_age(model, result)));
+    age_->setVisible(!age_->text().isEmpty());
+    all->addWidget(age_);
     note_ = make_label("SetumeiLabel");
     all->addWidget(note_);
     filter_ = new QLineEdit;
@@ -223,6 +228,9 @@ TablePrinter ResultListForm::printed() const {
     table.marked = [this, rows](int row, int column) {
         return model_->is_largest(rows[static_cast<size_t>(row)], column);
     };
+    if (!age_->text().isEmpty()) {
+        pages.add_text(age_->text());
+    }
     if (note_printed_) {
         pages.add_text(note_->text());
     }

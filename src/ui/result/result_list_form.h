@@ -80,6 +80,7 @@ class ResultListForm : public QDialog, protected Desk {
     RowSelection* chosen_;
     QTableView* list_ = nullptr;
     QLineEdit* filter_ = nullptr;
+    QLabel* age_ = nullptr; // says that the results are not of the present input
     QLabel* note_ = nullptr;
     bool note_printed_ = false;
     QLabel* summary_ = nullptr;
