@@ -7,6 +7,18 @@
 
 namespace kigumi::test {
 
+namespace {
+
+// Before any project is made: a fault that the gate finds ends the test program.
+[[maybe_unused]] const int strict =
+#ifdef _WIN32
+    _putenv_s("KIGUMI_STRICT", "1");
+#else
+    setenv("KIGUMI_STRICT", "1", 1);
+#endif
+
+} // namespace
+
 void CoreTest::SetUp() {
     const auto* info = ::testing::UnitTest::GetInstance()->current_test_info();
     std::string name = std::string(info->test_suite_name()) + "." + info->name();

@@ -48,9 +48,6 @@ const char* find_project_fault(const Project& project) {
     if (project.stage < Stage::empty || project.stage > Stage::loaded) {
         return "作業の段階に意味がありません";
     }
-    if (project.stage == Stage::loaded && (model.N_Fix == 0 || model.N_Load == 0)) {
-        return "作業の段階が支点・荷重の表と合いません";
-    }
     if (!is_sound(project.param)) {
         return "基本データに誤りがあります";
     }

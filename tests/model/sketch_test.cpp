@@ -4,7 +4,6 @@
 #include "model/validate.h"
 #include "support.h"
 
-
 namespace kigumi {
 namespace {
 
