@@ -60,6 +60,7 @@ class Monkey {
     void type(QWidget& window);
     void stroke(QWidget& window);
     void hit_key(QWidget& window);
+    void step_back(QWidget& window);
     void turn(QWidget& window);
     void note(const QString& what, const QObject& on) {
         log_ += QString("%1 %2; ").arg(what, on.objectName()).toStdString();
@@ -257,6 +258,17 @@ void Monkey::hit_key(QWidget& window) {
     }
 }
 
+// Ctrl+Z, or Ctrl+Y, a few times, where the window has them.
+void Monkey::step_back(QWidget& window) {
+    const QKeySequence key(dice_.roll(3) == 0 ? "Ctrl+Y" : "Ctrl+Z");
+    for (QAction* action : window.actions()) {
+        for (int k = dice_.roll(4); k >= 0 && action->shortcuts().contains(key); --k) {
+            note("step", *action);
+            action->trigger();
+        }
+    }
+}
+
 void Monkey::press(QWidget& window) {
     sketched_ = sketched_ || std::string(window.metaObject()->className()) == "TTegakiForm";
     on_last_ = last_ == &window ? on_last_ + 1 : 0;
@@ -282,7 +294,7 @@ void Monkey::press(QWidget& window) {
     using Action = void (Monkey::*)(QWidget&);
     const std::vector<Action> actions = {&Monkey::trigger, &Monkey::trigger, &Monkey::click,
                                          &Monkey::click,   &Monkey::type,    &Monkey::stroke,
-                                         &Monkey::hit_key, &Monkey::turn};
+                                         &Monkey::hit_key, &Monkey::turn,    &Monkey::step_back};
     (this->*dice_.one_of(actions))(window);
 }
 

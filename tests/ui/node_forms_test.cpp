@@ -26,6 +26,8 @@ class NodeForms : public UiTest {
         ASSERT_EQ(put_fix(model, 0, 1, 1, 1), 0);
         ASSERT_EQ(put_load(model, 1, 0.0f, 0.0f, -200.0f), 0);
         ASSERT_EQ(put_load(model, 2, 5.0f, 0.0f, -200.0f), 0);
+        project.stage = Stage::made;
+        session.work.history.start(project);
     }
     static void press_key(const QWidget& window, const char* grid, Qt::Key key) {
         QKeyEvent event(QEvent::KeyPress, key, Qt::NoModifier);

@@ -3,13 +3,11 @@
 #include "model/members.h"
 #include "model/nodes.h"
 #include "model/roles.h"
-#include "model/sections.h"
 #include "model/sketch.h"
 #include "ui/kit/dialogs.h"
 
 #include <algorithm>
 #include <cmath>
-#include <memory>
 
 namespace kigumi {
 
@@ -26,26 +24,10 @@ bool fits_axis_data(const Project& project) {
     if (model.N_Fix > 0 || model.N_Load > 0 || any_role(model)) {
         return false;
     }
-    const auto fresh = std::make_unique<Model>(model);
-    if (rebuild_tables(*fresh) < 0 || fresh->N_Size != model.N_Size ||
-        fresh->N_Mat != model.N_Mat) {
-        return false;
-    }
-    const auto same = [](const auto& left, const auto& right, std::int32_t count) {
-        return std::equal(left.begin(), left.begin() + count, right.begin());
-    };
-    const SizeTable& size = model.size;
-    const SizeTable& new_size = fresh->size;
-    for (const auto values :
-         {&SizeTable::haba, &SizeTable::atumi, &SizeTable::length, &SizeTable::A, &SizeTable::Iy,
-          &SizeTable::Iz, &SizeTable::J, &SizeTable::angle}) {
-        if (!same(size.*values, new_size.*values, model.N_Size)) {
-            return false;
-        }
-    }
-    return same(model.mat.E, fresh->mat.E, model.N_Mat) &&
-           same(model.mat.poisson, fresh->mat.poisson, model.N_Mat) &&
-           same(model.mat.density, fresh->mat.density, model.N_Mat);
+    return std::none_of(model.edit.begin(), model.edit.begin() + model.N_Beam,
+                        [](const MemberEdit& edit) {
+                            return edit.section != 0 || edit.material != 0 || edit.species[0] != 0;
+                        });
 }
 
 QString sketch_summary(const Model& model) {

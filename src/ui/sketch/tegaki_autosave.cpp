@@ -33,17 +33,6 @@ fs::path numbered_copy(const fs::path& first, int k) {
     return k == 1 ? first : path_of(text_format("%s-%d%s", stem.c_str(), k, copy_ending));
 }
 
-// True for a lock that tells no program, as a loss of power leaves it. One just being made may look
-// so for a moment.
-bool is_torn(const QLockFile& lock, const QString& name) {
-    constexpr int moment = 60; // seconds
-    qint64 process = 0;
-    QString host;
-    QString program;
-    return !lock.getLockInfo(&process, &host, &program) &&
-           QFileInfo(name).lastModified().secsTo(QDateTime::currentDateTime()) > moment;
-}
-
 // Of the copies considered, the one written last whose program does not run any more.
 class NewestCopy {
   public:
@@ -68,19 +57,6 @@ fs::path autosave_path(const fs::path& work_dir, const fs::path& file) {
     const fs::path stem =
         file.empty() ? work_file(work_dir, nameless) : file.parent_path() / file.stem();
     return path_of(utf8_of(stem) + copy_ending);
-}
-
-CopyLock lock_copy(const fs::path& copy) {
-    const QString name = qt_path(copy) + ".lock";
-    auto lock = std::make_unique<QLockFile>(name);
-    lock->setStaleLockTime(0); // void by the end of its program, not by its age
-    const auto is_kept = [&lock] {
-        return !lock->tryLock(0) && lock->error() == QLockFile::LockFailedError;
-    };
-    if (is_kept() && (!is_torn(*lock, name) || !QFile::remove(name) || is_kept())) {
-        return nullptr;
-    }
-    return lock;
 }
 
 fs::path find_autosave(const fs::path& work_dir) {

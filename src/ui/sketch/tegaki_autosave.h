@@ -2,6 +2,7 @@
 #pragma once
 
 #include "base/files.h"
+#include "ui/kit/autosave.h"
 #include "ui/kit/session.h"
 
 #include <QLockFile>
@@ -15,14 +16,6 @@ namespace kigumi {
 // The copy of a sketch: "a.autosave.tgk" beside "a.tgk", "tegaki.autosave.tgk" in the working
 // directory for a sketch without a file.
 fs::path autosave_path(const fs::path& work_dir, const fs::path& file);
-
-// The lock of a copy, a file of its name with ".lock" behind it. Whoever writes a copy keeps its
-// lock, so that no other program offers it as left over; it is void once that program has ended on
-// this machine, in whatever way. Null while a program keeps it, here or on another machine. Where
-// no lock can be made, in a folder that takes no file, no copy can be written either: what comes
-// back then keeps nothing.
-using CopyLock = std::unique_ptr<QLockFile>;
-CopyLock lock_copy(const fs::path& copy);
 
 // The newest copy in the working directory whose program does not run any more, or an empty path.
 fs::path find_autosave(const fs::path& work_dir);

@@ -72,11 +72,6 @@ TTegakiForm::TTegakiForm(Session& session, QWidget* parent)
     connect(autosave_, &TegakiAutosave::failed, this, [this](const QString& why) {
         statusBar()->showMessage(QString("自動保存できません: %1").arg(why));
     });
-    connect(&session.news, &News::stepped, this, &TTegakiForm::follow_step);
-    connect(&session.news, &News::changed, this, [this] {
-        autosave_->note_change();
-        show_state();
-    });
     if (model.N_Node == 0) {
         document.file.clear();
         const fs::path copy = find_autosave(work_dir);
@@ -91,6 +86,11 @@ TTegakiForm::TTegakiForm(Session& session, QWidget* parent)
         return 0;
     });
     show_read_sketch();
+    connect(&session.news, &News::stepped, this, &TTegakiForm::follow_step);
+    connect(&session.news, &News::changed, this, [this] {
+        autosave_->note_change();
+        show_state();
+    });
 }
 
 void TTegakiForm::add_edit_menu() {
