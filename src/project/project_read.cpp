@@ -1,9 +1,11 @@
 #include "base/check.h"
 #include "base/format.h"
 #include "base/message.h"
+#include "model/names.h"
 #include "model/nodes.h"
 #include "model/validate.h"
 #include "project/json_tree.h"
+#include "project/project_fault.h"
 #include "project/project_fields.h"
 #include "project/project_file.h"
 
@@ -18,22 +20,11 @@ namespace {
 
 constexpr const char* cannot_read = "プロジェクトを読めません";
 
-// What a file gives; the rest of a project is derived or comes from elsewhere.
-struct Contents {
-    Model model;
-    Param param;
-    bool generated = false;
-    Shift shift;
-    SketchPlaces sketch_places;
-    Stage stage = Stage::empty;
-    View view;
-};
-
-// Reads the tree into tables of its own. Every function that answers bool answers false after
+// Reads the tree into a project of its own. Every function that answers bool answers false after
 // setting the fault.
 class Reader {
   public:
-    explicit Reader(Contents& to) : to_(to), model_(to.model) {}
+    explicit Reader(Project& to) : to_(to), model_(to.model) {}
 
     bool read(const JsonValue& root);
     Fault fault;
@@ -167,12 +158,10 @@ class Reader {
     template <class Record> bool read_role_name(const JsonValue& row, Record& record);
 
     Bounded node_number(std::int32_t& number) const { return {number, 1, model_.N_Node}; }
-    // -1, or the number of a section or material. Those of a sketch are without tables.
-    bool read_reference(const JsonValue& row, std::size_t index, std::int32_t& number, int count,
-                        int capacity);
-    bool is_unfinished() const { return to_.stage == Stage::empty || to_.stage == Stage::reading; }
+    // The number of a section or material; -1 or 0 while there is none.
+    static Bounded table_number(std::int32_t& number, int count) { return {number, -1, count}; }
 
-    Contents& to_;
+    Project& to_;
     Model& model_;
     std::vector<Step> way_;
     std::size_t fields_ = 0; // read of the object at hand
@@ -243,16 +232,6 @@ bool Reader::is_array(const JsonValue& value, std::size_t least, std::size_t mos
     return (size >= least && size <= most) || refuse(text_format("個数 %zu が範囲外です", size));
 }
 
-bool Reader::read_reference(const JsonValue& row, std::size_t index, std::int32_t& number,
-                            int count, int capacity) {
-    constexpr int unassigned = -1;
-    if (!item(row, index, Bounded{number, unassigned, is_unfinished() ? capacity : count})) {
-        return false;
-    }
-    return number != 0 || at({nullptr, index}, row.items[index],
-                             [this](const JsonValue&) { return refuse("番号か値が範囲外です"); });
-}
-
 bool Reader::read_stage(const JsonValue& value) {
     for (int stage = 0; stage < static_cast<int>(std::size(stage_names)); ++stage) {
         if (value.type == JsonValue::Type::text && value.text == stage_names[stage]) {
@@ -300,10 +279,8 @@ bool Reader::read_beam(const JsonValue& row, int i) {
     beam.no = number_at(i);
     if (!is_array(row, plain, whole) ||
         !head(row, node_number(beam.noi), node_number(beam.noj), beam.haba, beam.atumi,
-              Bounded{beam.kind, 0, kind_count - 1}) ||
-        !read_reference(row, 5, beam.size, model_.N_Size, size_capacity) ||
-        !read_reference(row, 6, beam.mat, model_.N_Mat, mat_capacity) ||
-        !item(row, 7, Bounded{beam.flag, 0, data_set})) {
+              Bounded{beam.kind, 0, kind_count - 1}, table_number(beam.size, model_.N_Size),
+              table_number(beam.mat, model_.N_Mat), Bounded{beam.flag, 0, data_set})) {
         return false;
     }
     if (row.items.size() != plain) {
@@ -520,16 +497,22 @@ bool Reader::read(const JsonValue& root) {
     });
 }
 
-bool check_contents(const Contents& contents, Fault& fault) {
-    const bool finished = contents.stage == Stage::made || contents.stage == Stage::loaded;
-    const char* found = finished ? find_model_fault(contents.model, true) : nullptr;
+bool is_sound(Project& read, Fault& fault) {
+    // Levels may be those of results that were shown when it was saved, which are not in the file.
+    const bool made = read.stage == Stage::made || read.stage == Stage::loaded;
+    const CollectedMessages unsaid;
+    if (made && find_level_fault(read.model) != nullptr && save_level_name(read.model) < 0) {
+        fault = {cannot_read, "座標の種類が多すぎます"};
+        return false;
+    }
+    const char* found = find_project_fault(read);
     if (found != nullptr) {
-        fault = {cannot_read, std::string("表の内容が合いません: ") + found};
+        fault = {cannot_read, std::string("内容が合いません: ") + found};
     }
     return found == nullptr;
 }
 
-void move_into(Contents& from, Project& project) {
+void move_into(Project& from, Project& project) {
     project.model = std::move(from.model);
     project.param = from.param;
     project.generated = from.generated;
@@ -560,17 +543,17 @@ int parse_project(std::string_view text, Project& project, Fault& fault) {
     if (text.size() > largest_project || !parse_json(text, root, fault.reason)) {
         return -1;
     }
-    const auto contents = std::make_unique<Contents>();
-    Reader reader(*contents);
+    const auto read = std::make_unique<Project>();
+    Reader reader(*read);
     if (!reader.read(root)) {
         fault = reader.fault;
         return -1;
     }
-    if (!check_contents(*contents, fault)) {
+    if (!is_sound(*read, fault)) {
         return -1;
     }
     fault = {};
-    move_into(*contents, project);
+    move_into(*read, project);
     return 0;
 }
 

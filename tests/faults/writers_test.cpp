@@ -11,6 +11,7 @@
 #include "files/tegaki.h"
 #include "generate/generate.h"
 #include "model/sections.h"
+#include "project/project_file.h"
 #include "results/listing.h"
 #include "results_support.h"
 #include "solid/solid.h"
@@ -62,6 +63,8 @@ const Writer writers[] = {
      [](Project& project, const fs::path& path) {
          return save_tegaki_data(project.model, project.sketch_places, path);
      }},
+    {"a.kigumi",
+     [](Project& project, const fs::path& path) { return save_project(project, path); }},
     {"FRAMESLV.IN",
      [](Project& project, const fs::path& path) { return save_honegumi(project.model, path); }},
     {"a.ydu",
@@ -69,9 +72,7 @@ const Writer writers[] = {
     {"a.dxf", [](Project& project,
                  const fs::path& path) { return make_dxf_file(project.work_dir, path, 1); }},
     {"a.w3d",
-     [](Project& project, const fs::path& path) {
-         return save_win3d(project.solids, path);
-     }},
+     [](Project& project, const fs::path& path) { return save_win3d(project.solids, path); }},
     {"list.txt",
      [](Project& project, const fs::path& path) { return save_listing(project.result, path); }},
     {"a.out",

@@ -17,6 +17,7 @@ constexpr Target targets[] = {
     {"results", read_results},   {"trio", read_trio},   {"temp", read_temp},
     {"symbol", read_symbol},     {"roles", read_roles}, {"solver", read_solver},
     {"settings", read_settings}, {"marks", read_marks}, {"arguments", read_arguments},
+    {"project", read_project},
 };
 
 int message_count = 0;

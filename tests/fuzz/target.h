@@ -34,6 +34,7 @@ void read_solver(Project& project, std::string_view input);
 void read_settings(Project& project, std::string_view input);
 void read_marks(Project& project, std::string_view input);
 void read_arguments(Project& project, std::string_view input);
+void read_project(Project& project, std::string_view input);
 
 std::span<const Target> all_targets();
 // Null when there is no target of that name.
