@@ -8,13 +8,10 @@
 #include <QFile>
 #include <QFileInfo>
 
-#include <chrono>
-
 namespace kigumi {
 
 namespace {
 
-constexpr std::chrono::seconds interval{15};
 constexpr const char* copy_ending = ".kigumi";
 constexpr const char* name_ending = ".file"; // beside a copy: the path of the work's own file
 
@@ -85,7 +82,7 @@ void remove_copy(const fs::path& copy) {
 
 Autosave::Autosave(Session& session, QObject* parent) : QObject(parent), Desk(session) {
     connect(&timer_, &QTimer::timeout, this, &Autosave::tick);
-    timer_.start(interval);
+    timer_.start(autosave_interval);
 }
 
 void Autosave::adopt(LeftCopy left) {

@@ -7,6 +7,7 @@
 #include <QLockFile>
 #include <QTimer>
 
+#include <chrono>
 #include <memory>
 #include <optional>
 
@@ -37,8 +38,11 @@ std::optional<LeftCopy> find_left_copy(const fs::path& folder);
 // Removes a copy with what belongs to it.
 void remove_copy(const fs::path& copy);
 
-// Writes the project's copy while its work is not saved, at most 15 s after a change, and removes
-// it once the work is saved. A copy that cannot be written is told once, without a box.
+// Between two looks whether there is something to write.
+constexpr std::chrono::seconds autosave_interval{15};
+
+// Writes the project's copy while its work is not saved, at most autosave_interval after a change,
+// and removes it once the work is saved. A copy that cannot be written is told once, without a box.
 class Autosave : public QObject, protected Desk {
     Q_OBJECT
 
@@ -49,7 +53,7 @@ class Autosave : public QObject, protected Desk {
     void adopt(LeftCopy left);
     // The work is safe, or given up: its copy is removed.
     void remove();
-    // What happens every 15 s.
+    // What happens after every autosave_interval.
     void tick();
 
   signals:

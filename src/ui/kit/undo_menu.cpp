@@ -78,8 +78,8 @@ bool UndoActions::can_redo() const {
 void UndoActions::refresh() {
     const History& history = session_.work.history;
     const bool half = is_half_done && is_half_done();
-    undo_->setText(item_text("元に戻す", "U",
-                             can_undo() && !half ? history.undo_name() : std::string()));
+    undo_->setText(
+        item_text("元に戻す", "U", can_undo() && !half ? history.undo_name() : std::string()));
     redo_->setText(item_text("やり直し", "R", can_redo() ? history.redo_name() : std::string()));
     undo_->setEnabled(can_undo() || half);
     redo_->setEnabled(can_redo());

@@ -334,7 +334,7 @@ bool TMainForm::save_textbook_input() {
 
 void TMainForm::save_result_files() {
     const auto age = stored_result_age(model, work_dir);
-    if (age && !may_save_results(this, *age)) {
+    if (age && !may_save_results(this, model, *age)) {
         return;
     }
     const fs::path path =

@@ -64,7 +64,7 @@ QMenu* TMainForm::add_project_items(QMenu* file) {
     QAction* save = add_item(
         file, "SaveProjectMenu", "保存(&E)", [this] { save_work(); }, QKeySequence::Save);
     QAction* save_as = add_item(
-        file, "SaveAsMenu", "名前を付けて保存(&V)...", [this] { save_work_as(); },
+        file, "SaveAsMenu", "名前を付けて保存(&M)...", [this] { save_work_as(); },
         QKeySequence("Ctrl+Shift+S"));
     opened_by_.emplace_back(save, &CommandFlags::SaveProjectMenu);
     opened_by_.emplace_back(save_as, &CommandFlags::SaveAsMenu);

@@ -4,10 +4,6 @@
 #include "ui/kit/dialogs.h"
 #include "ui/kit/document.h"
 
-#include <QDateTime>
-#include <QFile>
-#include <QFileInfo>
-
 #include <chrono>
 
 namespace kigumi {
