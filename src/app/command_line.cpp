@@ -84,7 +84,8 @@ class CommandLine {
     void read_draw_texts();
 
     CLI::App app_{"kigumi - 木造スペース床の設計\n"
-                  "コマンドなしで起動すると、今のフォルダでウィンドウを開きます。"};
+                  "コマンドなしで起動すると、今のフォルダでウィンドウを開きます。\n"
+                  "ファイル（.kigumi .jik .tgk）だけを付けると、それを開きます。"};
     CLI::App* generate_ = nullptr;
     CLI::App* info_ = nullptr;
     CLI::App* convert_ = nullptr;
@@ -144,22 +145,26 @@ void CommandLine::add_help(CLI::App& command) {
 }
 
 void CommandLine::add_generate() {
-    generate_ = app_.add_subcommand("generate", "寸法から骨組を作り、軸データを保存します");
+    generate_ = app_.add_subcommand("generate", "寸法から骨組を作り、保存します");
     generate_->add_option("NAME=VALUE", generate_options_.settings,
                           "パラメータ（NX=12 TukaHaba=90.9 SumiType=1 N_Sou=2 YaneMode=-1 など）");
-    generate_->add_option("-o,--output", generate_options_.output, "軸データ（.jik）")->required();
+    generate_
+        ->add_option("-o,--output", generate_options_.output,
+                     "プロジェクト（.kigumi）または軸データ（.jik）")
+        ->required();
     generate_->add_option("--move", move_, "座標移動 DX,DY,DZ（cm）");
 }
 
 void CommandLine::add_info() {
     info_ = app_.add_subcommand("info", "骨組の数量を表示します");
-    info_->add_option("FILE", input_, "軸データ（.jik）または手書データ（.tgk）")->required();
+    info_->add_option("FILE", input_, "骨組（.kigumi .jik .tgk）")->required();
 }
 
 void CommandLine::add_convert() {
     convert_ = app_.add_subcommand("convert", "骨組を別の形式で保存します");
-    convert_->add_option("IN", input_, "軸データ（.jik）または手書データ（.tgk）")->required();
-    convert_->add_option("-o,--output", output_, "出力（.jik .bon .ydu .tgk .dxf .dat .w3d）")
+    convert_->add_option("IN", input_, "骨組（.kigumi .jik .tgk）")->required();
+    convert_
+        ->add_option("-o,--output", output_, "出力（.kigumi .jik .bon .ydu .tgk .dxf .dat .w3d）")
         ->required();
     convert_->add_option("--colour", colour_, "DXF の線の色 1..6")
         ->check(CLI::Range(1, 6))
@@ -169,14 +174,14 @@ void CommandLine::add_convert() {
 
 void CommandLine::add_solve() {
     solve_ = app_.add_subcommand("solve", "構造解析を行います");
-    solve_->add_option("IN", input_, "軸データ（.jik）または手書データ（.tgk）")->required();
+    solve_->add_option("IN", input_, "骨組（.kigumi .jik .tgk）")->required();
     solve_->add_option("--dir", dir_, "解析を行うフォルダ");
     solve_roles_.add_to(*solve_);
 }
 
 void CommandLine::add_draw() {
     draw_ = app_.add_subcommand("draw", "図を描きます");
-    draw_->add_option("IN", draw_options_.input, "軸データ（.jik）または手書データ（.tgk）");
+    draw_->add_option("IN", draw_options_.input, "骨組（.kigumi .jik .tgk）");
     draw_->add_option("--dir", draw_options_.dir, "計算結果のフォルダ");
     draw_
         ->add_option("--mode", draw_options_.mode,
@@ -211,9 +216,8 @@ void CommandLine::add_listing() {
 
 void CommandLine::add_report() {
     report_ = app_.add_subcommand("report", "計算結果の報告書（PDF）を作ります");
-    report_->add_option(
-        "IN", report_options_.input,
-        "解析した軸データ（.jik）または手書データ（.tgk）。区分ごとの材積に使います");
+    report_->add_option("IN", report_options_.input,
+                        "解析した骨組（.kigumi .jik .tgk）。区分ごとの材積に使います");
     report_->add_option("--dir", report_options_.dir, "計算結果のフォルダ")->required();
     report_->add_option("-o,--output", report_options_.output, "報告書（.pdf）")->required();
 }

@@ -8,6 +8,7 @@
 #include "model/roles.h"
 #include "model/sections.h"
 #include "model/select.h"
+#include "project/project_file.h"
 #include "solid/solid.h"
 
 namespace kigumi {
@@ -73,7 +74,44 @@ int set_parameters(Project& project, const std::vector<std::string>& settings) {
     return check_param(project.param, choice);
 }
 
+namespace {
+
+// A project has its tables; a sketch that is not finished gets those of a hand-drawn file.
+int read_project(Project& project, const std::string& input) {
+    if (load_project(path_of(input), project) < 0) {
+        return -1;
+    }
+    Model& model = project.model;
+    if (model.N_Beam == 0) {
+        return refuse(input + ": 部材がありません");
+    }
+    if (!has_own_roles(project)) {
+        return rebuild_tables(model);
+    }
+    forget_found(model);
+    return model.fix_load_edited != 0 ? 0 : make_fix_and_load(model);
+}
+
+// The records of a table by node position; null where there is none.
+template <class Records> auto by_node(const Model& model, const Records& records) {
+    std::vector<const typename Records::value_type*> found(static_cast<std::size_t>(model.N_Node),
+                                                           nullptr);
+    for (const auto& record : records) {
+        found[static_cast<std::size_t>(position_of(record.no))] = &record;
+    }
+    return found;
+}
+
+} // namespace
+
+bool has_own_roles(const Project& project) {
+    return project.stage == Stage::made || project.stage == Stage::loaded;
+}
+
 int read_frame(Project& project, const std::string& input) {
+    if (ending_of(path_of(input)) == project_ending) {
+        return read_project(project, input);
+    }
     Fault fault;
     std::optional<ScopedMessageSink> joining(std::in_place, [&fault](const Fault& told) {
         fault.sentence += (fault.sentence.empty() ? "" : " ") + told.sentence;
@@ -111,7 +149,12 @@ int read_frame(Project& project, const std::string& input) {
 }
 
 int mark_roles(Project& project, const std::vector<RoleOption>& roles) {
+    if (roles.empty() && has_own_roles(project)) {
+        return 0;
+    }
     std::vector<const RoleOption*> role_of(project.model.N_Node, nullptr);
+    bool fixes_given = !has_own_roles(project);
+    bool loads_given = fixes_given;
     for (const RoleOption& role : roles) {
         const std::vector<int> nodes = select_nodes(project.model, role.selector);
         if (nodes.empty()) {
@@ -120,18 +163,33 @@ int mark_roles(Project& project, const std::vector<RoleOption>& roles) {
         for (const int at : nodes) {
             role_of[at] = &role;
         }
+        (role.load ? loads_given : fixes_given) = true;
     }
-    project.model.N_Fix = project.model.N_Load = 0;
-    for (int i = 0; i < project.model.N_Node; ++i) {
+    Model& model = project.model;
+    const std::vector<Fix> fixes(model.fix.begin(),
+                                 model.fix.begin() + (fixes_given ? 0 : model.N_Fix));
+    const std::vector<Load> loads(model.load.begin(),
+                                  model.load.begin() + (loads_given ? 0 : model.N_Load));
+    const auto fix_of = by_node(model, fixes);
+    const auto load_of = by_node(model, loads);
+    model.N_Fix = model.N_Load = 0;
+    model.fix_load_edited = roles.empty() ? 0 : 1;
+    for (int i = 0; i < model.N_Node; ++i) {
         const RoleOption* role = role_of[i];
-        Node& node = project.model.node[i];
-        node.flag = role == nullptr ? role_plain : role->load ? role_loaded : role_fixed;
-        if (role == nullptr) {
-            continue;
+        const Fix* fix = role == nullptr ? fix_of[i] : nullptr;
+        const Load* load = role == nullptr ? load_of[i] : nullptr;
+        Node& node = model.node[i];
+        int status = 0;
+        node.flag = role_plain;
+        if (fix != nullptr || (role != nullptr && !role->load)) {
+            node.flag = role_fixed;
+            status = fix != nullptr ? append_fix(model, node.no, fix->ix, fix->iy, fix->iz)
+                                    : append_fix(model, node.no, 1, 1, 1);
+        } else if (load != nullptr || role != nullptr) {
+            node.flag = role_loaded;
+            status = load != nullptr ? append_load(model, node.no, load->fx, load->fy, load->fz)
+                                     : append_load(model, node.no, role->fx, role->fy, role->fz);
         }
-        const int status = role->load
-                               ? append_load(project.model, node.no, role->fx, role->fy, role->fz)
-                               : append_fix(project.model, node.no, 1, 1, 1);
         if (status < 0) {
             return -1;
         }

@@ -22,16 +22,14 @@ int save_jiku_data(const Model& model, const fs::path& path, const Shift& shift)
 int save_jiku_selection(const Model& model, const fs::path& path, const std::vector<int>& positions,
                         const Shift& shift);
 
-// Appends the members of an axis data file to the model, finding or adding their nodes, widens the
-// model bounds and writes the volume summary Youseki.dat into the working directory. The number of
-// members read, or -1: after a message when a line is wrong (the members before it stay), without
-// one when the file cannot be opened; `reason` then says why, or in which line the file is wrong.
+// Appends the members of an axis data file to the model, each in the category of the group label
+// before it (kind_none without one, its own in a unit line), finding or adding their nodes, widens
+// the model bounds and writes the volume summary Youseki.dat into the working directory. The number
+// of members read, or -1: after a message when a line is wrong (the members before it stay),
+// without one when the file cannot be opened; `reason` then says why, or in which line the file is
+// wrong.
 int load_jiku_data(Model& model, Solids& solids, const fs::path& work_dir, const fs::path& path,
                    std::string* reason = nullptr);
-
-// Category told by the group label before each member of the file read last (kind_none where there
-// was none), by member position; `Beam::kind` of members read stays 0.
-const std::vector<std::int32_t>& jiku_label_kinds(const Model& model);
 
 // Timber of a member, m³: its length × width × thickness.
 double beam_volume(const Beam& beam);

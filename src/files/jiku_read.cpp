@@ -134,7 +134,6 @@ class Reader {
 };
 
 int Reader::read(const fs::path& work_dir, std::string* reason) {
-    model_.label_kinds.assign(model_.N_Beam, kind_none);
     std::string_view line;
     Outcome outcome = Outcome::go_on;
     while (outcome == Outcome::go_on && lines_.next(line)) {
@@ -213,11 +212,10 @@ int Reader::add_member(std::string_view line) {
         return -1;
     }
     const int at = append_beam(model_, {value[0], value[1], value[2]},
-                               {value[3], value[4], value[5]}, value[6], value[7], kind_none, 0);
+                               {value[3], value[4], value[5]}, value[6], value[7], group_, 0);
     if (at >= 0) {
-        widen_bounds(model_, value[0], value[1], value[2]);
-        widen_bounds(model_, value[3], value[4], value[5]);
-        model_.label_kinds.push_back(group_);
+        widen_bounds(solids_, value[0], value[1], value[2]);
+        widen_bounds(solids_, value[3], value[4], value[5]);
     }
     return at;
 }
@@ -245,13 +243,7 @@ bool Reader::add_round(std::string_view line) {
 }
 
 bool Reader::expand_unit(std::string_view line) {
-    if (bunkai_shazai(model_, solids_, line) < 0) {
-        return false;
-    }
-    while (static_cast<int>(model_.label_kinds.size()) < model_.N_Beam) {
-        model_.label_kinds.push_back(model_.beam[model_.label_kinds.size()].kind);
-    }
-    return true;
+    return bunkai_shazai(model_, solids_, line) >= 0;
 }
 
 } // namespace
@@ -268,11 +260,8 @@ int load_jiku_data(Model& model, Solids& solids, const fs::path& work_dir, const
     if (text.starts_with(utf8_mark)) {
         text.remove_prefix(utf8_mark.size());
     }
+    reset_bounds(solids);
     return Reader(model, solids, text).read(work_dir, reason);
-}
-
-const std::vector<std::int32_t>& jiku_label_kinds(const Model& model) {
-    return model.label_kinds;
 }
 
 } // namespace kigumi
