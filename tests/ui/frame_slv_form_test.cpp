@@ -1,6 +1,7 @@
 // The results window, driven on result files of its own.
 #include "ui/result/frame_slv_form.h"
 
+#include "analysis/result_input.h"
 #include "analysis/solver_input.h"
 #include "model/members.h"
 #include "model/roles.h"
@@ -9,9 +10,12 @@
 #include "results/selection.h"
 #include "results_support.h"
 #include "solid/solid.h"
+#include "ui/kit/command_flags.h"
+#include "ui/kit/folder_lock.h"
 #include "ui/result/kekka_ichiran_form.h"
 
 #include <QMessageBox>
+#include <QStatusBar>
 
 namespace kigumi::test {
 
@@ -258,6 +262,65 @@ TEST_F(ResultsWindow, LabelsComeFromTheInputOfTheseResultsOnly) {
     EXPECT_EQ(label_text(window, "StatusLabel"), roles_of_other_frame);
     item(window, "WireMenu")->trigger();
     EXPECT_TRUE(label_text(window, "StatusLabel").starts_with("計算結果のフォルダ"));
+}
+
+// The frame of the row, and the record that the results are of it.
+TEST_F(ResultsWindow, ResultsOfAnEditedFrameAreMarkedAndAskedAbout) {
+    for (int i = 0; i < 3; ++i) {
+        const float x = static_cast<float>(i + 1) * 100.0f;
+        append_beam(model, {x, 0.0f, 0.0f}, {x + 100.0f, 0.0f, 0.0f}, 10.0f, 10.0f, kind_none, 2);
+    }
+    ASSERT_EQ(rebuild_tables(model), 0);
+    append_fix(model, 1, 1, 1, 1);
+    append_load(model, 4, 0.0f, 0.0f, -1.0f);
+    ASSERT_EQ(save_result_input(work_dir, {fingerprint(model), SelfWeight::no}), 0);
+    project.stage = Stage::loaded;
+    const auto facts = [](const TFrameSlvForm& window) { return label_text(window, "FactsLabel"); };
+    {
+        TFrameSlvForm window(session, nullptr, ResultsOf::this_model);
+        EXPECT_TRUE(facts(window).starts_with("部材 3"));
+        EXPECT_TRUE(command_flags(project, true).KekkaHyoujiMenu);
+    }
+    model.load[0].fz = -5000.0f;
+    fs::remove(work_file(work_dir, "frameslv.dsp")); // the memory holds what is shown
+    TFrameSlvForm window(session, nullptr, std::nullopt);
+    ASSERT_TRUE(window.valid());
+    EXPECT_TRUE(facts(window).starts_with("古い結果　部材 3"));
+    EXPECT_TRUE(
+        label_text(TKekkaIchiranForm(session, nullptr), "KekkaAgeLabel").starts_with("古い結果"));
+    EXPECT_EQ(window.windowTitle(), "計算結果表示");
+    window.show();
+    const fs::path list = work_file(work_dir, "list.txt");
+    for (const char* answer : {"いいえ", "はい"}) {
+        bool asked = false;
+        Player player;
+        player.menu("TFrameSlvForm", "KekkaSaveMenu").file(list);
+        player.step("question", [&asked, answer] {
+            auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+            if (box == nullptr) {
+                return false;
+            }
+            asked = box->text().startsWith("この結果は今の骨組");
+            press_word(*box, answer);
+            return true;
+        });
+        player.play();
+        EXPECT_TRUE(asked) << answer;
+        EXPECT_EQ(fs::exists(list), std::string_view(answer) == "はい");
+    }
+    model.load[0].fz = -1.0f; // taken back
+    EXPECT_TRUE(facts(TFrameSlvForm(session, nullptr, std::nullopt)).starts_with("部材 3"));
+}
+
+TEST_F(ResultsWindow, ASecondProgramInTheFolderIsTold) {
+    QStatusBar first;
+    QStatusBar second;
+    auto own = std::make_unique<FolderLock>(work_dir, first);
+    EXPECT_FALSE(own->shared());
+    EXPECT_TRUE(FolderLock(work_dir, second).shared());
+    EXPECT_EQ(label_text(second, "FolderLabel"), "別の kigumi がこの作業フォルダを使っています");
+    own.reset();
+    EXPECT_FALSE(FolderLock(work_dir, first).shared());
 }
 
 TEST_F(ResultsWindow, SavesListDrawingAndPictures) {

@@ -100,7 +100,12 @@ QStringList TFrameSlvForm::read_files(ResultsOf whose) {
         CollectedMessages collected;
         const BusyCursor busy;
         // The levels become those of the results, which is no change of the frame.
+        History& history = session_.work.history;
+        const bool same = !history.differs(session_.project);
         valid_ = FrameSlv(session_.project.model, result, work_dir, whose) == 0;
+        if (same) {
+            history.amend(session_.project);
+        }
         messages = std::move(collected.faults);
     }
     QStringList told;
