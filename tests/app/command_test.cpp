@@ -1,9 +1,13 @@
 #include "process.h"
 
-#include "analysis/result.h"
+#include "analysis/result_input.h"
 #include "analysis/solver_run.h"
 #include "base/message.h"
+#include "files/jiku.h"
 #include "files/tegaki.h"
+#include "generate/generate.h"
+#include "model/roles.h"
+#include "model/sections.h"
 #include "model/sketch.h"
 #include "project/project.h"
 
@@ -128,7 +132,7 @@ TEST_F(Command, SolveSaysWhenTheFoldersOwnSolverRuns) {
 TEST_F(Command, ConvertToEveryFormat) {
     generate();
     const std::string info = quantities(succeed({"info", "frame.jik"}));
-    for (const char* ending : {"jik", "bon", "ydu", "tgk", "dxf", "dat", "w3d", "DXF"}) {
+    for (const char* ending : {"jik", "bon", "ydu", "tgk", "dxf", "dat", "w3d", "DXF", "kigumi"}) {
         const std::string name = std::string("out.") + ending;
         succeed({"convert", "frame.jik", "-o", name, "--fix", "bottom", "--load", "top:0,0,-200"});
         EXPECT_GT(bytes(name.c_str()).size(), 1000u) << name;
@@ -143,8 +147,48 @@ TEST_F(Command, ConvertToEveryFormat) {
         << "a sketch that is complete, with supports and loads or not";
     succeed({"convert", "out.tgk", "-o", "again.jik"});
     succeed({"convert", "out.jik", "-o", "again.tgk"});
-    EXPECT_EQ(bytes("again.jik"), bytes("out.jik"));
+    EXPECT_EQ(quantities(succeed({"info", "again.jik"})), info); // a sketch has no categories
     EXPECT_EQ(quantities(succeed({"info", "again.tgk"})), info);
+}
+
+// Members by category, as info prints them.
+std::string kinds(const std::string& info) {
+    std::string kept;
+    for (size_t start = 0; start < info.size();) {
+        const size_t end = info.find('\n', start) + 1;
+        kept += info[start] == ' ' ? info.substr(start, end - start) : "";
+        start = end;
+    }
+    return kept;
+}
+
+TEST_F(Command, ProjectIsTakenByEveryCommand) {
+    succeed({"generate", "NX=2", "NY=1", "--move", "10,0,0", "-o", "a.kigumi"});
+    succeed({"generate", "NX=2", "NY=1", "--move", "10,0,0", "-o", "direct.jik"});
+    succeed({"convert", "a.kigumi", "-o", "through.jik"});
+    EXPECT_EQ(bytes("through.jik"), bytes("direct.jik")) << "with the shift of the project";
+    succeed({"convert", "direct.jik", "-o", "again.jik"});
+    EXPECT_EQ(kinds(succeed({"info", "again.jik"})), kinds(succeed({"info", "a.kigumi"})));
+    EXPECT_EQ(bytes("again.jik"), bytes("direct.jik")) << "with its groups";
+
+    const Arguments roles = {"--fix", "bottom", "--load", "top:1.5,0,-200"};
+    const auto with_roles = [&roles](Arguments arguments) {
+        arguments.insert(arguments.end(), roles.begin(), roles.end());
+        return arguments;
+    };
+    succeed(with_roles({"convert", "a.kigumi", "-o", "b.kigumi"}));
+    succeed({"convert", "b.kigumi", "-o", "c.kigumi"});
+    EXPECT_EQ(bytes("c.kigumi"), bytes("b.kigumi"));
+    const std::string told = succeed({"solve", "b.kigumi", "--dir", "own"});
+    EXPECT_TRUE(contains(told, "固定節点 12、荷重節点 14")) << "those of the project: " << told;
+    succeed(with_roles({"solve", "a.kigumi", "--dir", "given"}));
+    EXPECT_EQ(bytes("own/FRAMESLV.IN"), bytes("given/FRAMESLV.IN"));
+    const std::string other =
+        succeed({"solve", "b.kigumi", "--dir", "other", "--load", "X00Y00Z01:0,0,-5"});
+    EXPECT_TRUE(contains(other, "固定節点 12、荷重節点 1")) << other;
+    succeed({"draw", "b.kigumi", "-o", "a.svg"});
+    succeed({"draw", "b.kigumi", "--dir", "own", "--mode", "force", "-o", "b.svg"});
+    succeed({"report", "b.kigumi", "--dir", "own", "-o", "a.pdf"});
 }
 
 // The last role given to a node holds, in the order of the command line.
@@ -216,6 +260,59 @@ TEST_F(Command, ReportWithAndWithoutTheFrame) {
     EXPECT_GE(pages_of(bytes("bare.pdf")), 2u) << "without supports and loads";
 }
 
+// The frame as it lies in memory, saved as axis data and read again: other numbers, other order.
+TEST_F(Command, ReportTakesTheFramesOwnFile) {
+    const auto project = std::make_unique<Project>();
+    project->work_dir = folder_;
+    Model& model = project->model;
+    ASSERT_EQ(make_unit(model, project->param, project->solids), 0);
+    ASSERT_EQ(save_jiku_data(model, folder_ / "unit.jik", {}), 0);
+    std::reverse(model.beam.begin(), model.beam.begin() + model.N_Beam);
+    for (int i = 0; i < model.N_Beam; ++i) {
+        model.beam[i].no = number_at(i);
+    }
+    ASSERT_EQ(rebuild_tables(model), 0);
+    for (int i = 0; i < model.N_Node; ++i) {
+        const Node& node = model.node[i];
+        node.z <= model.Zval[0] ? append_fix(model, node.no, 1, 1, 1)
+                                : append_load(model, node.no, 0.0f, 0.0f, -10.0f);
+    }
+    SolverOutcome outcome;
+    ASSERT_EQ(run_solver(model, project->solver_seams, folder_, outcome), 0);
+    ASSERT_EQ(outcome.status, 0);
+    succeed({"report", "unit.jik", "--dir", ".", "-o", "a.pdf"});
+}
+
+TEST_F(Command, ResultsOfAnotherInputAreTold) {
+    generate();
+    succeed({"solve", "frame.jik", "--dir", "s", "--fix", "bottom", "--load", "top:0,0,-200"});
+    EXPECT_EQ(read_result_input(folder_ / "s").self_weight, SelfWeight::no);
+    const auto told = [this](const Arguments& arguments) {
+        const Outcome outcome = run(arguments);
+        EXPECT_EQ(outcome.status, 0) << outcome.err;
+        return outcome.err;
+    };
+    succeed(
+        {"convert", "frame.jik", "-o", "s/new.bon", "--fix", "bottom", "--load", "top:0,0,-5000"});
+    fs::rename(folder_ / "s" / "FRAMESLV.IN", folder_ / "s" / "old.in");
+    fs::rename(folder_ / "s" / "new.bon", folder_ / "s" / "FRAMESLV.IN");
+    for (const Arguments& arguments :
+         {Arguments{"listing", "--dir", "s", "-o", "a.txt"},
+          Arguments{"report", "--dir", "s", "-o", "a.pdf"},
+          Arguments{"report", "frame.jik", "--dir", "s", "-o", "a.pdf"},
+          Arguments{"draw", "--dir", "s", "--mode", "force", "--labels", "load", "-o", "a.png"}}) {
+        EXPECT_TRUE(contains(told(arguments), "古い結果")) << arguments[0];
+    }
+    fs::rename(folder_ / "s" / "old.in", folder_ / "s" / "FRAMESLV.IN");
+    succeed({"listing", "--dir", "s", "-o", "a.txt"});
+    // The solver by hand, with an option of its own.
+    const std::string by_hand = "cd '" + (folder_ / "s").string() + "' && '" +
+                                find_solver(folder_).string() + "' --self-weight >/dev/null 2>&1";
+    ASSERT_EQ(std::system(by_hand.c_str()), 0);
+    EXPECT_TRUE(contains(told({"report", "--dir", "s", "-o", "a.pdf"}), "入力不明"));
+    EXPECT_NE(read_result_input(folder_ / "s").self_weight, SelfWeight::no);
+}
+
 TEST_F(Command, DrawEveryModeAndFormat) {
     generate({"NX=1", "NY=1"});
     succeed({"solve", "frame.jik", "--dir", "s", "--fix", "bottom", "--load", "top:0,0,-200"});
@@ -284,6 +381,8 @@ const Refusal refusals[] = {
     {"input_folder", {"convert", "folder", "-o", "old.dxf"}, 1, "folder: フォルダです"},
     {"input_noise", {"convert", "noise.jik", "-o", "old.dxf"}, 1, "最初の文字は"},
     {"sketch_missing", {"convert", "none.tgk", "-o", "old.dxf"}, 1, "Can't open TEGAKI_FILE"},
+    {"project_newer", {"info", "newer.kigumi"}, 1, "読めない新しい形式です"},
+    {"project_cut_off", {"solve", "cut.kigumi"}, 1, "cut.kigumi: 2 行目: 途中で終わっています"},
     {"sketch_without_members", {"info", "sketch.tgk"}, 1, "部材がありません"},
     {"output_format", {"convert", "frame.jik", "-o", "old.txt"}, 2, "出力の形式は"},
     {"picture_format", {"draw", "frame.jik", "-o", "old.txt"}, 2, "図の形式は"},
@@ -316,6 +415,8 @@ TEST_F(Command, RefusalSaysWhyInOneLineAndLeavesAllFiles) {
     fs::create_directories(folder_ / "folder");
     fs::copy(folder_ / "s", folder_ / "cut-off");
     std::ofstream(folder_ / "cut-off" / "frameslv.lst") << "37\n1 1 0.0";
+    std::ofstream(folder_ / "newer.kigumi") << "{\"format\": \"kigumi\", \"version\": 2}";
+    std::ofstream(folder_ / "cut.kigumi") << "{\"format\":\n";
     std::ofstream(folder_ / "noise.jik") << "\x89PNG\r\n\x1a\n\x01\xff\xfe";
     std::ofstream(folder_ / "sketch.tgk") << "     0\r\n     0\r\n";
     const char* const kept[] = {"old.jik", "old.tgk", "old.bon", "old.dxf",

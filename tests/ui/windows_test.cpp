@@ -109,10 +109,10 @@ TEST_F(Windows, UnsavedWorkIsAskedAbout) {
     player_.menu("TMainForm", "SinkiMenu").answer("キャンセル");
     player_.step("still there", [this] { return model.N_Beam > 0; });
     player_.close("TMainForm").answer("キャンセル").menu("TMainForm", "ExitMenu");
-    player_.answer("保存する").file(work_file(work_dir, "kept.jik")).gone("TMainForm");
+    player_.answer("保存する").file(work_file(work_dir, "kept.kigumi")).gone("TMainForm");
     player_.play();
     EXPECT_FALSE(is_unsaved(session.work));
-    EXPECT_TRUE(fs::exists(work_file(work_dir, "kept.jik")));
+    EXPECT_TRUE(fs::exists(work_file(work_dir, "kept.kigumi")));
     EXPECT_EQ(read_file(work_file(work_dir, "SPY.TXT"))->substr(0, 11), "Spy Start\r\n");
 }
 
@@ -138,12 +138,16 @@ TEST_F(Windows, SearchWritesTheChosenMembersOnly) {
 }
 
 // Names of the commands that are open in this state.
-std::string open_commands(Stage stage, bool results) {
+std::string open_commands(Stage stage, bool results, bool generated = false) {
     const auto project = std::make_unique<Project>();
     project->stage = stage;
+    project->generated = generated;
+    project->model.N_Node = project->model.N_Beam = stage == Stage::empty ? 0 : 1;
     const CommandFlags f = command_flags(*project, results);
     const std::pair<const char*, bool> all[] = {
+        {"SaveProjectMenu", f.SaveProjectMenu},
         {"KihonMenu", f.KihonMenu},
+        {"KihonHenkouMenu", f.KihonHenkouMenu},
         {"TegakiMenu", f.TegakiMenu},
         {"JikuDataReadMenu", f.JikuDataReadMenu},
         {"SaveFileMenu", f.SaveFileMenu},
@@ -152,6 +156,7 @@ std::string open_commands(Stage stage, bool results) {
         {"KaisekiMenu", f.KaisekiMenu},
         {"KekkaHozonMenu", f.KekkaHozonMenu},
         {"SaigoKaisekiMenu", f.SaigoKaisekiMenu},
+        {"KekkaHyoujiMenu", f.KekkaHyoujiMenu},
         {"ExitMenu", f.ExitMenu},
         {"SetutenShiteiMenu", f.SetutenShiteiMenu},
         {"HyoujiMenu", f.HyoujiMenu},
@@ -168,13 +173,16 @@ std::string open_commands(Stage stage, bool results) {
 }
 
 TEST(Flags, FollowTheState) {
-    EXPECT_EQ(open_commands(Stage::empty, false), "KihonMenu TegakiMenu JikuDataReadMenu SaigoKaisekiMenu ExitMenu");
-    EXPECT_EQ(open_commands(Stage::reading, false), "ExitMenu");
-    EXPECT_EQ(open_commands(Stage::made, false),
-              "SaveFileMenu ExitMenu SetutenShiteiMenu HyoujiMenu SetutenMeishouMenu "
-              "BuzaiBangouMenu");
-    EXPECT_EQ(open_commands(Stage::loaded, true),
-              "SaveFileMenu HoneSaveMenu FrameSlvSaveMenu KaisekiMenu KekkaHozonMenu ExitMenu "
+    EXPECT_EQ(open_commands(Stage::empty, false),
+              "KihonMenu TegakiMenu JikuDataReadMenu SaigoKaisekiMenu ExitMenu");
+    EXPECT_EQ(open_commands(Stage::reading, false), "SaveProjectMenu ExitMenu");
+    EXPECT_EQ(
+        open_commands(Stage::made, false),
+        "SaveProjectMenu SaveFileMenu ExitMenu SetutenShiteiMenu HyoujiMenu SetutenMeishouMenu "
+        "BuzaiBangouMenu");
+    EXPECT_EQ(open_commands(Stage::loaded, true, true),
+              "SaveProjectMenu KihonHenkouMenu SaveFileMenu HoneSaveMenu FrameSlvSaveMenu "
+              "KaisekiMenu KekkaHozonMenu ExitMenu "
               "SetutenShiteiMenu HyoujiMenu SetutenMeishouMenu BuzaiBangouMenu KoteiStutenMenu "
               "KajyuryouMenu");
 }
