@@ -1,10 +1,13 @@
 #include "draw/projection.h"
 #include "ui/frame/zahyou_idou_form.h"
+#include "ui/kit/dialogs.h"
 #include "ui/kit/document.h"
 #include "ui/picture/dxf_width_form.h"
 #include "ui/picture/isome_form.h"
 #include "ui/picture/view_form.h"
 #include "ui_support.h"
+
+#include <QMessageBox>
 
 namespace kigumi::test {
 
@@ -134,6 +137,22 @@ TEST_F(SmallForms, ShiftStartsFromTheLastOne) {
     expect_message("Z方向: 「上」は数値ではありません");
     EXPECT_TRUE(refusing.isVisible());
     EXPECT_FLOAT_EQ(project.shift.dx, 0.0f);
+}
+
+TEST_F(SmallForms, MessageBoxShowsTheReasonAsSmallPrint) {
+    const ScopedMessageSink boxes = messages_in_boxes();
+    for (const char* reason : {"a.jik: フォルダです", ""}) { // none is left of the box before
+        int shown = 0;
+        answer_next([&](QDialog& dialog) {
+            const auto& box = dynamic_cast<QMessageBox&>(dialog);
+            EXPECT_EQ(box.text(), "軸データ読みこみに失敗しました");
+            EXPECT_EQ(box.informativeText(), reason);
+            ++shown;
+            dialog.accept();
+        });
+        show_message("軸データ読みこみに失敗しました", reason);
+        EXPECT_EQ(shown, 1);
+    }
 }
 
 } // namespace
