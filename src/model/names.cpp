@@ -37,8 +37,18 @@ int level_of(const Table<float, level_capacity>& table, int count, float value) 
     return static_cast<int>(std::lower_bound(table.begin(), end, value) - table.begin());
 }
 
-// Copies the node names into the members; an end without a node keeps its name.
-void name_beams(Model& model) {
+template <class Table> void name_records(const Model& model, Table& table, int count) {
+    for (int i = 0; i < count; ++i) {
+        if (names_a_node(model, table[i].no)) {
+            std::memcpy(table[i].id, model.node[position_of(table[i].no)].id, name_bytes);
+        }
+    }
+}
+
+// Copies the node names into the members, supports and loads; who has no node keeps its name.
+void pass_names_on(Model& model) {
+    name_records(model, model.fix, model.N_Fix);
+    name_records(model, model.load, model.N_Load);
     for (int i = 0; i < model.N_Beam; ++i) {
         Beam& beam = model.beam[i];
         if (names_a_node(model, beam.noi)) {
@@ -74,7 +84,7 @@ int save_level_name(Model& model) {
                       level_of(model.Yval, model.N_Y, node.y),
                       level_of(model.Zval, model.N_Z, node.z));
     }
-    name_beams(model);
+    pass_names_on(model);
     return 0;
 }
 
@@ -110,7 +120,7 @@ int check_all_node(Model& model) {
         set_grid_name(node, index(node.x, low[0], 0), index(node.y, low[0], 1),
                       index(node.z, low[2], 2));
     }
-    name_beams(model);
+    pass_names_on(model);
     return 1;
 }
 

@@ -88,8 +88,8 @@ int make_fix_and_load(Model& model) {
     int fixes = 0;
     int loads = 0;
     for (int i = 0; i < model.N_Node; ++i) {
-        fixes += model.node[i].flag == role_fixed ? 1 : 0;
-        loads += model.node[i].flag == role_loaded ? 1 : 0;
+        fixes += role_of(model, i) == role_fixed ? 1 : 0;
+        loads += role_of(model, i) == role_loaded ? 1 : 0;
     }
     if (fixes > fix_capacity || loads > load_capacity) {
         show_message(text_format("固定節点 %d 個・荷重節点 %d 個は多すぎます（それぞれ最大 %d 個）",
@@ -100,9 +100,9 @@ int make_fix_and_load(Model& model) {
     model.N_Fix = model.N_Load = 0;
     for (int i = 0; i < model.N_Node; ++i) {
         const Node& node = model.node[i];
-        if (node.flag == role_fixed) {
+        if (role_of(model, i) == role_fixed) {
             append_fix(model, node.no, 1, 1, 1);
-        } else if (node.flag == role_loaded) {
+        } else if (role_of(model, i) == role_loaded) {
             append_load(model, node.no, 0.0f, 0.0f, first_load);
         }
     }

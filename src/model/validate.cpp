@@ -79,7 +79,8 @@ const char* find_end_fault(const Model& model, const Beam& beam, Promise promise
 
 // While a member has none its number is -1; a file may give 0.
 bool names_a_record(int no, int count, Promise promise) {
-    return no <= count && no >= (promise == Promise::made ? 1 : -1);
+    return promise == Promise::drawn ? no >= -1
+                                     : no <= count && no >= (promise == Promise::made ? 1 : -1);
 }
 
 const char* find_edit_fault(const MemberEdit& edit) {

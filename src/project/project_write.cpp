@@ -196,7 +196,7 @@ void Writer::put_found_roles() {
     field("found_roles");
     const char* before = "[";
     for (int i = 0; i < model_.N_Node; ++i) {
-        if (model_.found_role[i] != role_plain) {
+        if (model_.node[i].flag == role_found && model_.found_role[i] != role_plain) {
             text += before;
             row(number_at(i), model_.found_role[i]);
             before = ",";

@@ -14,8 +14,14 @@
 #include "fuzz/target.h"
 #include "generate/generate.h"
 #include "model/members.h"
+#include "model/roles.h"
 #include "model/sections.h"
 #include "model/validate.h"
+#include "project/accept.h"
+#include "project/gate.h"
+#include "project/project_fault.h"
+#include "project/project_file.h"
+#include "project/regenerate.h"
 #include "results/displacement.h"
 #include "results/force_picture.h"
 #include "results/listing.h"
@@ -248,7 +254,7 @@ int Course::draw_results() {
     shown.mode = mode_wire + dice_.roll(4);
     shown.label[label_node_names] = shown.label[label_fixed_nodes] = 1;
     const int moved = get_new_beam(result, 10.0f);
-    const int drawn = draw_result_picture(model, view, result, lettering, canvas, shown);
+    const int drawn = draw_result_picture(view, result, lettering, canvas, shown);
     return std::min(moved, drawn);
 }
 
@@ -326,6 +332,169 @@ TEST_F(CourseTest, RandomCommandsLeaveSoundTables) {
     }
     std::printf("%d courses from seed %u, %d steps refused\n", courses, seed, refused);
     EXPECT_TRUE(refused > 0 || courses < 3);
+}
+
+// Edits of a project as the windows make them, each by the gate.
+class EditCourse {
+  public:
+    explicit EditCourse(unsigned seed) : dice_(seed) {}
+
+    // One random edit, by name.
+    int step(Work& work) {
+        using Edit = int (EditCourse::*)(Project&);
+        static const std::vector<std::pair<const char*, Edit>> edits = {
+            {"骨組の作成", &EditCourse::generate},
+            {"基本データの変更", &EditCourse::regenerate_it},
+            {"断面の変更", &EditCourse::section},
+            {"断面の変更", &EditCourse::section},
+            {"材料の変更", &EditCourse::material},
+            {"樹種の変更", &EditCourse::species},
+            {"支点の追加", &EditCourse::add_fix},
+            {"荷重の追加", &EditCourse::add_load},
+            {"支点の削除", &EditCourse::drop_fix},
+            {"節点の指定", &EditCourse::pick},
+            {"部材の削除", &EditCourse::delete_one},
+            {"区分の変更", &EditCourse::kind},
+            {"座標移動", &EditCourse::move},
+            {"節点の検索", &EditCourse::search},
+        };
+        const auto& [name, edit] =
+            edits[static_cast<std::size_t>(dice_.roll(static_cast<int>(edits.size())))];
+        return change(
+            work, name, [this, edit](Project& p) { return (this->*edit)(p); },
+            OnFailure::take_back);
+    }
+
+  private:
+    Param small_frame(Param param) {
+        param.NX = 1 + dice_.roll(4);
+        param.NY = 1 + dice_.roll(4);
+        param.TukaHaba = 80.0f + static_cast<float>(dice_.roll(30)) * 0.7f;
+        param.ShaHaba = static_cast<float>(6 + dice_.roll(4));
+        return param;
+    }
+    int generate(Project& p) {
+        p.param = small_frame(p.param);
+        p.generated = true;
+        forget_old_node(p.sketch_places);
+        return make_unit(p.model, p.param, p.solids) < 0 ? -1 : accept_model(p);
+    }
+    int regenerate_it(Project& p) { return p.generated ? regenerate(p, small_frame(p.param)) : 0; }
+    int section(Project& p) {
+        const auto cm = [this] { return static_cast<float>(dice_.roll(30)); }; // 0 is refused
+        return p.model.N_Size > 0 && change_section(p.model, dice_.roll(p.model.N_Size), cm(), cm(),
+                                                    cm()) == Change::refused
+                   ? -1
+                   : 0;
+    }
+    int material(Project& p) {
+        const float E = static_cast<float>(dice_.roll(9)) * 1.0e4f;
+        return p.model.N_Mat > 0 && change_material(p.model, dice_.roll(p.model.N_Mat), E, 0.4f,
+                                                    5.0e-4f) == Change::refused
+                   ? -1
+                   : 0;
+    }
+    int species(Project& p) {
+        if (p.model.N_Mat > 0) {
+            change_species(p.model, dice_.roll(p.model.N_Mat),
+                           dice_.one_of(std::vector<std::string>{"", "sugi", "hinoki"}));
+        }
+        return 0;
+    }
+    int add_fix(Project& p) {
+        return enter(p, [&](int node) { return put_fix(p.model, node, dice_.roll(2), 1, 1); });
+    }
+    int add_load(Project& p) {
+        return enter(p, [&](int node) {
+            return put_load(p.model, node, 0, static_cast<float>(dice_.roll(50)), -100);
+        });
+    }
+    // What the windows of supports and loads do: from then on the tables alone count.
+    int enter(Project& p, const std::function<int(int)>& put) {
+        if (p.model.N_Node == 0 || p.stage < Stage::made) {
+            return 0;
+        }
+        if (p.model.fix_load_edited == 0 && make_fix_and_load(p.model) < 0) {
+            return -1;
+        }
+        const int status = put(dice_.roll(p.model.N_Node));
+        note_roles_entered(p);
+        return status;
+    }
+    int drop_fix(Project& p) {
+        delete_fix(p.model, p.model.N_Fix > 1 ? dice_.roll(p.model.N_Fix) : -1);
+        return 0;
+    }
+    int pick(Project& p) {
+        if (p.model.N_Node > 0 && p.stage == Stage::made) {
+            pick_role(p.model, dice_.roll(p.model.N_Node), 1 + dice_.roll(2));
+        }
+        return 0;
+    }
+    // As on the sheet, where every node has a place of its own.
+    int delete_one(Project& p) {
+        if (p.model.N_Beam < 2) {
+            return 0;
+        }
+        for (int i = 0; i < p.model.N_Node; ++i) {
+            p.model.node[i].X = static_cast<float>(i) * 100.0f;
+            p.model.node[i].Y = 0.0f;
+        }
+        save_old_node(p.model, p.sketch_places);
+        load_old_node(p.model, p.sketch_places);
+        del_beam(p.model, dice_.roll(p.model.N_Beam));
+        save_old_node(p.model, p.sketch_places);
+        p.stage = Stage::reading;
+        return accept_model(p);
+    }
+    int kind(Project& p) {
+        if (p.model.N_Beam > 0) {
+            p.model.beam[dice_.roll(p.model.N_Beam)].kind = dice_.roll(kind_count);
+        }
+        return 0;
+    }
+    int move(Project& p) {
+        p.shift.dx = static_cast<float>(dice_.roll(1000)) * 0.1f;
+        return 0;
+    }
+    int search(Project& p) {
+        find_nodes(p.model, {{{0, dice_.roll(4)}, {0, 9}, {0, 9}}});
+        return 0;
+    }
+
+    Dice dice_;
+};
+
+TEST_F(CourseTest, UndoGivesTheFirstProjectAgainAndRedoTheLast) {
+    const auto work = std::make_unique<Work>();
+    work->project.work_dir = work_dir;
+    work->history.start(work->project);
+    EditCourse course(seed_of_run());
+    const auto text = [&work] {
+        forget_found(work->project.model); // hits of a search are no part of the history
+        return project_text(work->project);
+    };
+    for (int round = 0; round < 5; ++round) {
+        SCOPED_TRACE(text_format("seed %u, round %d", seed_of_run(), round));
+        const std::string first = text();
+        const std::uint64_t before = work->history.newest();
+        while (work->history.newest() < before + History::most_steps) {
+            course.step(*work);
+        }
+        const std::string last = text();
+        ASSERT_NE(first, last);
+        for (int i = 0; i < History::most_steps; ++i) {
+            ASSERT_TRUE(undo(*work)) << i;
+            const char* fault = find_project_fault(work->project);
+            ASSERT_EQ(fault, nullptr) << fault;
+        }
+        ASSERT_EQ(text(), first);
+        for (int i = 0; i < History::most_steps; ++i) {
+            ASSERT_TRUE(redo(*work)) << i;
+        }
+        ASSERT_EQ(text(), last);
+    }
+    take_messages(); // of what was refused, and of what regenerating could not keep
 }
 
 } // namespace
