@@ -175,10 +175,11 @@ TEST_F(Picking, ReachIsStrictlyLessThanTheRadius) {
                  {0.0f, 1000.0f, "1 0 0 0"}};
     for (const auto& [distance, radius, after] : cases) {
         clear_roles(model);
+        session.work.history.start(project);
         // Nothing is painted in between, so the projected point stays where it is put.
-        model.node[2].X = point.X;
-        model.node[2].Y = point.Y + distance;
-        model.snap_radius = radius > 0.0f ? radius : model.node[2].Y - point.Y;
+        PlanePoint& shown = window_.findChild<NodePicking*>()->shown.node[2];
+        shown = {point.X, point.Y + distance};
+        model.snap_radius = radius > 0.0f ? radius : shown.Y - point.Y;
         click(at);
         EXPECT_EQ(flags(), after) << distance;
         if (flags() == "0 0 0 0") {
