@@ -18,11 +18,15 @@ void add_tenths(Fnv1a& hash, double value) {
     hash.add(std::bit_cast<std::uint64_t>(std::nearbyint(value * 10.0) + 0.0)); // no negative zero
 }
 
-void add_digits(Fnv1a& hash, double value) {
-    hash.add(text_format("%.3e;", value));
+std::uint64_t hash_of_digits(std::initializer_list<double> values) {
+    Fnv1a hash;
+    for (const double value : values) {
+        hash.add(text_format("%.3e;", value));
+    }
+    return hash.value();
 }
 
-std::uint64_t hash_of(const InputPrint::Place& at) {
+std::uint64_t place_hash(const InputPrint::Place& at) {
     Fnv1a hash;
     for (const double value : {at.x, at.y, at.z}) {
         add_tenths(hash, value);
@@ -30,7 +34,7 @@ std::uint64_t hash_of(const InputPrint::Place& at) {
     return hash.value();
 }
 
-std::uint64_t hash_of(std::vector<std::uint64_t> records) {
+std::uint64_t sorted_hash(std::vector<std::uint64_t> records) {
     std::sort(records.begin(), records.end());
     Fnv1a hash;
     for (const std::uint64_t record : records) {
@@ -67,22 +71,28 @@ std::string hash_text(std::string_view bytes) {
 void InputPrint::add_node(const Place& at) {
     Fnv1a hash;
     hash.add(of_node);
-    hash.add(hash_of(at));
+    hash.add(place_hash(at));
     others_.push_back(hash.value());
 }
 
-void InputPrint::add_member(const Place& start, const Place& end, const Section& section,
-                            const Material& material, double turn) {
-    const std::uint64_t a = hash_of(start);
-    const std::uint64_t b = hash_of(end);
+std::uint64_t InputPrint::hash_of(const Section& section) {
+    return hash_of_digits({section.Iy, section.Iz, section.A, section.J});
+}
+
+std::uint64_t InputPrint::hash_of(const Material& material) {
+    return hash_of_digits({material.E, material.poisson, material.density});
+}
+
+void InputPrint::add_member(const Place& start, const Place& end, std::uint64_t section,
+                            std::uint64_t material, double turn) {
+    const std::uint64_t a = place_hash(start);
+    const std::uint64_t b = place_hash(end);
     Fnv1a hash;
     hash.add(of_member);
     hash.add(std::min(a, b));
     hash.add(std::max(a, b));
-    for (const double value : {section.Iy, section.Iz, section.A, section.J, material.E,
-                               material.poisson, material.density}) {
-        add_digits(hash, value);
-    }
+    hash.add(section);
+    hash.add(material);
     add_tenths(hash, turn);
     members_.push_back(hash.value());
 }
@@ -90,7 +100,7 @@ void InputPrint::add_member(const Place& start, const Place& end, const Section&
 void InputPrint::add_fix(const Place& at, bool x, bool y, bool z) {
     Fnv1a hash;
     hash.add(of_fix);
-    hash.add(hash_of(at));
+    hash.add(place_hash(at));
     hash.add((x ? 1u : 0u) + (y ? 2u : 0u) + (z ? 4u : 0u));
     others_.push_back(hash.value());
 }
@@ -98,7 +108,7 @@ void InputPrint::add_fix(const Place& at, bool x, bool y, bool z) {
 void InputPrint::add_load(const Place& at, double fx, double fy, double fz) {
     Fnv1a hash;
     hash.add(of_load);
-    hash.add(hash_of(at));
+    hash.add(place_hash(at));
     for (const double value : {fx, fy, fz}) {
         add_tenths(hash, value);
     }
@@ -113,10 +123,10 @@ void InputPrint::add_words(std::string_view words) {
 }
 
 Fingerprint InputPrint::print() const {
-    const std::uint64_t frame = hash_of(members_);
+    const std::uint64_t frame = sorted_hash(members_);
     Fnv1a all;
     all.add(frame);
-    all.add(hash_of(others_));
+    all.add(sorted_hash(others_));
     return {hash_text(frame), hash_text(all.value())};
 }
 
@@ -132,19 +142,24 @@ Fingerprint fingerprint(const Model& model) {
     for (int i = 0; i < model.N_Node; ++i) {
         input.add_node(place(number_at(i)));
     }
+    std::vector<std::uint64_t> sections{InputPrint::hash_of(InputPrint::Section{})}; // of none
+    for (int k = 0; k < model.N_Size; ++k) {
+        sections.push_back(InputPrint::hash_of(InputPrint::Section{
+            model.size.Iy[k], model.size.Iz[k], model.size.A[k], model.size.J[k]}));
+    }
+    std::vector<std::uint64_t> materials{InputPrint::hash_of(InputPrint::Material{})};
+    for (int k = 0; k < model.N_Mat; ++k) {
+        materials.push_back(InputPrint::hash_of(
+            InputPrint::Material{model.mat.E[k], model.mat.poisson[k], model.mat.density[k]}));
+    }
+    const auto of = [](const std::vector<std::uint64_t>& hashes, int no) {
+        const auto at = static_cast<std::size_t>(no);
+        return no >= 1 && at < hashes.size() ? hashes[at] : hashes[0];
+    };
     for (int i = 0; i < model.N_Beam; ++i) {
         const Beam& beam = model.beam[i];
-        InputPrint::Section section{};
-        InputPrint::Material material{};
-        if (beam.size >= 1 && beam.size <= model.N_Size) {
-            const int k = position_of(beam.size);
-            section = {model.size.Iy[k], model.size.Iz[k], model.size.A[k], model.size.J[k]};
-        }
-        if (beam.mat >= 1 && beam.mat <= model.N_Mat) {
-            const int k = position_of(beam.mat);
-            material = {model.mat.E[k], model.mat.poisson[k], model.mat.density[k]};
-        }
-        input.add_member(place(beam.noi), place(beam.noj), section, material, 0.0);
+        input.add_member(place(beam.noi), place(beam.noj), of(sections, beam.size),
+                         of(materials, beam.mat), 0.0);
     }
     for (int i = 0; i < model.N_Fix; ++i) {
         const Fix& fix = model.fix[i];

@@ -47,9 +47,14 @@ class InputPrint {
     struct Material {
         double E, poisson, density;
     };
+    // Hashes of what many members share.
+    static std::uint64_t hash_of(const Section& section);
+    static std::uint64_t hash_of(const Material& material);
+
     void add_node(const Place& at);
-    void add_member(const Place& start, const Place& end, const Section& section,
-                    const Material& material, double turn);
+    // `section` and `material` as hash_of gives them.
+    void add_member(const Place& start, const Place& end, std::uint64_t section,
+                    std::uint64_t material, double turn);
     void add_fix(const Place& at, bool x, bool y, bool z);
     void add_load(const Place& at, double fx, double fy, double fz);
     // Anything else that the input says.

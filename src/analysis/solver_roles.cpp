@@ -224,8 +224,10 @@ bool add_members(const InputReader& reader, const std::map<int, int>& position, 
             return false;
         }
         const InputPrint::Material* material = find(reader.materials, member.material);
-        print.add_member(*start, *end, *section,
-                         material == nullptr ? InputPrint::Material{} : *material, member.turn);
+        print.add_member(
+            *start, *end, InputPrint::hash_of(*section),
+            InputPrint::hash_of(material == nullptr ? InputPrint::Material{} : *material),
+            member.turn);
         frame.members.push_back(
             {section->A, std::hypot(end->x - start->x, end->y - start->y, end->z - start->z)});
         frame.shape.bars.push_back({static_cast<int>(frame.members.size()),

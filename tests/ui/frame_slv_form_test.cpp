@@ -12,6 +12,7 @@
 #include "solid/solid.h"
 #include "ui/kit/command_flags.h"
 #include "ui/kit/folder_lock.h"
+#include "ui/main/main_form.h"
 #include "ui/result/kekka_ichiran_form.h"
 
 #include <QMessageBox>
@@ -310,6 +311,28 @@ TEST_F(ResultsWindow, ResultsOfAnEditedFrameAreMarkedAndAskedAbout) {
     }
     model.load[0].fz = -1.0f; // taken back
     EXPECT_TRUE(facts(TFrameSlvForm(session, nullptr, std::nullopt)).starts_with("部材 3"));
+}
+
+// The last results, closed, and then another frame: they are not saved as its own.
+TEST_F(ResultsWindow, TheMainWindowAsksBeforeItSavesResultsOfAnother) {
+    ASSERT_EQ(save_result_input(work_dir, {{"0123456789abcdef", "fedcba9876543210"}}), 0);
+    TMainForm main(session);
+    main.show();
+    const auto save = [&main] { return main.findChild<QAction*>("KekkaHozonMenu"); };
+    Player last;
+    last.menu("TMainForm", "SaigoKaisekiMenu").close("TFrameSlvForm").gone("TFrameSlvForm").play();
+    EXPECT_TRUE(save()->isEnabled());
+    make_post(model);
+    for (const bool known : {true, false}) {
+        QString asked;
+        answer_next([&asked](QDialog& dialog) {
+            asked = static_cast<QMessageBox&>(dialog).text();
+            press_word(dialog, "いいえ");
+        });
+        save()->trigger(); // returns without the file dialog
+        EXPECT_TRUE(asked.startsWith(known ? "この結果は今の骨組" : "どの骨組")) << known;
+        fs::remove(work_file(work_dir, "frameslv.fgp"));
+    }
 }
 
 TEST_F(ResultsWindow, ASecondProgramInTheFolderIsTold) {
