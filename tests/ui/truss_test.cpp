@@ -97,7 +97,7 @@ TEST_F(Truss, IsDrawnAnalysedAndItsForcesAreThoseOfTheJoints) {
     EXPECT_EQ(model.N_Node, static_cast<int>(std::size(places)));
     ASSERT_EQ(model.N_Beam, static_cast<int>(std::size(bars)));
     EXPECT_EQ(find_model_fault(model, true), nullptr);
-    EXPECT_EQ(window.state().stage, Stage::made);
+    EXPECT_EQ(project.stage, Stage::made);
     EXPECT_TRUE(std::all_of(model.node.begin(), model.node.begin() + model.N_Node,
                             [](const Node& node) { return node.flag == role_plain; }))
         << "drawing states are no roles";
@@ -123,9 +123,9 @@ TEST_F(Truss, IsDrawnAnalysedAndItsForcesAreThoseOfTheJoints) {
         pick(i);
     }
     roles.menu("TMainForm", "SetutenDataMenu").click("TSelNodeForm", "OKButton");
-    roles.gone("TSelNodeForm").step("roller", [this, &window] {
+    roles.gone("TSelNodeForm").step("roller", [this] {
         model.fix[1].ix = 0;
-        return window.state().stage == Stage::loaded && model.N_Fix == 2 && model.N_Load == 5;
+        return project.stage == Stage::loaded && model.N_Fix == 2 && model.N_Load == 5;
     });
     roles.menu("TMainForm", "KaisekiMenu").close("TFrameSlvForm").gone("TFrameSlvForm").play();
     EXPECT_EQ(take_messages().size(), 1u) << "the time it took";

@@ -64,9 +64,9 @@ void show_outcome(QLineEdit* box, float value) {
 } // namespace
 
 TKihonForm::TKihonForm(kigumi::Session& session, QWidget* parent)
-    : QDialog(parent), Desk(session), ui_(std::make_unique<Ui::TKihonForm>()), draft_(session.project.param),
-      at_opening_(draft_),
-      E_at_opening_(model.mat.E[0]), density_at_opening_(model.mat.density[0]) {
+    : QDialog(parent), Desk(session), ui_(std::make_unique<Ui::TKihonForm>()),
+      draft_(session.project.param), at_opening_(draft_), E_at_opening_(model.mat.E[0]),
+      density_at_opening_(model.mat.density[0]) {
     ui_->setupUi(this);
     draft_.SouMode = 0;
     fill();
@@ -91,7 +91,9 @@ void TKihonForm::fill() {
     }
     kigumi::choose_item(ui_->HashiraGroup, draft_.SumiType);
     kigumi::choose_item(ui_->KaisouGroup, draft_.N_Sou - 1);
-    kigumi::choose_item(ui_->YaneGroup, draft_.YaneMode);
+    // A new frame starts without a choice, which a mode of -1 stands for, too.
+    kigumi::choose_item(ui_->YaneGroup,
+                        project.generated ? kigumi::yane_choice(draft_.YaneMode) : draft_.YaneMode);
     if (draft_.N_Sou >= 1) {
         enable_heights();
     }

@@ -61,8 +61,9 @@ class TMainForm : public kigumi::PictureWindow {
     void show_state();
 
     // 開く, 最近使ったファイル, 保存, 名前を付けて保存.
-    QMenu* add_project_items(QMenu* file);
+    void add_project_items(QMenu* file);
     void list_recent(QMenu* menu);
+    void remember(const kigumi::fs::path& file);
     void open_recent(const kigumi::fs::path& file);
     void ask_open();
     // Opens a file in place of the work, after the question; of a sketch the editor, too.
@@ -96,6 +97,7 @@ class TMainForm : public kigumi::PictureWindow {
     kigumi::ModelLabels labels_;
     kigumi::NodePicking* picking_;
     kigumi::Autosave* autosave_;
+    QMenu* recent_ = nullptr;
     kigumi::fs::path dropped_; // to be opened once the window in front has gone
     // Menu items and submenus with the flag that opens them.
     std::vector<std::pair<QAction*, bool kigumi::CommandFlags::*>> opened_by_;

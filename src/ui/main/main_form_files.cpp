@@ -54,10 +54,10 @@ int load_sketch(Project& project, const fs::path& path) {
 
 } // namespace
 
-QMenu* TMainForm::add_project_items(QMenu* file) {
+void TMainForm::add_project_items(QMenu* file) {
     add_item(
         file, "OpenMenu", "開く(&O)...", [this] { ask_open(); }, QKeySequence::Open);
-    QMenu* recent = file->addMenu("最近使ったファイル(&U)");
+    QMenu* recent = recent_ = file->addMenu("最近使ったファイル(&U)");
     recent->setObjectName("RecentMenu");
     connect(recent, &QMenu::aboutToShow, this, [this, recent] { list_recent(recent); });
     list_recent(recent);
@@ -68,7 +68,6 @@ QMenu* TMainForm::add_project_items(QMenu* file) {
         QKeySequence("Ctrl+Shift+S"));
     opened_by_.emplace_back(save, &CommandFlags::SaveProjectMenu);
     opened_by_.emplace_back(save_as, &CommandFlags::SaveAsMenu);
-    return recent;
 }
 
 void TMainForm::list_recent(QMenu* menu) {
@@ -85,6 +84,12 @@ void TMainForm::list_recent(QMenu* menu) {
     if (number == 0) {
         menu->addAction("（まだありません）")->setEnabled(false);
     }
+}
+
+void TMainForm::remember(const fs::path& file) {
+    note_recent(file);
+    // Later: the item that was chosen goes with the list.
+    QTimer::singleShot(0, this, [this] { list_recent(recent_); });
 }
 
 void TMainForm::open_recent(const fs::path& file) {
@@ -150,7 +155,7 @@ bool TMainForm::replace_work(const fs::path& path, const std::function<int(Proje
         }
     }
     start_work(path);
-    note_recent(path);
+    remember(path);
     return true;
 }
 
@@ -200,7 +205,7 @@ bool TMainForm::save_to(const fs::path& path) {
         }
     }
     document.file = path;
-    note_recent(path);
+    remember(path);
     session_.work.history.mark_saved();
     autosave_->remove();
     emit session_.news.changed();
