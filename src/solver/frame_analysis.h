@@ -6,7 +6,7 @@
 // solved on several threads.
 #pragma once
 
-#include "solver/note.h"
+#include "solver/base/note.h"
 
 #include <array>
 #include <cstddef>

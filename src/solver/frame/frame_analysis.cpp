@@ -1,9 +1,9 @@
 #include "solver/frame_analysis.h"
 
-#include "solver/check.h"
-#include "solver/fault.h"
+#include "solver/base/fault.h"
 #include "solver/frame/input_check.h"
 #include "solver/frame/jointed.h"
+#include "solver/model/check.h"
 #include "solver/sparse/cholesky.h"
 
 #include <algorithm>

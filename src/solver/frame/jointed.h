@@ -1,8 +1,8 @@
 // A member with springs at its ends, condensed.
 #pragma once
 
-#include "solver/element.h"
 #include "solver/frame_analysis.h"
+#include "solver/model/element.h"
 
 namespace frame_analysis {
 

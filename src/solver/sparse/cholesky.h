@@ -6,7 +6,7 @@
 // handed up. The stiffness matrix itself is never made.
 #pragma once
 
-#include "solver/element.h"
+#include "solver/base/vectors.h"
 #include "solver/sparse/dense.h"
 #include "solver/sparse/pages.h"
 #include "solver/sparse/tasks.h"
