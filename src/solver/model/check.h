@@ -3,6 +3,9 @@
 
 #include "solver/base/fault.h"
 #include "solver/model/model.h"
+#include "solver/sparse/graph.h"
+
+#include <functional>
 
 namespace frameslv {
 
@@ -19,10 +22,21 @@ void snap_to_levels(Model& model);
 // wholly held).
 Fault check_model(const Model& model);
 
+// What decides whether a frame is held.
+struct Skeleton {
+    std::vector<Point> at;                         // of each node
+    std::vector<std::array<bool, dof_count>> held; // wholly or by a spring
+    std::vector<Edge> members;                     // their nodes
+    std::function<std::string(size_t node)> label; // for messages
+};
+
 // Refuses a frame that is not held: no support at all, a connected part without support, or a part
 // that its supports let move as a rigid body. All joints are rigid and all member stiffnesses are
 // positive, so that a connected part has no motion without resistance but the six rigid ones; the
-// part is held exactly when the supports' conditions on these six have rank 6.
+// part is held exactly when the supports' conditions on these six have rank 6. Joints that give
+// leave these six as they are: such a frame is refused rightly, though it may be loose otherwise. A
+// node without members must be wholly held, or be found by its stiffness.
+Fault check_held(const Skeleton& frame);
 Fault check_held(const Model& model);
 
 // The connected parts of a frame that has passed check_model, each named by its first node:

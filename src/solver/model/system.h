@@ -4,9 +4,7 @@
 
 #include "solver/base/fault.h"
 #include "solver/model/element.h"
-#include "solver/sparse/cholesky.h"
-
-#include <memory>
+#include "solver/model/equations.h"
 
 namespace frameslv {
 
@@ -18,18 +16,12 @@ class System {
     // The members; a change of their stiffness needs factorise() anew.
     std::vector<Element> elements;
 
-    // A free unknown.
-    struct Unknown {
-        int node; // index
-        int dof;  // 0..5
-    };
-    // The free unknowns in the order of elimination.
-    const std::vector<Unknown>& unknowns() const { return unknowns_; }
-    // S of each: one by the root of the diagonal.
-    const std::vector<double>& scale() const { return scale_; }
-    size_t size() const { return unknowns_.size(); }
+    using Unknown = Equations::Unknown;
+    const std::vector<Unknown>& unknowns() const { return equations_.unknowns(); }
+    const std::vector<double>& scale() const { return equations_.scale(); }
+    size_t size() const { return equations_.size(); }
     const Model& model() const { return model_; }
-    size_t nodes() const { return vertex_.size(); }
+    size_t nodes() const { return model_.node.size(); }
     // Mean length of the members: sets moments against forces.
     double arm() const { return arm_; }
     size_t repeated_members() const { return repeated_; }
@@ -40,39 +32,35 @@ class System {
     // iteration with a factor of the shifted matrix.
     Fault factorise();
     // The same without naming: false at such a pivot.
-    bool try_factorise();
+    bool try_factorise() { return equations_.factorise_surely(blocks()); }
     // The smallest pivot of the last factorisation, by its diagonal.
-    double least_pivot() const { return least_pivot_; }
+    double least_pivot() const { return equations_.least_pivot(); }
 
     // Node and direction that resist least; there must be an unknown.
-    Unknown loosest_motion();
+    Unknown loosest_motion() { return equations_.loosest_motion(blocks(), arm_); }
 
-    // K^-1 times the forces on free unknowns, added to `moved`.
-    void add_solution(const NodeVectors& forces, NodeVectors& moved) const;
-
-    // Vectors of the scaled unknowns: x = S^-1 u, forces S f.
-    std::vector<double> scaled_forces(const NodeVectors& forces) const;
-    NodeVectors unscaled(std::span<const double> x) const;
-    const Cholesky& factor() const { return *factor_; }
+    const Equations& equations() const { return equations_; }
+    void add_solution(const NodeVectors& forces, NodeVectors& moved) const {
+        equations_.add_solution(forces, moved);
+    }
+    std::vector<double> scaled_forces(const NodeVectors& forces) const {
+        return equations_.scaled_forces(forces);
+    }
+    NodeVectors unscaled(std::span<const double> x) const { return equations_.unscaled(x); }
+    const Cholesky& factor() const { return equations_.factor(); }
     // Gives back the memory of the factor, which must not be used any more.
-    void drop_factor() { factor_.reset(); }
+    void drop_factor() { equations_.drop_factor(); }
 
     // What the members ask of the nodes for these displacements: K u without supports.
     NodeVectors member_forces(const std::vector<Element>& members, const NodeVectors& moved) const;
 
   private:
-    void number_unknowns();
-    Fault set_scale();
-    bool factorise_shifted(double shift);
+    Equations::Blocks blocks() const;
 
     const Model& model_;
+    Equations equations_;
     double arm_ = 1.0;
     size_t repeated_ = 0;
-    std::vector<int> vertex_; // of each node; -1 when wholly held
-    std::vector<Unknown> unknowns_;
-    std::vector<double> scale_; // 1 / sqrt(diagonal) of each unknown
-    std::unique_ptr<Cholesky> factor_;
-    double least_pivot_ = 1.0;
 };
 
 } // namespace frameslv

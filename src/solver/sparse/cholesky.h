@@ -49,6 +49,8 @@ class Cholesky {
     void solve_upper(std::span<double> x) const;
     // Solves for Kernels::block vectors at once; their numbers of one unknown stand together.
     void solve_block(std::span<double> x) const;
+    // The same for Kernels::wide_block vectors.
+    void solve_wide_block(std::span<double> x) const;
 
     const Symbolic& symbolic() const { return symbolic_; }
     int threads() const { return team_->size(); }
