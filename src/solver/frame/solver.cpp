@@ -166,7 +166,8 @@ bool Solver::set_scale(std::string& fault) {
 bool Solver::factorise(std::string& fault) {
     if (equations_.size() == 0)
         return true;
-    if (!set_scale(fault))
+    fault = equations_.fits_memory().text;
+    if (!fault.empty() || !set_scale(fault))
         return false;
     if (equations_.factorise_surely(blocks()))
         return true;

@@ -60,6 +60,24 @@ void Equations::number(const std::vector<FreeDofs>& free) {
     }
 }
 
+Fault Equations::fits_memory() const {
+    constexpr size_t asked_from = size_t{64} << 20; // bytes: asking costs as much as a small frame
+    if (size() == 0 || factor_->needed_bytes() < asked_from)
+        return {};
+    return fits_memory(available_memory());
+}
+
+Fault Equations::fits_memory(size_t available) const {
+    constexpr double giga = 1e9;
+    if (size() == 0 || factor_->needed_bytes() <= available)
+        return {};
+    return {
+        Exit::no_memory,
+        text_of("メモリが足りません: 剛性行列の分解に %.3f GB 要りますが、使えるのは %.3f GB です",
+                static_cast<double>(factor_->needed_bytes()) / giga,
+                static_cast<double>(available) / giga)};
+}
+
 std::optional<Equations::Unknown> Equations::set_scale(const NodeVectors& diagonal, double least) {
     scale_.resize(size());
     for (size_t j = 0; j < size(); j++) {

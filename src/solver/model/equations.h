@@ -2,6 +2,7 @@
 // its stiffness.
 #pragma once
 
+#include "solver/base/fault.h"
 #include "solver/sparse/cholesky.h"
 
 #include <memory>
@@ -36,6 +37,11 @@ class Equations {
     const Cholesky& factor() const { return *factor_; }
     // Gives back the memory of the factor, which must not be used any more.
     void drop_factor() { factor_.reset(); }
+
+    // Whether the factorisation fits in this much memory; else a fault with both figures. Without
+    // `available` it is what the system can give.
+    Fault fits_memory() const;
+    Fault fits_memory(size_t available) const;
 
     // Takes S from the diagonal of the stiffness. Returns the first unknown whose diagonal is out
     // of range, or below `least` times the largest of the same kind at its node.

@@ -57,6 +57,8 @@ Equations::Blocks System::blocks() const {
 Fault System::factorise() {
     if (size() == 0)
         return {};
+    if (Fault fault = equations_.fits_memory())
+        return fault;
     NodeVectors diagonal(model_.node.size(), Vector6::Zero());
     for (size_t i = 0; i < elements.size(); i++) {
         const Vector6 own = stiffness_diagonal(elements[i]);

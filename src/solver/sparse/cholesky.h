@@ -54,7 +54,9 @@ class Cholesky {
 
     const Symbolic& symbolic() const { return symbolic_; }
     int threads() const { return team_->size(); }
-    // Bytes of the factor as stored, and of the updates that wait beside it.
+    // Bytes that factorise may fill in all: the factor and what waits or is made beside it.
+    size_t needed_bytes() const;
+    // Bytes of the factor as stored.
     size_t factor_bytes() const { return symbolic_.panel_numbers * sizeof(double); }
 
   private:
@@ -64,6 +66,8 @@ class Cholesky {
         std::vector<double> vector;
         Pages stack;
         size_t stack_numbers = 0;
+        Pages square; // the update that is being made
+        size_t square_numbers = 0;
     };
     // Consecutive rows of a child that are consecutive in its parent.
     struct Run {
@@ -75,6 +79,7 @@ class Cholesky {
     void sort_members();
     void do_subtree(const Tasks::Subtree& subtree, Worker& worker, size_t id);
     void do_top(int f);
+    double* square_for(size_t below, size_t most, Worker& worker, Pages& own) const;
     void set_positions(int f, Worker& worker) const;
     void add_members(int f, Worker& worker);
     void add_block(int f, const Worker& worker, size_t row_vertex, size_t column_vertex,
