@@ -2,11 +2,11 @@
 // reads FRAMESLV.IN in its folder, makes the stiffness matrix, orders the graph of the nodes,
 // factorises and solves. It writes nothing and refines nothing, which is left in its favour.
 // usage: library_yardstick eigen|cholmod
-#include "solver/check.h"
-#include "solver/element.h"
-#include "solver/input.h"
+#include "solver/model/check.h"
+#include "solver/model/element.h"
 #include "solver/sparse/graph.h"
 #include "solver/sparse/minimum_degree.h"
+#include "solver/text/input.h"
 
 #include <Eigen/SparseCholesky>
 

@@ -6,7 +6,7 @@
 // solved on several threads.
 #pragma once
 
-#include "solver/note.h"
+#include "solver/base/note.h"
 
 #include <array>
 #include <cstddef>
@@ -38,6 +38,10 @@ struct Joint {
 };
 
 struct Member {
+    // The axial forces that it carries: a member for tension only has no axial stiffness where it
+    // would be compressed; in bending and torsion it is what its joints make of it.
+    enum class Carries { both, tension, compression };
+
     size_t i = 0, j = 0; // nodes, by index
     double E = 0.0, G = 0.0;
     double A = 0.0, Iy = 0.0, Iz = 0.0, J = 0.0;
@@ -45,6 +49,7 @@ struct Member {
     double shear_y = 0.0, shear_z = 0.0; // shear areas for forces along y and z; 0: no flexibility
     double weight = 0.0;                 // by length, for LoadVector::gravity
     Joint joint_i, joint_j;
+    Carries carries = Carries::both;
 };
 
 struct Frame {
@@ -79,12 +84,17 @@ struct LoadVector {
 
 // The answer to one load vector.
 struct Response {
+    // Why there is none, one Japanese sentence: the members that carry tension or compression only
+    // do not settle, or leave the frame loose under these loads. The rest is then empty.
+    std::string fault;
     std::vector<Six> moved; // of each node
     // Of each member: what the nodes exert on its ends I and J, local axes.
     std::vector<std::array<Six, 2>> end_force;
     std::vector<Six> reaction; // of each node, global axes; zero where it is free
     double residual = 0.0;     // largest unbalanced force of a node, by the largest load
     double imbalance = 0.0;    // loads plus reactions, moments about the first node, by the same
+    std::vector<size_t> idle;  // members that carry no axial force, ascending
+    int rounds = 0;            // until the members for tension or compression only had settled
 };
 
 struct Analysis {
@@ -99,7 +109,14 @@ struct Analysis {
 // not exist, values that are not finite or out of range (negative springs among them), members
 // without length, a frame or a joint that can move without resistance. `most_threads` 0: as many as
 // help.
-Analysis analyse(const Frame& frame, const std::vector<LoadVector>& loads, int most_threads = 1);
+//
+// With members for tension or compression only each load vector has its own set of members that
+// carry: all at first, then those that their elongation asks for, all changes at once, and one at a
+// time, the farthest off first, once a set comes back. Load vectors with the same set share a
+// factorisation. After `most_rounds` sets a load vector ends with a fault.
+constexpr int usual_rounds = 100;
+Analysis analyse(const Frame& frame, const std::vector<LoadVector>& loads, int most_threads = 1,
+                 int most_rounds = usual_rounds);
 
 // The internal forces at `distance` from I, on a section whose outward normal points to J, local
 // axes: N (tension positive), Qy, Qz, T, My, Mz; exact under the loads of `load`, a point load at

@@ -2,10 +2,10 @@
 #include "target.h"
 
 #include "analysis/result_reader.h"
-#include "solver/check.h"
-#include "solver/input.h"
-#include "solver/output.h"
-#include "solver/solve.h"
+#include "solver/model/check.h"
+#include "solver/statics/solve.h"
+#include "solver/text/input.h"
+#include "solver/text/output.h"
 
 #include <algorithm>
 

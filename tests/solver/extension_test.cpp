@@ -1,8 +1,8 @@
 // What the options add, against closed forms: self-weight, second order, buckling, vibration.
 #include "support.h"
 
-#include "solver/options.h"
-#include "solver/run.h"
+#include "solver/program/options.h"
+#include "solver/program/run.h"
 
 #include <cmath>
 #include <numbers>

@@ -3,6 +3,7 @@
 #include "support.h"
 
 #include "solver/sparse/dense.h"
+#include "solver/text/input.h"
 
 #include <random>
 
@@ -125,6 +126,25 @@ TEST_F(FactorTest, LargeFrameIsInBalanceWithAnyThreads) {
             if (no != 1 && no != 30 && no != 871 && no != 900) {
                 EXPECT_LE(reaction(f, one, no).norm(), 1e-8 * largest) << "node " << no;
             }
+}
+
+// Memory that does not suffice is told beforehand, with both figures; what it says is needed is at
+// least the factor, and not more than the factor and two of its largest updates.
+TEST_F(FactorTest, RefusesWhatDoesNotFitInMemory) {
+    Model model;
+    ASSERT_FALSE(read_input(lattice(20, 20).text(), model));
+    const System system(model, 1);
+    const Cholesky& factor = system.factor();
+    size_t most = 0;
+    for (const Front& front : factor.symbolic().fronts)
+        most = std::max(most, static_cast<size_t>(front.below));
+    EXPECT_GE(factor.needed_bytes(), factor.factor_bytes() - 8 * Kernels::slack);
+    EXPECT_LE(factor.needed_bytes(), factor.factor_bytes() + 16 * most * most);
+    EXPECT_FALSE(system.equations().fits_memory(factor.needed_bytes()));
+    const Fault fault = system.equations().fits_memory(factor.needed_bytes() - 1);
+    EXPECT_EQ(fault.code, Exit::no_memory);
+    EXPECT_NE(fault.text.find("GB 要りますが、使えるのは 0.0"), std::string::npos) << fault.text;
+    EXPECT_FALSE(system.equations().fits_memory());
 }
 
 // Any turn in space, sections turned along: the same member forces and, turned back, the same

@@ -1,7 +1,7 @@
 // The forms of input that are accepted, and what goes out under which name.
 #include "support.h"
 
-#include "solver/fault.h"
+#include "solver/base/fault.h"
 
 namespace frameslv::test {
 

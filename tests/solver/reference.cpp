@@ -1,6 +1,6 @@
 #include "reference.h"
 
-#include "solver/check.h"
+#include "solver/model/check.h"
 
 namespace frameslv::test {
 

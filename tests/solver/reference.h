@@ -3,8 +3,8 @@
 // bench/certainty.cpp.
 #pragma once
 
-#include "solver/model.h"
-#include "solver/solve.h"
+#include "solver/model/model.h"
+#include "solver/statics/solve.h"
 
 #include <algorithm>
 #include <array>

@@ -1,11 +1,11 @@
 // Every refusal: a code, one line that names the place, and no result files.
 #include "support.h"
 
-#include "solver/fault.h"
-#include "solver/run.h"
+#include "solver/base/fault.h"
+#include "solver/program/run.h"
 
-#include "solver/output.h"
-#include "solver/signals.h"
+#include "solver/text/output.h"
+#include "solver/text/signals.h"
 
 #include <algorithm>
 #include <clocale>

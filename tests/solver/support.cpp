@@ -1,9 +1,9 @@
 #include "support.h"
 
-#include "solver/check.h"
-#include "solver/fault.h"
-#include "solver/input.h"
-#include "solver/run.h"
+#include "solver/base/fault.h"
+#include "solver/model/check.h"
+#include "solver/program/run.h"
+#include "solver/text/input.h"
 
 #include <cmath>
 #include <cstring>

@@ -2,8 +2,8 @@
 // its own, and the result files read back as the program reads them.
 #pragma once
 
-#include "solver/settings.h"
-#include "solver/solve.h"
+#include "solver/statics/settings.h"
+#include "solver/statics/solve.h"
 
 #include <Eigen/Dense>
 #include <gtest/gtest.h>

@@ -1,7 +1,7 @@
 #include "solver/frame/input_check.h"
 
-#include "solver/fault.h"
-#include "solver/model.h"
+#include "solver/base/fault.h"
+#include "solver/model/model.h"
 
 #include <algorithm>
 #include <cmath>

@@ -9,12 +9,6 @@ namespace {
 using frameslv::EndForces;
 using frameslv::Vector6;
 
-// End moments by the rotations r against the chord in a plane.
-void moments(const Bending& bending, double r_i, double r_j, double& m_i, double& m_j) {
-    m_i = bending.near_i * r_i + bending.far * r_j;
-    m_j = bending.far * r_i + bending.near_j * r_j;
-}
-
 // End moments of the held member from the end rotations that the load makes with simple supports,
 // which shear does not change: it integrates to zero between moments of zero.
 void held_moments(const Bending& bending, double r_i, double r_j, double& m_i, double& m_j) {
@@ -34,6 +28,11 @@ EndForces with_shears(const Jointed& member, const Eigen::Vector3d& at_i,
     forces.i << at_i.x(), at_i.y() + shear_y, at_i.z() + shear_z, 0.0, my_i, mz_i;
     forces.j << at_j.x(), at_j.y() - shear_y, at_j.z() - shear_z, 0.0, my_j, mz_j;
     return forces;
+}
+
+// Force by a displacement across the member.
+double sway(const Bending& bending, double length) {
+    return (bending.near_i + 2.0 * bending.far + bending.near_j) / (length * length);
 }
 
 double in_series(double a, double b, double c) {
@@ -115,22 +114,6 @@ Jointed make_jointed(const Frame& frame, const Member& member) {
     return jointed;
 }
 
-EndForces forces_of(const Jointed& member, const Vector6& moved_i, const Vector6& moved_j) {
-    const double L = member.length;
-    const Eigen::Matrix3d& T = member.axes;
-    const Eigen::Vector3d shift = T * (moved_j.head<3>() - moved_i.head<3>());
-    const Eigen::Vector3d turn_i = T * moved_i.tail<3>();
-    const Eigen::Vector3d turn_j = T * moved_j.tail<3>();
-    double my_i = 0.0, my_j = 0.0, mz_i = 0.0, mz_j = 0.0;
-    moments(member.about_y, turn_i.y() + shift.z() / L, turn_j.y() + shift.z() / L, my_i, my_j);
-    moments(member.about_z, turn_i.z() - shift.y() / L, turn_j.z() - shift.y() / L, mz_i, mz_j);
-    const Eigen::Vector3d along(member.axial * shift.x(), 0.0, 0.0);
-    EndForces forces = with_shears(member, -along, along, my_i, my_j, mz_i, mz_j);
-    forces.j(3) = member.torsion * (turn_j.x() - turn_i.x());
-    forces.i(3) = -forces.j(3);
-    return forces;
-}
-
 void add_to_nodes(const Jointed& member, const EndForces& forces, double sign, Vector6& at_i,
                   Vector6& at_j) {
     const Eigen::Matrix3d to_global = sign * member.axes.transpose();
@@ -140,19 +123,40 @@ void add_to_nodes(const Jointed& member, const EndForces& forces, double sign, V
     at_j.tail<3>() += to_global * forces.j.tail<3>();
 }
 
-frameslv::StiffnessBlocks blocks_of(const Jointed& member) {
+frameslv::StiffnessBlocks blocks_of(const Jointed& member, bool axial) {
+    const double L = member.length;
+    const Bending& y = member.about_y;
+    const Bending& z = member.about_z;
+    const Eigen::Matrix3d& T = member.axes;
+    const auto turned = [&T](double a, double b, double c) -> Eigen::Matrix3d {
+        return T.transpose() * Eigen::Vector3d(a, b, c).asDiagonal() * T;
+    };
+    // Force by the rotation of an end: v with the rotation about z, w with minus that about y.
+    const auto cross = [&](double by_y, double by_z) -> Eigen::Matrix3d {
+        return T.row(1).transpose() * (by_z / L) * T.row(2) -
+               T.row(2).transpose() * (by_y / L) * T.row(1);
+    };
+    const Eigen::Matrix3d force = turned(axial ? member.axial : 0.0, sway(z, L), sway(y, L));
+    const Eigen::Matrix3d cross_i = cross(y.near_i + y.far, z.near_i + z.far);
+    const Eigen::Matrix3d cross_j = cross(y.near_j + y.far, z.near_j + z.far);
     frameslv::StiffnessBlocks blocks;
-    const Vector6 none = Vector6::Zero();
-    for (Eigen::Index dof = 0; dof < 6; dof++) {
-        const Vector6 unit = Vector6::Unit(dof);
-        Vector6 ii = none, ji = none, ij = none, jj = none;
-        add_to_nodes(member, forces_of(member, unit, none), 1.0, ii, ji);
-        add_to_nodes(member, forces_of(member, none, unit), 1.0, ij, jj);
-        blocks.ii.col(dof) = ii;
-        blocks.ij.col(dof) = ij;
-        blocks.jj.col(dof) = jj;
-    }
+    blocks.ii << force, cross_i, cross_i.transpose(), turned(member.torsion, y.near_i, z.near_i);
+    blocks.ij << -force, cross_j, -cross_i.transpose(), turned(-member.torsion, y.far, z.far);
+    blocks.jj << force, -cross_j, -cross_j.transpose(), turned(member.torsion, y.near_j, z.near_j);
     return blocks;
+}
+
+void add_diagonal(const Jointed& member, bool axial, Vector6& at_i, Vector6& at_j) {
+    const Eigen::Matrix3d squares = member.axes.cwiseAbs2().transpose();
+    const Eigen::Vector3d force =
+        squares * Eigen::Vector3d(axial ? member.axial : 0.0, sway(member.about_z, member.length),
+                                  sway(member.about_y, member.length));
+    at_i.head<3>() += force;
+    at_j.head<3>() += force;
+    at_i.tail<3>() +=
+        squares * Eigen::Vector3d(member.torsion, member.about_y.near_i, member.about_z.near_i);
+    at_j.tail<3>() +=
+        squares * Eigen::Vector3d(member.torsion, member.about_y.near_j, member.about_z.near_j);
 }
 
 Eigen::Vector3d local_load(const Jointed& member, const MemberLoad& load) {

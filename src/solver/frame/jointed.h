@@ -1,8 +1,8 @@
 // A member with springs at its ends, condensed.
 #pragma once
 
-#include "solver/element.h"
 #include "solver/frame_analysis.h"
+#include "solver/model/element.h"
 
 namespace frame_analysis {
 
@@ -34,17 +34,16 @@ struct Jointed {
 
 Jointed make_jointed(const Frame& frame, const Member& member);
 
-frameslv::StiffnessBlocks blocks_of(const Jointed& member);
-
-// What the nodes exert on the ends for these displacements, global axes; result in local axes.
-frameslv::EndForces forces_of(const Jointed& member, const frameslv::Vector6& moved_i,
-                              const frameslv::Vector6& moved_j);
+// The stiffness in global axes. Without `axial` the member carries no axial force.
+frameslv::StiffnessBlocks blocks_of(const Jointed& member, bool axial);
+void add_diagonal(const Jointed& member, bool axial, frameslv::Vector6& at_i,
+                  frameslv::Vector6& at_j);
 
 // Adds `sign` times the end forces, turned into global axes.
 void add_to_nodes(const Jointed& member, const frameslv::EndForces& forces, double sign,
                   frameslv::Vector6& at_i, frameslv::Vector6& at_j);
 
-// The same with both nodes held, under a load.
+// What the nodes exert on the ends, local axes, with both nodes held, under a load.
 frameslv::EndForces held_forces(const Jointed& member, const MemberLoad& load);
 frameslv::EndForces held_forces_uniform(const Jointed& member, const Eigen::Vector3d& local);
 

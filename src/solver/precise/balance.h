@@ -1,7 +1,7 @@
 // What the members ask of the nodes, in twice the precision.
 #pragma once
 
-#include "solver/element.h"
+#include "solver/model/element.h"
 #include "solver/precise/members.h"
 
 #include <vector>

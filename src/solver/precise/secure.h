@@ -1,7 +1,7 @@
 // How far a solution is off, and its mending in twice the precision.
 #pragma once
 
-#include "solver/system.h"
+#include "solver/model/system.h"
 
 #include <array>
 

@@ -10,6 +10,20 @@ namespace {
 // Columns of a child that one thread adds at a time.
 constexpr size_t added_columns = 64;
 
+// Updates from here on get pages of their own, given back when they have been packed.
+constexpr size_t large_update = size_t{1} << 22; // numbers
+
+// The lower triangle of a square, column after column; where element (0, j) would stand.
+size_t packed_column(size_t rows, size_t j) {
+    return j * rows - j * (j + 1) / 2;
+}
+
+void pack_lower(const double* square, size_t rows, double* to) {
+    for (size_t j = 0; j < rows; j++)
+        std::memcpy(to + packed_column(rows, j) + j, square + j * rows + j,
+                    (rows - j) * sizeof(double));
+}
+
 // Writes to every page of a fresh panel once. Adding to it would read it first, and a page that is
 // read before it is written costs two faults.
 void touch(double* panel, size_t numbers) {
@@ -72,7 +86,8 @@ bool Cholesky::factorise(const Blocks& blocks, std::span<const double> scale, do
         for (size_t i = next++; i < tasks_.subtrees.size() && !failed_; i = next++)
             do_subtree(tasks_.subtrees[i], worker, static_cast<size_t>(id));
         worker.stack = Pages();
-        worker.stack_numbers = 0;
+        worker.square = Pages();
+        worker.stack_numbers = worker.square_numbers = 0;
     });
     for (const int f : tasks_.top)
         if (!failed_)
@@ -80,47 +95,60 @@ bool Cholesky::factorise(const Blocks& blocks, std::span<const double> scale, do
     return !failed_;
 }
 
+// A square of below x below for an update, its lower triangle zero: the worker's, which holds up to
+// `most` numbers, or for a large one `own`.
+double* Cholesky::square_for(size_t below, size_t most, Worker& worker, Pages& own) const {
+    if (below * below >= large_update) {
+        own = Pages(below * below + Kernels::slack);
+        return own.data();
+    }
+    if (worker.square_numbers < most) {
+        worker.square = Pages(most + Kernels::slack);
+        worker.square_numbers = most;
+    }
+    double* square = worker.square.data();
+    for (size_t j = 0; j < below; j++)
+        std::memset(square + j * below + j, 0, (below - j) * sizeof(double));
+    return square;
+}
+
 void Cholesky::do_subtree(const Tasks::Subtree& subtree, Worker& worker, size_t id) {
     if (worker.stack_numbers < subtree.stack) {
-        worker.stack = Pages(subtree.stack + Kernels::slack);
+        worker.stack = Pages(subtree.stack);
         worker.stack_numbers = subtree.stack;
     }
     DenseEliminator dense(nullptr, buffers_, id);
     double* stack = worker.stack.data();
     size_t used = 0;
-    Pages& kept = kept_[static_cast<size_t>(subtree.root)];
-    const size_t left = static_cast<size_t>(front(subtree.root).below);
-    if (left > 0)
-        kept = Pages(left * left + Kernels::slack, Pages::Size::small);
     for (int f = subtree.first; f <= subtree.root && !failed_; f++) {
         const size_t below = static_cast<size_t>(front(f).below);
-        double* update = f == subtree.root ? kept.data() : stack + used;
-        for (size_t j = 0; j < below && f != subtree.root; j++)
-            std::memset(update + j * below + j, 0, (below - j) * sizeof(double));
+        Pages own;
+        double* update = square_for(below, std::min(subtree.square, large_update), worker, own);
         update_[static_cast<size_t>(f)] = update;
         set_positions(f, worker);
         add_members(f, worker);
-        size_t popped = 0;
         for (const int child : front(f).children) {
             const size_t rows = static_cast<size_t>(front(child).below);
             add_update(child, f, runs_of(child, worker), 0, rows, update);
-            popped += rows * rows;
+            used -= packed_numbers(rows);
         }
-        if (popped > 0 && f != subtree.root) {
-            update_[static_cast<size_t>(f)] = update - popped;
-            std::memmove(update - popped, update, below * below * sizeof(double));
-        }
-        used += below * below - popped;
         if (!eliminate(f, dense))
             failed_ = true;
+        double* packed = stack + used;
+        if (f == subtree.root) {
+            kept_[static_cast<size_t>(f)] = Pages(packed_numbers(below), Pages::Size::small);
+            packed = kept_[static_cast<size_t>(f)].data();
+        }
+        pack_lower(update, below, packed);
+        update_[static_cast<size_t>(f)] = packed;
+        used += packed_numbers(below);
     }
 }
 
 void Cholesky::do_top(int f) {
     const size_t below = static_cast<size_t>(front(f).below);
-    Pages& update = kept_[static_cast<size_t>(f)];
-    update = Pages(below * below + Kernels::slack);
-    update_[static_cast<size_t>(f)] = update.data();
+    Pages square(below * below + Kernels::slack);
+    update_[static_cast<size_t>(f)] = square.data();
     set_positions(f, workers_[0]);
     add_members(f, workers_[0]);
     for (const int child : front(f).children) {
@@ -130,13 +158,42 @@ void Cholesky::do_top(int f) {
         team_->run([&](int) {
             for (size_t j = next.fetch_add(added_columns); j < rows;
                  j = next.fetch_add(added_columns))
-                add_update(child, f, runs, j, std::min(rows, j + added_columns), update.data());
+                add_update(child, f, runs, j, std::min(rows, j + added_columns), square.data());
         });
         kept_[static_cast<size_t>(child)] = Pages();
     }
     DenseEliminator dense(team_.get(), buffers_, 0);
     if (!eliminate(f, dense))
         failed_ = true;
+    kept_[static_cast<size_t>(f)] = Pages(packed_numbers(below));
+    double* packed = kept_[static_cast<size_t>(f)].data();
+    pack_lower(square.data(), below, packed);
+    update_[static_cast<size_t>(f)] = packed;
+}
+
+// One thread fills panel after panel; several, at most all panels with each thread's stack and
+// square at their largest, and the updates of the subtrees' roots.
+size_t Cholesky::needed_bytes() const {
+    size_t used = 0, one = 0, stack = 0, square = 0, kept = 0;
+    for (const Front& own : symbolic_.fronts) {
+        const size_t below = static_cast<size_t>(own.below);
+        const size_t panels = own.panel + own.height() * static_cast<size_t>(own.columns);
+        one = std::max(one, panels + used + below * below);
+        for (const int child : own.children)
+            used -= packed_numbers(static_cast<size_t>(front(child).below));
+        used += packed_numbers(below);
+    }
+    for (const Tasks::Subtree& subtree : tasks_.subtrees) {
+        stack = std::max(stack, subtree.stack);
+        square = std::max(square, subtree.square);
+        kept += packed_numbers(static_cast<size_t>(front(subtree.root).below));
+    }
+    for (const int f : tasks_.top)
+        square = std::max(square, static_cast<size_t>(front(f).below) *
+                                      static_cast<size_t>(front(f).below));
+    const size_t threads = static_cast<size_t>(team_->size());
+    const size_t several = symbolic_.panel_numbers + kept + threads * (stack + square);
+    return (threads == 1 ? one : several) * sizeof(double);
 }
 
 bool Cholesky::eliminate(int f, DenseEliminator& dense) {
@@ -230,7 +287,7 @@ std::vector<Cholesky::Run> Cholesky::runs_of(int child, const Worker& worker) co
     return runs;
 }
 
-// Adds the columns `first` to `last` of the child's update.
+// Adds the columns `first` to `last` of the child's update, which is packed.
 void Cholesky::add_update(int child, int f, const std::vector<Run>& runs, size_t first, size_t last,
                           double* update) const {
     const Front& own = front(f);
@@ -246,7 +303,7 @@ void Cholesky::add_update(int child, int f, const std::vector<Run>& runs, size_t
             // Where row 0 of the front would stand.
             double* to =
                 column < k ? panel(f) + column * own.height() : update + (column - k) * below - k;
-            const double* source = from + j * rows;
+            const double* source = from + packed_column(rows, j);
             const size_t done = j - run->from;
             for (size_t i = done; i < run->count; i++)
                 to[run->to + i] += source[run->from + i];

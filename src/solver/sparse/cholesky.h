@@ -6,7 +6,7 @@
 // handed up. The stiffness matrix itself is never made.
 #pragma once
 
-#include "solver/element.h"
+#include "solver/base/vectors.h"
 #include "solver/sparse/dense.h"
 #include "solver/sparse/pages.h"
 #include "solver/sparse/tasks.h"
@@ -49,10 +49,14 @@ class Cholesky {
     void solve_upper(std::span<double> x) const;
     // Solves for Kernels::block vectors at once; their numbers of one unknown stand together.
     void solve_block(std::span<double> x) const;
+    // The same for Kernels::wide_block vectors.
+    void solve_wide_block(std::span<double> x) const;
 
     const Symbolic& symbolic() const { return symbolic_; }
     int threads() const { return team_->size(); }
-    // Bytes of the factor as stored, and of the updates that wait beside it.
+    // Bytes that factorise may fill in all: the factor and what waits or is made beside it.
+    size_t needed_bytes() const;
+    // Bytes of the factor as stored.
     size_t factor_bytes() const { return symbolic_.panel_numbers * sizeof(double); }
 
   private:
@@ -62,6 +66,8 @@ class Cholesky {
         std::vector<double> vector;
         Pages stack;
         size_t stack_numbers = 0;
+        Pages square; // the update that is being made
+        size_t square_numbers = 0;
     };
     // Consecutive rows of a child that are consecutive in its parent.
     struct Run {
@@ -73,6 +79,7 @@ class Cholesky {
     void sort_members();
     void do_subtree(const Tasks::Subtree& subtree, Worker& worker, size_t id);
     void do_top(int f);
+    double* square_for(size_t below, size_t most, Worker& worker, Pages& own) const;
     void set_positions(int f, Worker& worker) const;
     void add_members(int f, Worker& worker);
     void add_block(int f, const Worker& worker, size_t row_vertex, size_t column_vertex,

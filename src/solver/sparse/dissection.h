@@ -8,7 +8,7 @@
 // cost.
 #pragma once
 
-#include "solver/model.h"
+#include "solver/base/vectors.h"
 #include "solver/sparse/graph.h"
 
 namespace frameslv {

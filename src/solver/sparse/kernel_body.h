@@ -244,36 +244,48 @@ void subtract_transposed(const double* a, size_t lda, size_t rows, size_t column
     }
 }
 
-// The numbers of one row of a block of vectors.
+// The numbers of one row of a block of vectors. A template takes the block: it would drop what the
+// row's type says of alignment.
 #if KERNEL_LANES > 1
-typedef double Row __attribute__((vector_size(Kernels::block * sizeof(double)),
-                                  aligned(sizeof(double)), may_alias));
-#else
-struct Row {
-    double part[Kernels::block];
+struct Narrow {
+    typedef double Row __attribute__((vector_size(Kernels::block * sizeof(double)),
+                                      aligned(sizeof(double)), may_alias));
 };
-inline Row operator*(const Row& a, double b) {
-    Row c;
-    for (size_t k = 0; k < Kernels::block; k++)
+struct Wide {
+    typedef double Row __attribute__((vector_size(Kernels::wide_block * sizeof(double)),
+                                      aligned(sizeof(double)), may_alias));
+};
+#else
+template <size_t width> struct RowOf { double part[width]; };
+template <size_t width> inline RowOf<width> operator*(const RowOf<width>& a, double b) {
+    RowOf<width> c;
+    for (size_t k = 0; k < width; k++)
         c.part[k] = a.part[k] * b;
     return c;
 }
-inline Row& operator+=(Row& a, const Row& b) {
-    for (size_t k = 0; k < Kernels::block; k++)
+template <size_t width> inline RowOf<width>& operator+=(RowOf<width>& a, const RowOf<width>& b) {
+    for (size_t k = 0; k < width; k++)
         a.part[k] += b.part[k];
     return a;
 }
-inline Row& operator-=(Row& a, const Row& b) {
-    for (size_t k = 0; k < Kernels::block; k++)
+template <size_t width> inline RowOf<width>& operator-=(RowOf<width>& a, const RowOf<width>& b) {
+    for (size_t k = 0; k < width; k++)
         a.part[k] -= b.part[k];
     return a;
 }
+struct Narrow {
+    typedef RowOf<Kernels::block> Row;
+};
+struct Wide {
+    typedef RowOf<Kernels::wide_block> Row;
+};
 #endif
 
 // `group` rows, or columns, together: enough sums at a time to keep the processor busy.
-template <size_t group>
-inline void multiples_group(const double* a, size_t lda, size_t columns, const Row* x, Row* y) {
-    Row sum[group] = {};
+template <size_t group, class Block>
+inline void multiples_group(const double* a, size_t lda, size_t columns,
+                            const typename Block::Row* x, typename Block::Row* y) {
+    typename Block::Row sum[group] = {};
     for (size_t j = 0; j < columns; j++)
         for (size_t k = 0; k < group; k++)
             sum[k] += x[j] * a[j * lda + k];
@@ -281,9 +293,10 @@ inline void multiples_group(const double* a, size_t lda, size_t columns, const R
         y[k] -= sum[k];
 }
 
-template <size_t group>
-inline void transposeds_group(const double* a, size_t lda, size_t rows, const Row* y, Row* x) {
-    Row sum[group] = {};
+template <size_t group, class Block>
+inline void transposeds_group(const double* a, size_t lda, size_t rows,
+                              const typename Block::Row* y, typename Block::Row* x) {
+    typename Block::Row sum[group] = {};
     for (size_t i = 0; i < rows; i++)
         for (size_t k = 0; k < group; k++)
             sum[k] += y[i] * a[k * lda + i];
@@ -291,49 +304,57 @@ inline void transposeds_group(const double* a, size_t lda, size_t rows, const Ro
         x[k] -= sum[k];
 }
 
-constexpr size_t large_group = 8;
-constexpr size_t small_group = 4;
+// As many sums as the registers hold.
+template <class Block>
+constexpr size_t large_group = sizeof(typename Block::Row) == sizeof(double) * Kernels::block ? 8
+                               : lanes >= 8                                                   ? 8
+                               : lanes >= 4                                                   ? 4
+                                                                                              : 2;
+template <class Block> constexpr size_t small_group = large_group<Block> / 2;
 
+template <class Block>
 void subtract_multiples(const double* a, size_t lda, size_t rows, size_t columns, const double* x,
                         double* y) {
-    const Row* from = reinterpret_cast<const Row*>(x);
-    Row* to = reinterpret_cast<Row*>(y);
+    const typename Block::Row* from = reinterpret_cast<const typename Block::Row*>(x);
+    typename Block::Row* to = reinterpret_cast<typename Block::Row*>(y);
     size_t i = 0;
-    for (; i + large_group <= rows; i += large_group)
-        multiples_group<large_group>(a + i, lda, columns, from, to + i);
-    for (; i + small_group <= rows; i += small_group)
-        multiples_group<small_group>(a + i, lda, columns, from, to + i);
+    for (; i + large_group<Block> <= rows; i += large_group<Block>)
+        multiples_group<large_group<Block>, Block>(a + i, lda, columns, from, to + i);
+    for (; i + small_group<Block> <= rows; i += small_group<Block>)
+        multiples_group<small_group<Block>, Block>(a + i, lda, columns, from, to + i);
     for (; i < rows; i++)
-        multiples_group<1>(a + i, lda, columns, from, to + i);
+        multiples_group<1, Block>(a + i, lda, columns, from, to + i);
 }
 
+template <class Block>
 void subtract_transposeds(const double* a, size_t lda, size_t rows, size_t columns, const double* y,
                           double* x) {
-    const Row* from = reinterpret_cast<const Row*>(y);
-    Row* to = reinterpret_cast<Row*>(x);
+    const typename Block::Row* from = reinterpret_cast<const typename Block::Row*>(y);
+    typename Block::Row* to = reinterpret_cast<typename Block::Row*>(x);
     size_t j = 0;
-    for (; j + large_group <= columns; j += large_group)
-        transposeds_group<large_group>(a + j * lda, lda, rows, from, to + j);
-    for (; j + small_group <= columns; j += small_group)
-        transposeds_group<small_group>(a + j * lda, lda, rows, from, to + j);
+    for (; j + large_group<Block> <= columns; j += large_group<Block>)
+        transposeds_group<large_group<Block>, Block>(a + j * lda, lda, rows, from, to + j);
+    for (; j + small_group<Block> <= columns; j += small_group<Block>)
+        transposeds_group<small_group<Block>, Block>(a + j * lda, lda, rows, from, to + j);
     for (; j < columns; j++)
-        transposeds_group<1>(a + j * lda, lda, rows, from, to + j);
+        transposeds_group<1, Block>(a + j * lda, lda, rows, from, to + j);
 }
 
-void solve_triangles(const double* l, size_t ldl, size_t n, double* x) {
-    Row* to = reinterpret_cast<Row*>(x);
+template <class Block> void solve_triangles(const double* l, size_t ldl, size_t n, double* x) {
+    typename Block::Row* to = reinterpret_cast<typename Block::Row*>(x);
     for (size_t j = 0; j < n; j++, l += ldl) {
-        const Row value = to[j] * (1.0 / l[j]);
+        const typename Block::Row value = to[j] * (1.0 / l[j]);
         to[j] = value;
         for (size_t i = j + 1; i < n; i++)
             to[i] -= value * l[i];
     }
 }
 
+template <class Block>
 void solve_transposed_triangles(const double* l, size_t ldl, size_t n, double* x) {
-    Row* to = reinterpret_cast<Row*>(x);
+    typename Block::Row* to = reinterpret_cast<typename Block::Row*>(x);
     for (size_t j = n; j-- > 0;) {
-        Row value = to[j];
+        typename Block::Row value = to[j];
         for (size_t i = j + 1; i < n; i++)
             value -= to[i] * l[j * ldl + i];
         to[j] = value * (1.0 / l[j * ldl + j]);
@@ -349,9 +370,9 @@ const Kernels KERNEL_NAME = {tile_rows,
                              solve_rows,
                              subtract_multiple,
                              subtract_transposed,
-                             subtract_multiples,
-                             subtract_transposeds,
-                             solve_triangles,
-                             solve_transposed_triangles};
+                             {subtract_multiples<Narrow>, subtract_transposeds<Narrow>,
+                              solve_triangles<Narrow>, solve_transposed_triangles<Narrow>},
+                             {subtract_multiples<Wide>, subtract_transposeds<Wide>,
+                              solve_triangles<Wide>, solve_transposed_triangles<Wide>}};
 
 } // namespace frameslv

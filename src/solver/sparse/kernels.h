@@ -42,15 +42,19 @@ struct Kernels {
     void (*subtract_transposed)(const double* a, size_t lda, size_t rows, size_t columns,
                                 const double* y, double* x);
 
-    // The same for `block` vectors at a time: the numbers of a row stand together.
+    // The same for several vectors at a time, and x := L^-1 x and x := L^-T x for the lower
+    // triangle of the n x n matrix L: the numbers of a row stand together.
+    struct Block {
+        void (*subtract_multiples)(const double* a, size_t lda, size_t rows, size_t columns,
+                                   const double* x, double* y);
+        void (*subtract_transposeds)(const double* a, size_t lda, size_t rows, size_t columns,
+                                     const double* y, double* x);
+        void (*solve_triangles)(const double* l, size_t ldl, size_t n, double* x);
+        void (*solve_transposed_triangles)(const double* l, size_t ldl, size_t n, double* x);
+    };
     static constexpr size_t block = 4;
-    void (*subtract_multiples)(const double* a, size_t lda, size_t rows, size_t columns,
-                               const double* x, double* y);
-    void (*subtract_transposeds)(const double* a, size_t lda, size_t rows, size_t columns,
-                                 const double* y, double* x);
-    // x := L^-1 x and x := L^-T x for a block and the lower triangle of the n x n matrix L.
-    void (*solve_triangles)(const double* l, size_t ldl, size_t n, double* x);
-    void (*solve_transposed_triangles)(const double* l, size_t ldl, size_t n, double* x);
+    static constexpr size_t wide_block = 8;
+    Block narrow, wide; // for `block` and `wide_block` vectors
 };
 
 // The set for the widest registers of this processor.

@@ -32,4 +32,8 @@ class Pages {
     size_t bytes_ = 0;
 };
 
+// Bytes that can still be filled without the disk, as the system tells; the largest size_t where it
+// does not.
+size_t available_memory();
+
 } // namespace frameslv

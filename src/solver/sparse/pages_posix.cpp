@@ -1,8 +1,13 @@
 #include "solver/sparse/pages.h"
 
 #include <sys/mman.h>
+#include <sys/resource.h>
 
+#include <algorithm>
+#include <fstream>
+#include <limits>
 #include <new>
+#include <string>
 
 namespace frameslv {
 
@@ -36,6 +41,24 @@ Pages::Pages(size_t numbers, Size size) {
 Pages::~Pages() {
     if (numbers_ != nullptr)
         munmap(numbers_, bytes_);
+}
+
+size_t available_memory() {
+    constexpr size_t unknown = std::numeric_limits<size_t>::max();
+    constexpr size_t kilobyte = 1024;
+    size_t available = unknown;
+    std::ifstream file("/proc/meminfo");
+    std::string key;
+    size_t value = 0;
+    while (file >> key >> value) {
+        if (key == "MemAvailable:")
+            available = value * kilobyte;
+        file.ignore(std::numeric_limits<std::streamsize>::max(), '\n');
+    }
+    rlimit limit{};
+    if (getrlimit(RLIMIT_AS, &limit) == 0 && limit.rlim_cur != RLIM_INFINITY)
+        available = std::min(available, static_cast<size_t>(limit.rlim_cur));
+    return available;
 }
 
 } // namespace frameslv

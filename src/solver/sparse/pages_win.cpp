@@ -23,4 +23,12 @@ Pages::~Pages() {
         VirtualFree(numbers_, 0, MEM_RELEASE);
 }
 
+size_t available_memory() {
+    MEMORYSTATUSEX status{};
+    status.dwLength = sizeof status;
+    if (GlobalMemoryStatusEx(&status) == 0)
+        return static_cast<size_t>(-1);
+    return static_cast<size_t>(status.ullAvailPhys);
+}
+
 } // namespace frameslv

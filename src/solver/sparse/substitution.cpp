@@ -29,7 +29,7 @@ void upper_triangle(const double* l, size_t ld, size_t n, double* x) {
 // What does the work for one vector, or for a block of them, whose numbers of one unknown stand
 // together.
 struct Steps {
-    decltype(Kernels::solve_triangles) lower, upper;
+    decltype(Kernels::Block::solve_triangles) lower, upper;
     decltype(Kernels::subtract_multiple) subtract_multiple, subtract_transposed;
 };
 
@@ -37,8 +37,9 @@ template <size_t width> Steps steps() {
     const Kernels& k = kernels();
     if (width == 1)
         return {lower_triangle, upper_triangle, k.subtract_multiple, k.subtract_transposed};
-    return {k.solve_triangles, k.solve_transposed_triangles, k.subtract_multiples,
-            k.subtract_transposeds};
+    const Kernels::Block& block = width == Kernels::block ? k.narrow : k.wide;
+    return {block.solve_triangles, block.solve_transposed_triangles, block.subtract_multiples,
+            block.subtract_transposeds};
 }
 
 } // namespace
@@ -137,6 +138,11 @@ void Cholesky::solve_upper(std::span<double> x) const {
 void Cholesky::solve_block(std::span<double> x) const {
     solve_lower_as<Kernels::block>(x);
     solve_upper_as<Kernels::block>(x);
+}
+
+void Cholesky::solve_wide_block(std::span<double> x) const {
+    solve_lower_as<Kernels::wide_block>(x);
+    solve_upper_as<Kernels::wide_block>(x);
 }
 
 } // namespace frameslv

@@ -1,7 +1,7 @@
 // What the factorisation will look like, before any number is known.
 #pragma once
 
-#include "solver/model.h"
+#include "solver/base/vectors.h"
 #include "solver/sparse/graph.h"
 
 namespace frameslv {

@@ -12,7 +12,7 @@ constexpr double uneven_share = 1.05;
 constexpr size_t most_subtrees = 32; // a thread
 
 size_t update_numbers(const Front& front) {
-    return static_cast<size_t>(front.below) * static_cast<size_t>(front.below);
+    return packed_numbers(static_cast<size_t>(front.below));
 }
 
 std::vector<Tasks::Subtree> all_subtrees(const Symbolic& symbolic) {
@@ -31,10 +31,14 @@ std::vector<Tasks::Subtree> all_subtrees(const Symbolic& symbolic) {
             own.first = std::min(own.first, part.first);
             own.flops += part.flops;
             own.stack = std::max(own.stack, waiting + with_own[static_cast<size_t>(child)]);
+            own.square = std::max(own.square, part.square);
             waiting += update_numbers(symbolic.fronts[static_cast<size_t>(child)]);
         }
-        // An update stands above those of the children while it is made.
-        with_own[f] = std::max(own.stack, waiting + update_numbers(front));
+        // An update is packed where those of its children stood.
+        own.stack = std::max(own.stack, waiting);
+        with_own[f] = std::max(own.stack, update_numbers(front));
+        own.square = std::max(own.square,
+                              static_cast<size_t>(front.below) * static_cast<size_t>(front.below));
     }
     return all;
 }
