@@ -158,8 +158,11 @@ class Reader {
     template <class Record> bool read_role_name(const JsonValue& row, Record& record);
 
     Bounded node_number(std::int32_t& number) const { return {number, 1, model_.N_Node}; }
-    // The number of a section or material; -1 or 0 while there is none.
-    static Bounded table_number(std::int32_t& number, int count) { return {number, -1, count}; }
+    // The number of a section or material: -1 or 0 while there is none, in a sketch that of an
+    // earlier state. The check of the whole project knows how far the table must reach.
+    static Bounded table_number(std::int32_t& number, int capacity) {
+        return {number, -1, capacity};
+    }
 
     Project& to_;
     Model& model_;
@@ -279,8 +282,8 @@ bool Reader::read_beam(const JsonValue& row, int i) {
     beam.no = number_at(i);
     if (!is_array(row, plain, whole) ||
         !head(row, node_number(beam.noi), node_number(beam.noj), beam.haba, beam.atumi,
-              Bounded{beam.kind, 0, kind_count - 1}, table_number(beam.size, model_.N_Size),
-              table_number(beam.mat, model_.N_Mat), Bounded{beam.flag, 0, data_set})) {
+              Bounded{beam.kind, 0, kind_count - 1}, table_number(beam.size, size_capacity),
+              table_number(beam.mat, mat_capacity), Bounded{beam.flag, 0, data_set})) {
         return false;
     }
     if (row.items.size() != plain) {

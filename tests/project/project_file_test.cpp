@@ -162,6 +162,8 @@ TEST_F(ProjectFile, FloatsComeBackToTheBit) {
     rename(model.node[3].id, "柱 \"A\\\t\x01");
     rename(model.beam[0].idi, "another");
     rename(model.fix[0].id, "third");
+    model.beam[1].size = size_capacity; // of the hand-drawn file, before its table is made
+    model.beam[1].mat = mat_capacity;
     project.view.Rho = 1e300;
     expect_same(project, *parsed(project_text(project)));
 }
@@ -239,6 +241,8 @@ const Broken broken[] = {
     {"end_away_from_its_node", "  [5,17,12,12,1,1,1,2]",
      "  [5,17,12,12,1,1,1,2,\"X04Y00Z00\",\"X04Y00Z01\",181.8,0,51,181.8,0,95,0,0,0,0]",
      "内容が合いません: "},
+    {"section_beyond_the_table", "  [5,17,12,12,1,1,1,2]", "  [5,17,12,12,1,99,1,2]",
+     "内容が合いません: 部材の断面番号が範囲外です"},
     {"more_behind", "\n}\n", "\n}\n{}", "行目: JSON として読めません"},
 };
 
