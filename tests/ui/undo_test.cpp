@@ -78,9 +78,7 @@ TEST_F(Undo, SupportsAndLoads) {
     session.work.history.start(project);
     TSelNodeForm form(session, nullptr);
     EXPECT_FALSE(is_open(form, "UndoMenu"));
-    const auto rows = [&](const char* name) {
-        return control<RecordGrid>(form, name)->rowCount();
-    };
+    const auto rows = [&](const char* name) { return control<RecordGrid>(form, name)->rowCount(); };
     control<RecordGrid>(form, "ZenStringGrid")->choose(3);
     expect_step(form, "固定節点の追加", [&] {
         answer_ok();

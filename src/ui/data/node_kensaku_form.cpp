@@ -110,7 +110,7 @@ void TNodeKensakuForm::select_all() {
         return;
     }
     const int role = answer == YesNo::yes ? role_ : role_plain;
-    const char* name = role == role_plain  ? "節点の指定の取消"
+    const char* name = role == role_plain   ? "節点の指定の取消"
                        : role == role_fixed ? "固定節点の指定"
                                             : "荷重節点の指定";
     change(session_, name, [role](Project& p) {

@@ -16,8 +16,9 @@ namespace kigumi {
 
 namespace {
 
-void paint_model(const Model& model, const View& view, Solids& solids, PerspectiveLines& perspective,
-                 const fs::path& work_dir, ModelMode mode, Canvas& canvas, DrawArea& area) {
+void paint_model(const Model& model, const View& view, Solids& solids,
+                 PerspectiveLines& perspective, const fs::path& work_dir, ModelMode mode,
+                 Canvas& canvas, DrawArea& area) {
     switch (mode) {
     case ModelMode::wire_nodes:
         draw_wire(project_model(model, view), canvas, area, true);
@@ -90,9 +91,7 @@ int ModelWindow::rebuild_solids() {
     DrawArea area;
     area.xScreen = picture().width();
     area.yScreen = picture().height();
-    return build_trio_file(model, solids, work_dir) < 0
-               ? -1
-               : get_jiku_world(view, solids, area);
+    return build_trio_file(model, solids, work_dir) < 0 ? -1 : get_jiku_world(view, solids, area);
 }
 
 void ModelWindow::show_axis_model() {

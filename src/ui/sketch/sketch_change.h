@@ -8,7 +8,8 @@
 
 namespace kigumi {
 
-// kigumi::change for a sketch whose sheet is shown: keeps the nodes' places on the sheet, too. 0, or -1 when the change was taken back after a message.
+// kigumi::change for a sketch whose sheet is shown: keeps the nodes' places on the sheet, too. 0,
+// or -1 when the change was taken back after a message.
 int change_sketch(Session& session, std::string_view name, const std::function<void(Model&)>& edit);
 
 } // namespace kigumi

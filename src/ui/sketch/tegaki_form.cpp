@@ -260,7 +260,8 @@ void TTegakiForm::show_state() {
     missing_label_->setText(model.N_Node > 0 ? sketch_summary(model)
                                              : QString("何も描かれていません"));
     setWindowTitle("手書");
-    file_label_->setText(marked_name(document, model.N_Node > 0 && !session_.work.history.is_saved()));
+    file_label_->setText(
+        marked_name(document, model.N_Node > 0 && !session_.work.history.is_saved()));
     show_pointer();
     sheet_->update();
 }
