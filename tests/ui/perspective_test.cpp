@@ -46,7 +46,7 @@ TEST_F(PerspectiveWindow, ShowsWhatTheEyeSeesAndFollowsTheDialog) {
     // All but crumbs, from the default viewpoint and then from straight above.
     for (const int i : {0, 1}) {
         const ViewCoefficients v = view_coefficients(4000, 20, i == 0 ? 70 : 0);
-        const size_t all = visible_segments(*read_trio_file(solids, work_dir), v).size();
+        const size_t all = visible_segments(*saved_records(solids), v).size();
         EXPECT_LE(lines[i], all);
         EXPECT_GT(lines[i], all * 85 / 100);
     }
