@@ -23,7 +23,6 @@
 #include <QMessageBox>
 #include <QMouseEvent>
 #include <QPointer>
-#include <QStandardPaths>
 #include <QTableView>
 
 namespace kigumi::test {
@@ -328,7 +327,6 @@ class MonkeyTest : public UiTest {
   protected:
     void SetUp() override {
         UiTest::SetUp();
-        QStandardPaths::setTestModeEnabled(true);
         QApplication::setQuitOnLastWindowClosed(false);
         param.NX = 2;
         param.NY = 1;

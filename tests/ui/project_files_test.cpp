@@ -27,8 +27,11 @@ class ProjectFiles : public UiTest {
   protected:
     void SetUp() override {
         UiTest::SetUp();
-        if (std::optional<LeftCopy> left = find_left_copy(recovery_folder())) {
+        while (std::optional<LeftCopy> left = find_left_copy(recovery_folder())) {
             remove_copy(left->copy);
+        }
+        for (const fs::path& file : recent_files()) {
+            forget_recent(file);
         }
         window_ = std::make_unique<TMainForm>(session);
         window_->show();
@@ -270,7 +273,8 @@ TEST_F(ProjectFiles, WorkOfAKilledProgramIsOffered) {
     EXPECT_FALSE(find_left_copy(recovery_folder())) << "a running program keeps its copy";
     victim.kill();
     victim.waitForFinished();
-    ASSERT_TRUE(find_left_copy(recovery_folder()));
+    ASSERT_TRUE(find_left_copy(recovery_folder()))
+        << said.toStdString() << victim.readAllStandardError().toStdString();
     for (const char* answer : {"あとで", "復元"}) {
         Player player;
         player.step("start", [this] {
