@@ -44,8 +44,9 @@ QString sketch_summary(const Model& model) {
 QString document_summary(const Project& project) {
     const Model& model = project.model;
     if (model.N_Beam == 0) {
-        return "モデルがありません。ファイル → 基本データ選択 で骨組を作るか、"
-               "手書入力編集 で描くか、軸データ編集 で軸データを読み込みます";
+        return "モデルがありません。ファイル → "
+               "開く（プロジェクト・軸データ・手書データ）で続けるか、"
+               "基本データ選択 で骨組を作るか、手書入力編集 で描きます";
     }
     if (check_all_beam(model) < 0) {
         return QString("手書データは未完成です（%1）。手書入力編集 で続けられます")
