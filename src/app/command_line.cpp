@@ -230,12 +230,15 @@ void CommandLine::add_demo() {
 void CommandLine::read_draw_texts() {
     DrawOptions& o = draw_options_;
     require(band_.empty() || parse_band(band_, o), "--band", band_);
-    for (const auto& [option, value] :
-         {std::pair{"--tau", double{o.tau}}, std::pair{"--fai", double{o.fai}},
-          std::pair{"--theta", double{o.theta}}, std::pair{"--phi", double{o.phi}}}) {
-        require(std::isfinite(value), option, std::to_string(value));
-    }
-    require(std::isfinite(o.rho) && o.rho > 0.0, "--rho", std::to_string(o.rho));
+    const auto finite = [&](const char* option, const auto& value) {
+        require(!value || std::isfinite(*value), option, std::to_string(value.value_or(0)));
+    };
+    finite("--tau", o.tau);
+    finite("--fai", o.fai);
+    finite("--theta", o.theta);
+    finite("--phi", o.phi);
+    const double rho = o.rho.value_or(1.0);
+    require(std::isfinite(rho) && rho > 0.0, "--rho", std::to_string(rho));
     require(size_.empty() || parse_size(size_, o), "--size", size_);
     std::string unknown;
     require(parse_labels(label_list_, o, unknown), "--labels", unknown);

@@ -1,6 +1,7 @@
 // The commands of the command line: each works without a display.
 #pragma once
 
+#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -31,10 +32,11 @@ struct DrawOptions {
     std::string input; // frame file; may be empty with dir
     std::string mode = "wire";
     float low = 0.0f, high = 100.0f; // band, percent
-    float tau = 30.0f, fai = 30.0f;  // degrees
-    double rho = 4000.0, theta = 20.0, phi = 70.0;
-    bool joints = false; // lines where bars meet, in perspectives
-    int scale = 1;       // magnification of displacements
+    // Of the view; those of the project, or the defaults, where they are not given.
+    std::optional<float> tau, fai;         // degrees
+    std::optional<double> rho, theta, phi; // cm, degrees
+    bool joints = false;                   // lines where bars meet, in perspectives
+    int scale = 1;                         // magnification of displacements
     std::vector<std::string> labels;
     int width = 1280, height = 800;
     bool legend = false; // of results; a PDF file has it in any case

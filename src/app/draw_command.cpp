@@ -81,11 +81,14 @@ DrawArea client_area(const DrawOptions& options) {
     return area;
 }
 
-void set_viewpoint(Project& project, const DrawOptions& options) {
-    project.view.Rho = options.rho;
-    project.view.Theta = options.theta;
-    project.view.Phi = options.phi;
-    project.view.joints = options.joints ? 1 : 0;
+void set_view(Project& project, const DrawOptions& options) {
+    View& view = project.view;
+    view.TAU = options.tau.value_or(view.TAU);
+    view.FAI = options.fai.value_or(view.FAI);
+    view.Rho = options.rho.value_or(view.Rho);
+    view.Theta = options.theta.value_or(view.Theta);
+    view.Phi = options.phi.value_or(view.Phi);
+    view.joints = options.joints ? 1 : view.joints;
 }
 
 void set_labels(const DrawOptions& options, ResultView& shown) {
@@ -100,8 +103,8 @@ int draw_results(Project& project, const DrawOptions& options, const fs::path& p
     picture.mode = result_mode(options.mode);
     picture.lower = options.low;
     picture.upper = options.high;
-    picture.TAU = options.tau;
-    picture.FAI = options.fai;
+    picture.TAU = project.view.TAU;
+    picture.FAI = project.view.FAI;
     picture.area = client_area(options);
     set_labels(options, picture);
     if (picture.mode == mode_displaced &&
@@ -126,13 +129,14 @@ int draw_solid_results(Project& project, const DrawOptions& options, const fs::p
     std::vector<int> all(project.result.N_Stress);
     std::iota(all.begin(), all.end(), 0);
     select_results(project.result, all);
+    const View eye = project.view;
     const int status =
         make_marukaku(project.view, project.result, project.solids, project.work_dir, shown);
     clear_selection(project.result);
     if (status < 0) {
         return -1;
     }
-    set_viewpoint(project, options);
+    project.view = eye;
     shown.area = client_area(options);
     return draw_with_legend(project, options, path, shown, [&shown, &project](Canvas& canvas) {
         return draw_marukaku(project.view, project.result, project.solids, project.perspective,
@@ -162,7 +166,6 @@ int draw_frame(Project& project, const DrawOptions& options, const fs::path& pat
             return draw_axis_model(project.view, project.solids, canvas, area);
         });
     }
-    set_viewpoint(project, options);
     return save("視点座標モデル", [&area, &project](Canvas& canvas) {
         return draw_perspective(project.view, project.solids, project.perspective, project.work_dir,
                                 canvas, area);
@@ -199,8 +202,7 @@ int run_draw(const DrawOptions& options) {
     if (!options.labels.empty() && load_stroke_font(project.lettering) < 0) {
         return -1;
     }
-    project.view.TAU = options.tau;
-    project.view.FAI = options.fai;
+    set_view(project, options);
     if (of_frame) {
         return draw_frame(project, options, path);
     }

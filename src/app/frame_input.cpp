@@ -8,6 +8,7 @@
 #include "model/roles.h"
 #include "model/sections.h"
 #include "model/select.h"
+#include "model/sketch.h"
 #include "project/project_file.h"
 #include "solid/solid.h"
 
@@ -76,7 +77,8 @@ int set_parameters(Project& project, const std::vector<std::string>& settings) {
 
 namespace {
 
-// A project has its tables; a sketch that is not finished gets those of a hand-drawn file.
+// A project has its tables; a finished sketch that was not yet taken for a frame gets them made. A
+// sketch that lacks data is refused.
 int read_project(Project& project, const std::string& input) {
     if (load_project(path_of(input), project) < 0) {
         return -1;
@@ -86,10 +88,14 @@ int read_project(Project& project, const std::string& input) {
         return refuse(input + ": 部材がありません");
     }
     if (!has_own_roles(project)) {
+        if (!count_sketch(model).is_finished()) {
+            return refuse(input + ": 手書データが未完成です。手書入力編集で続けてください");
+        }
         return rebuild_tables(model);
     }
     forget_found(model);
-    return model.fix_load_edited != 0 ? 0 : make_fix_and_load(model);
+    const bool entered = model.N_Fix > 0 || model.N_Load > 0;
+    return entered ? 0 : make_fix_and_load(model);
 }
 
 // The records of a table by node position; null where there is none.
