@@ -36,10 +36,19 @@ struct Lost {
     int fixes = 0, loads = 0, edits = 0;
 };
 
-// The numbers, in a frame that was made again, of the nodes that a frame had; 0 where it has none.
-// Never the same number twice.
-std::vector<int> numbers_again(const Model& old, const Model& now) {
-    const bool same_grid = old.N_X == now.N_X && old.N_Y == now.N_Y && old.N_Z == now.N_Z;
+// Whether two frames have the same lattice, whatever its pitches, heights and widths: a level of
+// one is then the same level of the other.
+bool same_lattice(const Param& a, const Param& b) {
+    const auto shape = [](const Param& p) {
+        return std::array{p.NX, p.NY, p.N_Sou, p.SumiType, p.SouMode, p.YaneMode, p.YaneType};
+    };
+    return shape(a) == shape(b);
+}
+
+// The numbers, in a frame that was made again, of the nodes that a frame had; 0 where it has none:
+// by level names in the same lattice, else by exact place. Never the same number twice.
+std::vector<int> numbers_again(const Model& old, const Model& now, bool by_name) {
+    by_name = by_name && old.N_X == now.N_X && old.N_Y == now.N_Y && old.N_Z == now.N_Z;
     FloatIndex places;
     std::map<std::string_view, int> names;
     for (int i = 0; i < now.N_Node; ++i) {
@@ -51,7 +60,7 @@ std::vector<int> numbers_again(const Model& old, const Model& now) {
     for (int i = 0; i < old.N_Node; ++i) {
         const Node& node = old.node[i];
         const auto named = names.find(node.id);
-        const int at = !same_grid             ? places.find(node.x, node.y, node.z)
+        const int at = !by_name               ? places.find(node.x, node.y, node.z)
                        : named != names.end() ? named->second
                                               : -1;
         numbers[static_cast<std::size_t>(number_at(i))] = at >= 0 ? number_at(at) : 0;
@@ -134,6 +143,7 @@ int keep_roles(const Model& old, const std::vector<int>& numbers, Project& proje
             return -1;
         }
     }
+    model.fix_load_edited = old.fix_load_edited;
     if (old.fix_load_edited != 0) {
         note_roles_entered(project);
     }
@@ -160,7 +170,7 @@ int generate_again(Project& project, const Model& old, const Param& param, Lost&
     if (make_unit(model, param, project.solids) < 0 || save_level_name(model) < 0) {
         return -1;
     }
-    const std::vector<int> numbers = numbers_again(old, model);
+    const std::vector<int> numbers = numbers_again(old, model, same_lattice(project.param, param));
     keep_edits(old, numbers, model, lost);
     return accept_model(project) < 0 ? -1 : keep_roles(old, numbers, project, lost);
 }
