@@ -12,6 +12,7 @@
 #include "ui/frame/zahyou_idou_form.h"
 #include "ui/kit/dialogs.h"
 #include "ui/kit/document.h"
+#include "ui/kit/settings.h"
 #include "ui/kit/undo_menu.h"
 
 #include <QTimer>
@@ -80,12 +81,13 @@ void TKihonUnitForm::generate() {
             return -1;
         }
         p.generated = true;
+        p.shift = {};
         return accept_model(p);
     };
     if (change(session_, "骨組の生成", make_frame, OnFailure::take_back) < 0) {
         return;
     }
-    document.file.clear();
+    name_file_of_step(session_, {});
     // The frame is there and can be saved even where its solids cannot be (a folder without the
     // right to write, say); the message has told so.
     save_trio_file(solids, work_dir);
@@ -112,7 +114,8 @@ void TKihonUnitForm::save_axis_data(bool move) {
         status = save_jiku_data(model, path, project.shift);
     }
     if (status == 0) {
-        document.file = path;
+        name_file(session_, path);
+        note_recent(path);
         if (fits_axis_data(project)) {
             session_.work.history.mark_saved();
         }

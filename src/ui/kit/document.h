@@ -5,10 +5,14 @@
 
 #include <QString>
 
+#include <map>
+
 namespace kigumi {
 
 struct Document {
     fs::path file; // it was read from or saved to last; empty for work that has none
+    // The file from a step of the history (its number; 0: the start) on, until the next entry.
+    std::map<std::uint64_t, fs::path> file_of_step;
 };
 
 // True when no file holds the work as it stands: it was changed since it was saved or read. An

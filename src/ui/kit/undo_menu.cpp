@@ -2,6 +2,8 @@
 
 #include "ui/kit/dialogs.h"
 
+#include <iterator>
+
 namespace kigumi {
 
 namespace {
@@ -11,13 +13,30 @@ QString item_text(const char* caption, const char* key, const std::string& comma
     return QString("%1%2(&%3)").arg(caption, words, key);
 }
 
+// Steps behind this one were given up, and their files with them.
+void forget_files_after(Session& session, std::uint64_t step) {
+    auto& files = session.document.file_of_step;
+    files.erase(files.upper_bound(step), files.end());
+}
+
+// The file of the step to which the work was put.
+void follow_file(Session& session) {
+    const auto& files = session.document.file_of_step;
+    const auto behind = files.upper_bound(session.work.history.undo_number());
+    if (behind != files.begin()) {
+        session.document.file = std::prev(behind)->second;
+    }
+}
+
 } // namespace
 
 int change(Session& session, std::string_view name, const std::function<int(Project&)>& edit,
            OnFailure on_failure) {
     const std::uint64_t newest = session.work.history.newest();
+    const std::uint64_t before = session.work.history.undo_number();
     const int status = change(session.work, name, edit, on_failure);
     if (session.work.history.newest() != newest) {
+        forget_files_after(session, before);
         emit session.news.changed();
     }
     return status;
@@ -29,6 +48,20 @@ int derive(Session& session, const std::function<int(Project&)>& edit) {
     return status;
 }
 
+void name_file(Session& session, const fs::path& file) {
+    session.document.file = file;
+    session.document.file_of_step = {{0, file}};
+}
+
+void name_file_of_step(Session& session, const fs::path& file) {
+    auto& files = session.document.file_of_step;
+    const std::uint64_t step = session.work.history.undo_number();
+    files.try_emplace(0, session.document.file);
+    forget_files_after(session, step);
+    files[step] = file;
+    session.document.file = file;
+}
+
 std::uint64_t own_steps(const Session& session) {
     return session.work.history.newest();
 }
@@ -36,6 +69,7 @@ std::uint64_t own_steps(const Session& session) {
 bool undo(Session& session) {
     const bool done = undo(session.work);
     if (done) {
+        follow_file(session);
         emit session.news.stepped();
         emit session.news.changed();
     }
@@ -45,6 +79,7 @@ bool undo(Session& session) {
 bool redo(Session& session) {
     const bool done = redo(session.work);
     if (done) {
+        follow_file(session);
         emit session.news.stepped();
         emit session.news.changed();
     }

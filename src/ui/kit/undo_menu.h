@@ -15,6 +15,12 @@ int change(Session& session, std::string_view name, const std::function<int(Proj
            OnFailure on_failure = OnFailure::keep);
 // Completes the last step (kigumi::derive).
 int derive(Session& session, const std::function<int(Project&)>& edit);
+
+// The work stands in this file, whatever step it is put back to: it was saved or opened.
+void name_file(Session& session, const fs::path& file);
+// The step just made brought this file with it, or none (an empty path): undoing it gives the
+// former file back.
+void name_file_of_step(Session& session, const fs::path& file);
 bool undo(Session& session);
 bool redo(Session& session);
 // What an UndoActions of a window that opens is given.

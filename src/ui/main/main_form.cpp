@@ -221,13 +221,10 @@ void TMainForm::show_state() {
 }
 
 void TMainForm::check_model() {
-    const bool saved = !is_unsaved(session_.work);
     {
+        // A frame that a window leaves behind belongs to that window's last step.
         const BusyCursor busy;
-        change(session_, "骨組の受け取り", accept_model, OnFailure::take_back);
-    }
-    if (saved) {
-        session_.work.history.mark_saved();
+        derive(session_, accept_model);
     }
     if (project.stage == Stage::made) {
         view.TAU = view.FAI = 30.0f;

@@ -160,7 +160,7 @@ bool TMainForm::replace_work(const fs::path& path, const std::function<int(Proje
 }
 
 void TMainForm::start_work(const fs::path& file) {
-    document.file = file;
+    name_file(session_, file);
     results_ = false;
     forget_results(result);
     session_.work.history.start(project);
@@ -204,7 +204,7 @@ bool TMainForm::save_to(const fs::path& path) {
             return false;
         }
     }
-    document.file = path;
+    name_file(session_, path);
     remember(path);
     session_.work.history.mark_saved();
     autosave_->remove();
@@ -241,7 +241,10 @@ void TMainForm::open_dropped(const fs::path& path) {
     // Asked once for all windows: the one in front goes without a question of its own.
     session_.leaving = true;
     dropped_ = path;
-    front->close();
+    if (!front->close()) {
+        dropped_.clear();
+        session_.leaving = false;
+    }
 }
 
 void TMainForm::run(PictureWindow& window) {
@@ -253,7 +256,8 @@ void TMainForm::run(PictureWindow& window) {
 }
 
 void TMainForm::start(const fs::path& file) {
-    if (!offer_left_copy() && !file.empty()) {
+    offer_left_copy();
+    if (!file.empty() && file != document.file) {
         open_file(file);
     }
 }

@@ -5,6 +5,7 @@
 #include "model/nodes.h"
 #include "solid/solid.h"
 #include "ui/kit/document.h"
+#include "ui/kit/undo_menu.h"
 #include "ui/sketch/beam_form.h"
 #include "ui/sketch/node_form.h"
 #include "ui/sketch/node_table_form.h"
@@ -73,7 +74,7 @@ TTegakiForm::TTegakiForm(Session& session, QWidget* parent)
         statusBar()->showMessage(QString("自動保存できません: %1").arg(why));
     });
     if (model.N_Node == 0) {
-        document.file.clear();
+        name_file_of_step(session_, {});
         const fs::path copy = find_autosave(work_dir);
         if (!copy.empty()) {
             QTimer::singleShot(0, this, [this, copy] { offer_restoring(copy); });

@@ -5,6 +5,8 @@
 #include "solid/solid.h"
 #include "ui/kit/dialogs.h"
 #include "ui/kit/document.h"
+#include "ui/kit/settings.h"
+#include "ui/kit/undo_menu.h"
 #include "ui/sketch/tegaki_form.h"
 
 #include <QCloseEvent>
@@ -104,7 +106,7 @@ void TTegakiForm::new_sketch() {
         return 0;
     });
     autosave_->remove();
-    document.file.clear();
+    name_file_of_step(session_, {});
     show_read_sketch();
 }
 
@@ -130,7 +132,8 @@ void TTegakiForm::load_sketch(const fs::path& path) {
     }
     session_.work.history.mark_saved();
     autosave_->remove();
-    document.file = path;
+    name_file_of_step(session_, path);
+    note_recent(path);
     show_read_sketch();
 }
 
@@ -140,7 +143,7 @@ void TTegakiForm::restore_copy(const fs::path& copy, CopyLock lock) {
         return;
     }
     session_.work.history.mark_unsaved();
-    document.file = autosaved_file(copy);
+    name_file_of_step(session_, autosaved_file(copy));
     autosave_->adopt(copy, std::move(lock));
     show_read_sketch();
 }
@@ -166,7 +169,8 @@ bool TTegakiForm::save_sketch() {
     }
     autosave_->remove();
     session_.work.history.mark_saved();
-    document.file = path;
+    name_file(session_, path);
+    note_recent(path);
     constexpr int shown_for = 5000; // ms
     statusBar()->showMessage(QString("%1 に保存しました").arg(qt_path(path.filename())), shown_for);
     show_state();
@@ -219,7 +223,8 @@ void TTegakiForm::export_solids() {
 }
 
 void TTegakiForm::closeEvent(QCloseEvent* event) {
-    if (!may_leave()) {
+    sheet_->give_up();
+    if (!session_.leaving && !may_leave()) {
         event->ignore();
         return;
     }
@@ -227,7 +232,7 @@ void TTegakiForm::closeEvent(QCloseEvent* event) {
     back_to_sheet();
     view.TAU = view.FAI = 30.0f;
     if (model.N_Beam == 0) {
-        document.file.clear();
+        name_file_of_step(session_, {});
     }
     PictureWindow::closeEvent(event);
 }
