@@ -1,6 +1,7 @@
 #include "project/gate.h"
 
 #include "base/check.h"
+#include "base/float.h"
 #include "base/message.h"
 #include "project/project_fault.h"
 
@@ -15,7 +16,9 @@ namespace {
 struct SolidsMark {
     explicit SolidsMark(const Solids& solids)
         : records(solids.trio.data()), count(solids.n_trio), volume(solids.Volume) {}
-    bool operator==(const SolidsMark&) const = default;
+    bool operator==(const SolidsMark& o) const {
+        return records == o.records && count == o.count && same_float(volume, o.volume);
+    }
 
     const Trio* records;
     std::int32_t count;
