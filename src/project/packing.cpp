@@ -22,7 +22,9 @@ std::vector<unsigned char> pack_records(const std::vector<unsigned char>& raw,
     const std::size_t words = words_in(raw.size());
     const std::size_t record = words_in(record_bytes);
     std::vector<std::uint32_t> word(words + record); // behind one record of zeros
-    std::memcpy(word.data() + record, raw.data(), raw.size());
+    if (!raw.empty()) {
+        std::memcpy(word.data() + record, raw.data(), raw.size());
+    }
     std::vector<std::uint32_t> packed(words + words / group_words + 1);
     std::size_t length = 0;
     for (std::size_t from = 0; from < words; from += group_words) {

@@ -216,7 +216,12 @@ TEST_F(NodeForms, TenThousandNodesOpenAtOnceAndScrollToAnId) {
     TSelNodeForm form(session, nullptr);
     form.show();
     QApplication::processEvents();
-    EXPECT_LT(static_cast<double>(std::clock() - start) / CLOCKS_PER_SEC, 0.3);
+#ifdef __SANITIZE_ADDRESS__
+    constexpr double bound = 3.0; // of the unoptimised build with its checks
+#else
+    constexpr double bound = 0.3;
+#endif
+    EXPECT_LT(static_cast<double>(std::clock() - start) / CLOCKS_PER_SEC, bound);
     const RecordGrid* nodes = grid(form, "ZenStringGrid");
     type(form, "KensakuEdit", "X07Y55Z00");
     press(form, "KensakuButton1");
