@@ -38,7 +38,9 @@ std::vector<unsigned char> pack_records(const std::vector<unsigned char>& raw,
         }
     }
     std::vector<unsigned char> bytes(length * sizeof(std::uint32_t));
-    std::memcpy(bytes.data(), packed.data(), bytes.size());
+    if (!bytes.empty()) {
+        std::memcpy(bytes.data(), packed.data(), bytes.size());
+    }
     return bytes;
 }
 
@@ -48,7 +50,9 @@ std::vector<unsigned char> unpack_records(const std::vector<unsigned char>& pack
     const std::size_t record = words_in(record_bytes);
     std::vector<std::uint32_t> word(words + record);
     std::vector<std::uint32_t> from_packed(words_in(packed.size()));
-    std::memcpy(from_packed.data(), packed.data(), packed.size());
+    if (!packed.empty()) {
+        std::memcpy(from_packed.data(), packed.data(), packed.size());
+    }
     std::size_t next = 0;
     for (std::size_t from = 0; from < words; from += group_words) {
         const std::size_t end = std::min(words, from + group_words);
@@ -59,7 +63,9 @@ std::vector<unsigned char> unpack_records(const std::vector<unsigned char>& pack
         }
     }
     std::vector<unsigned char> raw(raw_bytes);
-    std::memcpy(raw.data(), word.data() + record, raw_bytes);
+    if (raw_bytes > 0) {
+        std::memcpy(raw.data(), word.data() + record, raw_bytes);
+    }
     return raw;
 }
 
